@@ -1,0 +1,12 @@
+// The three exported conversions of sample codes.
+#include "profile/sample_code.h"
+
+#include "lrasynth.h"
+
+float wave_transform(float offsetValue) { return lrasynth::code_offset(offsetValue); }
+
+float custom_wave_transform(int32_t offsetValue) {
+  return static_cast<float>(lrasynth::code_truncated_offset(offsetValue));
+}
+
+float wave_reverse(float offsetValue) { return lrasynth::mirror(offsetValue); }
