@@ -1,0 +1,122 @@
+// Speculate, prove, redo: how a source of sine samples becomes sample codes at a fraction of the sines' price.
+//
+// Only a byte is kept of each sample, and it rarely hangs on the last bits of a sine. So a block of offset values is
+// estimated in single precision, in loops that vectorise; where an estimate is farther than its proven error from
+// every whole number, truncation gives the same code as the defined value would. The few others are computed again by
+// the definition, `exact`, which is the one reference for every sample.
+//
+// A source provides
+//   float exact(int32_t i)                                      offset value of sample i by its definition
+//   void estimate(int32_t first, int32_t n, float* offsets)     about the same for n samples from `first` on
+//   float error(int32_t last)                                   bound of the difference up to sample `last`
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "curves/pieces.h"
+#include "profile/arithmetic.h"
+#include "profile/sample_code.h"
+#include "tone/fast_sine.h"
+
+namespace lrasynth {
+
+constexpr int32_t kBlock = 256;
+
+// An error without a proof.
+constexpr float kUnproven = std::numeric_limits<float>::infinity();
+
+// Full scale. Beyond it offset values could fall below 0, where truncation rounds the other way.
+constexpr float kMaxEstimatedAmplitude = 127.0F;
+
+// Half a unit in the last place of values below 256: one rounded sum of an offset value and a constant.
+constexpr float kSumRounding = 0x1p-17F;
+
+// Error of an estimated offset value, amplitude * sine + 128, where the sines and products before the sum err by
+// `error`: estimate and definition round the sum.
+inline float offset_error(float amplitude, float error) {
+  return amplitude <= kMaxEstimatedAmplitude ? error + 2.0F * kSumRounding : kUnproven;
+}
+
+// Signed distance of an offset value from the nearest whole number.
+inline float distance_to_whole(float offset_value) {
+  return offset_value - ((offset_value + kRoundingShift) - kRoundingShift);
+}
+
+// Whether truncation could go either way. Written so that a NaN is in doubt too.
+inline bool in_doubt(float offset_value, float margin) {
+  return !(std::fabs(distance_to_whole(offset_value)) >= margin);
+}
+
+// A coding turns an offset value into a code. `kSwitch` is the whole offset value up to which codes count from 127,
+// `kRounding` what its own operations may move a value below 256 by.
+
+// Codes the float and truncates (`sine` and continuous vibration).
+struct PlainCoding {
+  static constexpr float kSwitch = 128.0F;
+  static constexpr float kRounding = kSumRounding;
+  static int32_t code(float offset_value) { return truncate(code_offset(offset_value)); }
+  static void settle(int32_t* /*codes*/, int32_t /*n*/) {}
+};
+
+// The code of an offset value that is not in doubt: its integer part, shifted.
+template <class Coding>
+int32_t undoubted_code(float offset_value) {
+  const auto nearest = static_cast<int32_t>(std::bit_cast<uint32_t>(offset_value + kRoundingShift) -
+                                            std::bit_cast<uint32_t>(kRoundingShift));
+  const int32_t floor = nearest - static_cast<int32_t>(distance_to_whole(offset_value) < 0.0F);
+  return floor + (offset_value > Coding::kSwitch ? -127 : 127);
+}
+
+template <class Coding, class Source>
+void exact_codes(const Source& source, int32_t first, int32_t n, int32_t* codes) {
+  for (int32_t j = 0; j < n; ++j) codes[j] = Coding::code(source.exact(first + j));
+}
+
+template <class Coding, class Source>
+void estimated_codes(const Source& source, int32_t first, int32_t n, float margin, int32_t* codes) {
+  float offsets[kBlock];
+  source.estimate(first, n, offsets);
+  uint32_t doubts = 0;
+  for (int32_t j = 0; j < n; ++j) {
+    codes[j] = undoubted_code<Coding>(offsets[j]);
+    doubts |= static_cast<uint32_t>(in_doubt(offsets[j], margin));
+  }
+  if (doubts == 0) return;
+  for (int32_t j = 0; j < n; ++j) {
+    if (in_doubt(offsets[j], margin)) codes[j] = Coding::code(source.exact(first + j));
+  }
+}
+
+// Wider margins leave too little to be worth a try.
+constexpr float kMaxMargin = 0.125F;
+
+// How far from a whole number an estimate must lie: half as far again as its error and the coding's.
+template <class Coding, class Source>
+float margin(const Source& source, int32_t last) {
+  return 1.5F * (source.error(last) + Coding::kRounding);
+}
+
+// Samples first .. first + count - 1 of the source, as codes of any integer type.
+template <class Coding, class Source, class Sample>
+void render(const Source& source, Coding& coding, int32_t first, int32_t count, Sample* out) {
+  int32_t codes[kBlock];
+  for (const int32_t end = first + count; first < end;) {
+    const int32_t n = std::min(kBlock, end - first);
+    const float doubt = margin<Coding>(source, first + n - 1);
+    if (doubt < kMaxMargin) {
+      estimated_codes<Coding>(source, first, n, doubt, codes);
+    } else {
+      exact_codes<Coding>(source, first, n, codes);
+    }
+    coding.settle(codes, n);
+    for (int32_t j = 0; j < n; ++j) out[j] = static_cast<Sample>(static_cast<uint32_t>(codes[j]));
+    out += n;
+    first += n;
+  }
+}
+
+}  // namespace lrasynth
