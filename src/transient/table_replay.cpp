@@ -1,0 +1,87 @@
+// Replay of stored bursts, and its exports.
+#include "transient/table_replay.h"
+
+#include <algorithm>
+
+#include "curves/frequency.h"
+#include "curves/pieces.h"
+#include "lrasynth.h"
+#include "profile/arithmetic.h"
+#include "profile/sample_code.h"
+
+namespace lrasynth {
+namespace {
+
+struct BurstBand {
+  int32_t to;  // highest level of the band
+  Burst burst;
+};
+
+// Not ordered by drive periods: 2.5 for the lowest levels, then 1, 2 and 1.5.
+constexpr BurstBand kBursts0832[] = {
+    {25, wave_custom_2p5T}, {50, wave_custom_1T}, {75, wave_custom_2T}, {100, wave_custom_1p5T}};
+
+// Bands of five levels, but for the first, which has six.
+constexpr BurstBand kBursts9595[] = {
+    {5, wave_custom_T05},  {10, wave_custom_T10}, {15, wave_custom_T15}, {20, wave_custom_T20},
+    {25, wave_custom_T25}, {30, wave_custom_T30}, {35, wave_custom_T35}, {40, wave_custom_T40},
+    {45, wave_custom_T45}, {50, wave_custom_T50}, {55, wave_custom_T55}, {60, wave_custom_T60},
+    {65, wave_custom_T65}, {70, wave_custom_T70}, {75, wave_custom_T75}, {80, wave_custom_T80},
+    {85, wave_custom_T85}, {90, wave_custom_T90}, {95, wave_custom_T95}, {100, wave_custom_T100}};
+
+Burst burst_of(std::span<const BurstBand> bands, int32_t level) {
+  if (level < kMinLevel || level > kMaxLevel) return {};
+  const BurstBand* band = bands.data();
+  while (level > band->to) ++band;
+  return band->burst;
+}
+
+// One table byte at the scale s = intensity / 100. s, the scaled value and the "times ten" steps are single precision,
+// the two sums are double: in double precision throughout, some bytes would differ by one.
+uint8_t scaled_code(uint8_t code, float scale, int32_t threshold) {
+  if (code == 0) return 0;
+  const auto offset_value = static_cast<float>(static_cast<int8_t>(code) + 128);
+  const float scaled = scale * offset_value;
+  const double rest = narrow(scaled) > threshold
+                          ? static_cast<double>(scaled) - static_cast<double>(scale) * 128.0
+                          : static_cast<double>(1.0F - scale) * 128.0 + (static_cast<double>(scaled) + 128.0);
+  return low_byte(narrow(static_cast<float>(rest)));
+}
+
+int32_t write_burst(Burst burst, int32_t intensity, uint8_t* out) {
+  const auto length = static_cast<int32_t>(burst.size());
+  if (length == 0 || out == nullptr) return -1;
+  replay(burst, intensity, out, length);
+  return 0;
+}
+
+}  // namespace
+
+Burst burst_0832(int32_t level) { return burst_of(kBursts0832, level); }
+Burst burst_9595(int32_t level) { return burst_of(kBursts9595, level); }
+
+void replay(Burst burst, int32_t intensity, uint8_t* out, int32_t capacity) {
+  const float scale = static_cast<float>(intensity) / 100.0F;
+  const int32_t threshold = truncate(scale * 128.0F);
+  const int32_t length = std::min(static_cast<int32_t>(burst.size()), capacity);
+  for (int32_t i = 0; i < length; ++i) out[i] = scaled_code(burst[i], scale, threshold);
+}
+
+}  // namespace lrasynth
+
+int32_t get_custom_wave_len_0832(int32_t level) { return static_cast<int32_t>(lrasynth::burst_0832(level).size()); }
+int32_t get_custom_wave_len_9595(int32_t level) { return static_cast<int32_t>(lrasynth::burst_9595(level).size()); }
+
+int32_t shortWave_func_custom_0832(int32_t level, int32_t intensity, uint8_t* out) {
+  return lrasynth::write_burst(lrasynth::burst_0832(level), intensity, out);
+}
+
+int32_t shortWave_func_custom_9595(int32_t level, int32_t intensity, uint8_t* out) {
+  return lrasynth::write_burst(lrasynth::burst_9595(level), intensity, out);
+}
+
+int32_t transStringDataToInt(const uint8_t* source, int32_t count, int32_t* destination) {
+  if (lrasynth::refuses(source, count) || lrasynth::refuses(destination, count)) return -1;
+  for (int32_t i = 0; i < count; ++i) destination[i] = source[i];
+  return 0;
+}
