@@ -25,24 +25,29 @@ constexpr float kFastSineLimit = 200000.0F;
 // Together below 3.3 u = 2.0e-7. The largest over all floats of the range is 1.23e-7.
 constexpr float kFastSineError = 2.2e-7F;
 
+// The polynomial alone, for a phase within +-kReducedSineLimit: the same bound of the error, without the reduction.
+constexpr float kReducedSineLimit = 1.6F;
+
+inline float reduced_sine(float r) {
+  // Minimax for the absolute error of r + r^3 * P(r^2), rounded to single precision.
+  constexpr float kC3 = -0.16666655242443085F;
+  constexpr float kC5 = 0.008332980796694756F;
+  constexpr float kC7 = -0.0001980401575565338F;
+  constexpr float kC9 = 2.5943761556845857e-6F;
+  const float z = r * r;
+  return r + (r * z) * (((kC9 * z + kC7) * z + kC5) * z + kC3);
+}
+
 inline float fast_sine(float x) {
   constexpr float kInversePi = 0.318309886F;
   constexpr float kPiHigh = 3.140625F;
   constexpr float kPiMiddle = 9.65118408203125e-4F;
   constexpr float kPiLow = 2.5351815901134616e-6F;
-  // Minimax for the absolute error of r + r^3 * P(r^2) on |r| <= 1.6, rounded to single precision.
-  constexpr float kC3 = -0.16666655242443085F;
-  constexpr float kC5 = 0.008332980796694756F;
-  constexpr float kC7 = -0.0001980401575565338F;
-  constexpr float kC9 = 2.5943761556845857e-6F;
-
   const float shifted = x * kInversePi + kRoundingShift;
   const float k = shifted - kRoundingShift;
   const float r = ((x - k * kPiHigh) - k * kPiMiddle) - k * kPiLow;
-  const float z = r * r;
-  const float cubic = (r * z) * (((kC9 * z + kC7) * z + kC5) * z + kC3);
   const uint32_t odd_half_turns = std::bit_cast<uint32_t>(shifted) << 31U;
-  return std::bit_cast<float>(std::bit_cast<uint32_t>(r + cubic) ^ odd_half_turns);
+  return std::bit_cast<float>(std::bit_cast<uint32_t>(reduced_sine(r)) ^ odd_half_turns);
 }
 
 }  // namespace lrasynth

@@ -27,6 +27,10 @@ class Ramp {
 
   float estimate(float time) const { return rise_ * fast_sine(angular_ * time) + start_; }
 
+  // The same up to a time within the first quarter turn.
+  float quarter_estimate(float time) const { return rise_ * reduced_sine(angular_ * time) + start_; }
+  bool is_quarter(float time) const { return std::fabs(angular_ * time) <= kReducedSineLimit; }
+
   // Largest magnitude up to that time: one of the ends while the sine is not negative.
   float bound(float time) const {
     const bool within_half_turn = std::fabs(angular_ * time) <= 3.1416F;

@@ -49,7 +49,7 @@ void SineSegment::estimate(int32_t first, int32_t n, float* offsets) const {
 // The narrowed phase errs by 2^-24 of itself; sine and product are rounded to single precision on both sides.
 float SineSegment::error(int32_t last) const {
   const double phase = std::fabs(angular_ * static_cast<double>(grid_.time(last)));
-  if (!(phase <= kFastSineLimit)) return kUnproven;
+  if (!(phase <= double{kFastSineLimit})) return kUnproven;
   const float amplitude = std::fabs(peak_);
   return offset_error(amplitude, amplitude * (static_cast<float>(phase) * 0x1p-24F + kFastSineError + 0x1p-22F));
 }

@@ -1,0 +1,108 @@
+// Estimated rendering against the definition of every sample, on the library's inner parts.
+#include "tone/speculation.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "curves/intensity.h"
+#include "pattern/curve_segment.h"
+#include "support.h"
+#include "tone/ramp.h"
+
+namespace lrasynth {
+namespace {
+
+struct Share {
+  int64_t samples = 0;
+  int64_t in_doubt = 0;
+};
+
+// Renders the segment both ways and counts what the estimate left in doubt.
+void compare(const CurveSegment& segment, int32_t first, int32_t count, Share& share) {
+  PlainCoding coding;
+  std::vector<uint8_t> rendered(static_cast<std::size_t>(count));
+  render(segment, coding, first, count, rendered.data());
+  for (int32_t i = 0; i < count; ++i) {
+    const float exact = segment.exact(first + i);
+    ASSERT_EQ(rendered[static_cast<std::size_t>(i)], low_byte(PlainCoding::code(exact))) << first + i;
+    float estimate = 0;
+    segment.estimate(first + i, 1, &estimate);
+    const float bound = segment.error(first + i);
+    ASSERT_LE(std::fabs(estimate - exact), bound) << first + i;
+    share.in_doubt += in_doubt(estimate, margin<PlainCoding>(segment, first + i)) ? 1 : 0;
+  }
+  share.samples += count;
+}
+
+class Random {
+ public:
+  int32_t between(int32_t low, int32_t high) { return std::uniform_int_distribution<int32_t>(low, high)(engine_); }
+
+  CurvePoint point(int32_t largest_intensity) {
+    const int32_t offset = between(-50, 50);
+    const float intensity = static_cast<float>(between(0, largest_intensity));
+    return {offset_frequency_hz(base_frequency_hz(), offset), offset_gain(offset) * 128.0F * intensity / 100.0F};
+  }
+
+ private:
+  std::mt19937 engine_{20240229};
+};
+
+TEST(FastSine, KeepsItsBoundOverTheWholeRange) {
+  double worst = 0;
+  const auto check = [&](float x) { worst = std::max(worst, std::fabs(double{fast_sine(x)} - std::sin(double{x}))); };
+  for (float x = 1e-6F; x < kFastSineLimit; x = x * 1.00003F + 1e-7F) {
+    check(x);
+    check(-x);
+  }
+  for (int k = 1; k < 60000; ++k) check(static_cast<float>(k * 3.14159265358979));  // where reductions go wrong
+  EXPECT_LE(worst, static_cast<double>(kFastSineError));
+  EXPECT_GE(worst, 1e-8);
+}
+
+TEST(Speculation, GivesTheDefinedBytesOfOrdinaryEvents) {
+  Random random;
+  Share share;
+  for (const int32_t motor : {1040, 832, 9595, 81540}) {
+    for (const int32_t chip : {0, 1}) {
+      const ScopedProfile profile(motor, chip, random.between(0, 1));
+      for (int event = 0; event < 60; ++event) {
+        const int32_t count = samples_per_ms() * random.between(5, 400);
+        compare(CurveSegment(random.point(100), random.point(100), count), 0, count, share);
+      }
+    }
+  }
+  EXPECT_GT(share.samples, 1000000);
+  EXPECT_LT(static_cast<double>(share.in_doubt), 0.002 * static_cast<double>(share.samples));
+}
+
+TEST(Speculation, GivesTheDefinedBytesOfHardEvents) {
+  const struct {
+    const char* what;
+    CurvePoint from, to;
+    int32_t count, first;
+  } rows[] = {{"next to nothing", {170, 1e-3F}, {170, 0.7F}, 4000, 0},
+              {"whole amplitudes", {100, 127.0F}, {100, 127.0F}, 24000, 0},
+              {"beyond full scale", {170, 90.0F}, {200, 180.0F}, 2000, 0},
+              {"huge", {170, 3e9F}, {170, -2e9F}, 2000, 0},
+              {"a minute's end", {300, 30.0F}, {350, 122.0F}, 1440000, 1436000},
+              {"three minutes' end, beyond the proven range", {300, 30.0F}, {350, 122.0F}, 4320000, 4319000},
+              {"through rest", {170, -100.0F}, {170, 100.0F}, 3000, 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    Share share;
+    compare(CurveSegment(row.from, row.to, row.count), row.first, std::min(4000, row.count - row.first), share);
+  }
+}
+
+TEST(Speculation, DoubtsWhatIsNotANumber) {
+  EXPECT_TRUE(in_doubt(std::nanf(""), 0.001F));
+  EXPECT_TRUE(in_doubt(130.0005F, 0.001F));
+  EXPECT_FALSE(in_doubt(130.5F, 0.001F));
+}
+
+}  // namespace
+}  // namespace lrasynth
