@@ -10,7 +10,7 @@
 #include "curves/intensity.h"
 #include "pattern/curve_segment.h"
 #include "support.h"
-#include "tone/ramp.h"
+#include "transient/scaling.h"
 
 namespace lrasynth {
 namespace {
@@ -102,6 +102,29 @@ TEST(Speculation, DoubtsWhatIsNotANumber) {
   EXPECT_TRUE(in_doubt(std::nanf(""), 0.001F));
   EXPECT_TRUE(in_doubt(130.0005F, 0.001F));
   EXPECT_FALSE(in_doubt(130.5F, 0.001F));
+}
+
+// Only a value right beside a whole number could be moved across it.
+TEST(Narrowing, IsTruncationBelowItsLimit) {
+  for (float whole = 1; whole < kNarrowLimit; whole += whole < 4096 ? 1.0F : 61.0F) {
+    float value = whole;
+    for (int step = 0; step < 4; ++step) value = std::nextafter(value, 0.0F);
+    for (int step = 0; step < 8; ++step, value = std::nextafter(value, kNarrowLimit)) {
+      ASSERT_EQ(narrow(value), static_cast<int32_t>(value)) << value;
+      ASSERT_EQ(narrow(-value), static_cast<int32_t>(-value)) << value;
+    }
+  }
+  EXPECT_NE(narrow(3355445.0F), 3355445);
+}
+
+TEST(Scaling, NominalIntensitiesNeedSinglePrecisionOnly) {
+  for (int32_t intensity = 0; intensity <= 100; ++intensity) {
+    const Scaling scaling(intensity);
+    for (int code = 0; code < 256; ++code) {
+      const auto byte = static_cast<uint8_t>(code);
+      ASSERT_EQ(scaling.nominal(byte), scaling.exact(byte)) << intensity << " % of " << code;
+    }
+  }
 }
 
 }  // namespace

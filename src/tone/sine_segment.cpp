@@ -27,31 +27,31 @@ SineSegment::SineSegment(int32_t frequency_hz, float cycles, int32_t amplitude, 
       peak_(peak_of(amplitude)),
       mirrored_(mirrored) {}
 
-inline float SineSegment::offset_value(float s) const {
-  const float value = std::min(peak_ * s, kClip) + kRest;
-  return mirrored_ ? mirror(value) : value;
-}
-
 // The time is single precision, phase and sine are double, everything after the sine is single again.
 float SineSegment::exact(int32_t i) const {
   if (i == 0) return kRest;
   const double phase = angular_ * static_cast<double>(grid_.time(i));
-  return offset_value(static_cast<float>(std::sin(phase)));
+  const auto s = static_cast<float>(std::sin(phase));
+  const float value = std::min(peak_ * s, kClip) + kRest;
+  return mirrored_ ? mirror(value) : value;
 }
 
+// At the amplitudes that are estimated nothing reaches the clip.
 void SineSegment::estimate(int32_t first, int32_t n, float* offsets) const {
-  for (int32_t j = 0; j < n; ++j) {
-    const double phase = angular_ * static_cast<double>(grid_.time(first + j));
-    offsets[j] = offset_value(fast_sine(static_cast<float>(phase)));
-  }
+  const float peak = mirrored_ ? -peak_ : peak_;
+  const auto angular = static_cast<float>(angular_);
+  const TimeGrid grid = grid_;
+  for (int32_t j = 0; j < n; ++j) offsets[j] = peak * fast_sine(angular * grid.time(first + j)) + kRest;
 }
 
-// The narrowed phase errs by 2^-24 of itself; sine and product are rounded to single precision on both sides.
+// The single-precision phase errs by 2^-23 of itself; sine and product are rounded to single precision on both sides,
+// and the mirror image once more.
 float SineSegment::error(int32_t last) const {
   const double phase = std::fabs(angular_ * static_cast<double>(grid_.time(last)));
   if (!(phase <= double{kFastSineLimit})) return kUnproven;
   const float amplitude = std::fabs(peak_);
-  return offset_error(amplitude, amplitude * (static_cast<float>(phase) * 0x1p-24F + kFastSineError + 0x1p-22F));
+  const float relative_error = static_cast<float>(phase) * 0x1p-23F + kFastSineError + 0x1p-22F;
+  return offset_error(amplitude, amplitude * relative_error + kSumRounding);
 }
 
 }  // namespace lrasynth

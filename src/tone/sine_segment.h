@@ -20,8 +20,6 @@ class SineSegment {
   bool silent() const { return peak_ == 0.0F; }
 
  private:
-  float offset_value(float s) const;
-
   TimeGrid grid_;
   double angular_;  // radians per second
   float peak_;      // sample units

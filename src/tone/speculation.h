@@ -15,6 +15,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "curves/pieces.h"
@@ -52,7 +53,7 @@ inline bool in_doubt(float offset_value, float margin) {
 }
 
 // A coding turns an offset value into a code. `kSwitch` is the whole offset value up to which codes count from 127,
-// `kRounding` what its own operations may move a value below 256 by.
+// `kRounding` bounds what it rounds before it truncates, for values below 256.
 
 // Codes the float and truncates (`sine` and continuous vibration).
 struct PlainCoding {
@@ -76,19 +77,28 @@ void exact_codes(const Source& source, int32_t first, int32_t n, int32_t* codes)
   for (int32_t j = 0; j < n; ++j) codes[j] = Coding::code(source.exact(first + j));
 }
 
+// Replaces the codes of those samples whose estimate is in doubt.
+template <class Coding, class Source>
+void redo(const Source& source, int32_t first, int32_t n, const float* estimates, float margin, int32_t* codes) {
+  uint8_t doubts[kBlock];
+  for (int32_t j = 0; j < n; ++j) doubts[j] = in_doubt(estimates[j], margin) ? 1 : 0;
+  const auto next = [&](int32_t from) -> int32_t {
+    const void* const found = std::memchr(doubts + from, 1, static_cast<std::size_t>(n - from));
+    return found == nullptr ? n : static_cast<int32_t>(static_cast<const uint8_t*>(found) - doubts);
+  };
+  for (int32_t j = next(0); j < n; j = next(j + 1)) codes[j] = Coding::code(source.exact(first + j));
+}
+
 template <class Coding, class Source>
 void estimated_codes(const Source& source, int32_t first, int32_t n, float margin, int32_t* codes) {
-  float offsets[kBlock];
-  source.estimate(first, n, offsets);
+  float estimates[kBlock];
+  source.estimate(first, n, estimates);
   uint32_t doubts = 0;
   for (int32_t j = 0; j < n; ++j) {
-    codes[j] = undoubted_code<Coding>(offsets[j]);
-    doubts |= static_cast<uint32_t>(in_doubt(offsets[j], margin));
+    codes[j] = undoubted_code<Coding>(estimates[j]);
+    doubts |= static_cast<uint32_t>(in_doubt(estimates[j], margin));
   }
-  if (doubts == 0) return;
-  for (int32_t j = 0; j < n; ++j) {
-    if (in_doubt(offsets[j], margin)) codes[j] = Coding::code(source.exact(first + j));
-  }
+  if (doubts != 0) redo<Coding>(source, first, n, estimates, margin, codes);
 }
 
 // Wider margins leave too little to be worth a try.

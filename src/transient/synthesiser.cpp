@@ -14,13 +14,10 @@
 namespace lrasynth {
 namespace {
 
-// "Times ten, over ten" moves a value below 256 by two relative roundings of 2^-24.
-constexpr float kTenfoldRounding = 0x1p-15F;
-
 // Mid level: the float is coded, then narrowed.
 struct MidCoding {
   static constexpr float kSwitch = 128.0F;
-  static constexpr float kRounding = kSumRounding + kTenfoldRounding;
+  static constexpr float kRounding = kSumRounding;
   static int32_t code(float offset_value) { return narrow(code_offset(offset_value)); }
   void settle(int32_t* /*codes*/, int32_t /*n*/) {}
 };
@@ -29,7 +26,7 @@ struct MidCoding {
 // does not tip over into the sign bit. Every segment starts at rest, so a `previous` from before it does no harm.
 struct EdgeCoding {
   static constexpr float kSwitch = 129.0F;
-  static constexpr float kRounding = kTenfoldRounding;
+  static constexpr float kRounding = 0.0F;
   static int32_t code(float offset_value) { return code_truncated_offset(narrow(offset_value)); }
 
   void settle(int32_t* codes, int32_t n) {

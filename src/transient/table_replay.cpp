@@ -4,10 +4,9 @@
 #include <algorithm>
 
 #include "curves/frequency.h"
-#include "curves/pieces.h"
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
-#include "profile/sample_code.h"
+#include "transient/scaling.h"
 
 namespace lrasynth {
 namespace {
@@ -36,18 +35,6 @@ Burst burst_of(std::span<const BurstBand> bands, int32_t level) {
   return band->burst;
 }
 
-// One table byte at the scale s = intensity / 100. s, the scaled value and the "times ten" steps are single precision,
-// the two sums are double: in double precision throughout, some bytes would differ by one.
-uint8_t scaled_code(uint8_t code, float scale, int32_t threshold) {
-  if (code == 0) return 0;
-  const auto offset_value = static_cast<float>(static_cast<int8_t>(code) + 128);
-  const float scaled = scale * offset_value;
-  const double rest = narrow(scaled) > threshold
-                          ? static_cast<double>(scaled) - static_cast<double>(scale) * 128.0
-                          : static_cast<double>(1.0F - scale) * 128.0 + (static_cast<double>(scaled) + 128.0);
-  return low_byte(narrow(static_cast<float>(rest)));
-}
-
 int32_t write_burst(Burst burst, int32_t intensity, uint8_t* out) {
   const auto length = static_cast<int32_t>(burst.size());
   if (length == 0 || out == nullptr) return -1;
@@ -61,10 +48,14 @@ Burst burst_0832(int32_t level) { return burst_of(kBursts0832, level); }
 Burst burst_9595(int32_t level) { return burst_of(kBursts9595, level); }
 
 void replay(Burst burst, int32_t intensity, uint8_t* out, int32_t capacity) {
-  const float scale = static_cast<float>(intensity) / 100.0F;
-  const int32_t threshold = truncate(scale * 128.0F);
+  const Scaling scaling(intensity);
   const int32_t length = std::min(static_cast<int32_t>(burst.size()), capacity);
-  for (int32_t i = 0; i < length; ++i) out[i] = scaled_code(burst[i], scale, threshold);
+  const uint8_t* const codes = burst.data();
+  if (intensity >= 0 && intensity <= 100) {
+    for (int32_t i = 0; i < length; ++i) out[i] = scaling.nominal(codes[i]);
+  } else {
+    for (int32_t i = 0; i < length; ++i) out[i] = scaling.exact(codes[i]);
+  }
 }
 
 }  // namespace lrasynth

@@ -1,0 +1,190 @@
+// Benchmarks: the library beside a plain rendering of the same waveforms and beside bare sines, in one process.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "lrasynth.h"
+#include "plain.h"
+
+namespace {
+
+using Request = std::vector<int32_t>;
+using Bytes = std::vector<uint8_t>;
+
+constexpr int32_t kLimitMs = 80000;
+
+Request operator+(Request first, const Request& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+Request steady(int32_t duration_ms) {
+  const int32_t d = duration_ms;
+  return {4096, 0, 0, 0, d, 0, 80, 0, d / 3, 80, 0, d / 3 * 2, 80, 0, d, 80, 0};
+}
+
+Request fade_and_chirp(int32_t start_ms, int32_t duration_ms) {
+  const int32_t d = duration_ms;
+  return {4096, start_ms, 0, 0, d, 0, 20, -20, d / 3, 100, 10, d / 3 * 2, 80, -30, d, 10, 0};
+}
+
+// Ten seconds: an event of fades and chirps and a transient in each.
+Request mixed() {
+  Request request;
+  for (int32_t second = 0; second < 10; ++second) {
+    Request tap = {4097, second * 1000 + 100, 80, 50};
+    tap.resize(17);
+    request = request + tap + fade_and_chirp(second * 1000, 1000);
+  }
+  return request;
+}
+
+Request one_tap() {
+  Request tap = {4097, 0, 100, 50};
+  tap.resize(17);
+  return tap;
+}
+
+int32_t size_of(const Request& request) { return static_cast<int32_t>(request.size()); }
+
+// One waveform: how the library renders it and how the plain rendering does, into a buffer of `samples` bytes.
+struct Case {
+  std::string name;
+  int32_t samples;
+  std::function<void(uint8_t*)> ours;
+  std::function<void(uint8_t*)> plain;  // empty where there is none
+};
+
+Case pattern_case(const std::string& name, const Request& request) {
+  const int32_t samples = getLongSignalBufferLength(1, 0, request.data(), size_of(request));
+  const auto ours = [=](uint8_t* out) { getLongSignalData(1, 0, request.data(), out, size_of(request), kLimitMs); };
+  return {name, samples, ours, [=](uint8_t* out) { plain::long_signal(request, out, samples); }};
+}
+
+Case tap_case(int32_t motor, int32_t level) {
+  constexpr int32_t kIntensity = 73;
+  setMotorType(motor);
+  const int32_t samples = getShortSignalDataLength(level);
+  setMotorType(1040);
+  const auto ours = [=](uint8_t* out) {
+    setMotorType(motor);
+    getShortSignalData(level, kIntensity, out);
+    setMotorType(1040);
+  };
+  const auto plain = [=](uint8_t* out) {
+    setMotorType(motor);
+    plain::tap(level, kIntensity, out, samples);
+    setMotorType(1040);
+  };
+  return {"tap_" + std::to_string(motor) + "_" + std::to_string(level), samples, ours, plain};
+}
+
+Case event_stream_case() {
+  const Request request = mixed();
+  const auto ours = [=](uint8_t* out) {
+    setChipType(11);
+    getLongSignalData(10, 0, request.data(), out, size_of(request), 0);
+    setChipType(0);
+  };
+  return {"event_stream_200_events", 2 + 6 * 200, ours, nullptr};
+}
+
+std::vector<Case> cases() {
+  return {pattern_case("steady_10ms", steady(10)),
+          pattern_case("steady_1s", steady(1000)),
+          pattern_case("steady_60s", steady(60000)),
+          pattern_case("fades_and_chirps_1s", fade_and_chirp(0, 1000)),
+          pattern_case("fades_and_chirps_10s", fade_and_chirp(0, 10000)),
+          pattern_case("fades_and_chirps_60s", fade_and_chirp(0, 60000)),
+          pattern_case("mixed_10s", mixed()),
+          pattern_case("pattern_of_one_tap", one_tap()),
+          tap_case(1040, 10),
+          tap_case(1040, 50),
+          tap_case(1040, 90),
+          tap_case(832, 50),
+          tap_case(9595, 50),
+          event_stream_case()};
+}
+
+void verify(const Case& c) {
+  Bytes ours(static_cast<std::size_t>(c.samples));
+  Bytes plain(ours.size());
+  c.ours(ours.data());
+  c.plain(plain.data());
+  if (ours == plain) return;
+  std::fprintf(stderr, "%s: the plain rendering differs\n", c.name.c_str());
+  std::exit(EXIT_FAILURE);
+}
+
+template <class Body>
+void add(const std::string& name, int32_t samples, Body body) {
+  benchmark::RegisterBenchmark(name.c_str(), [body, samples](benchmark::State& state) {
+    Bytes out(static_cast<std::size_t>(samples));
+    for (auto _ : state) {
+      body(out.data());
+      benchmark::ClobberMemory();
+    }
+  });
+}
+
+void add(const Case& c) {
+  add(c.name + "/lrasynth", c.samples, c.ours);
+  if (!c.plain) return;
+  verify(c);
+  add(c.name + "/plain", c.samples, c.plain);
+  add(c.name + "/two_sines", c.samples,
+      [samples = c.samples](uint8_t*) { benchmark::DoNotOptimize(plain::two_sines(samples)); });
+}
+
+// The console's table, and the fastest repetition of each benchmark in nanoseconds.
+class Ratios : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration) continue;
+      const double ns = run.GetAdjustedCPUTime();
+      const auto [at, is_new] = fastest_.emplace(run.run_name.function_name, ns);
+      if (!is_new) at->second = std::min(at->second, ns);
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+
+  void print(const std::vector<Case>& all) const {
+    std::printf("\n%-26s %10s %12s %14s\n", "", "ns/sample", "plain / ours", "2 sines / ours");
+    for (const Case& c : all) {
+      const double ours = of(c.name + "/lrasynth");
+      std::printf("%-26s %10.2f %12.1f %14.1f\n", c.name.c_str(), ours / c.samples, of(c.name + "/plain") / ours,
+                  of(c.name + "/two_sines") / ours);
+    }
+    std::printf("\npattern_of_one_tap over tap_1040_50: %.0f ns\n",
+                of("pattern_of_one_tap/lrasynth") - of("tap_1040_50/lrasynth"));
+  }
+
+ private:
+  double of(const std::string& name) const {
+    const auto at = fastest_.find(name);
+    return at == fastest_.end() ? std::nan("") : at->second;
+  }
+
+  std::map<std::string, double> fastest_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
+  const std::vector<Case> all = cases();
+  for (const Case& c : all) add(c);
+  Ratios ratios;
+  benchmark::RunSpecifiedBenchmarks(&ratios);
+  ratios.print(all);
+  return EXIT_SUCCESS;
+}
