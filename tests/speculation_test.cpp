@@ -84,15 +84,20 @@ TEST(Speculation, GivesTheDefinedBytesOfHardEvents) {
     const char* what;
     CurvePoint from, to;
     int32_t count, first;
+    int32_t rate = 24000;
   } rows[] = {{"next to nothing", {170, 1e-3F}, {170, 0.7F}, 4000, 0},
               {"whole amplitudes", {100, 127.0F}, {100, 127.0F}, 24000, 0},
               {"beyond full scale", {170, 90.0F}, {200, 180.0F}, 2000, 0},
               {"huge", {170, 3e9F}, {170, -2e9F}, 2000, 0},
               {"a minute's end", {300, 30.0F}, {350, 122.0F}, 1440000, 1436000},
               {"three minutes' end, beyond the proven range", {300, 30.0F}, {350, 122.0F}, 4320000, 4319000},
+              {"a rate below zero", {170, 110.0F}, {170, 10.0F}, 2000, 0, -24000},
+              {"a low rate, where the ramp turns on", {170, 10.0F}, {170, 110.0F}, 2000, 0, 1000},
               {"through rest", {170, -100.0F}, {170, 100.0F}, 3000, 0}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
+    const ScopedProfile profile(1040);
+    SAMPLE_RATE = row.rate;
     Share share;
     compare(CurveSegment(row.from, row.to, row.count), row.first, std::min(4000, row.count - row.first), share);
   }

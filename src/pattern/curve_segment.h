@@ -19,8 +19,7 @@ struct CurvePoint {
   float amplitude;  // sample units
 };
 
-// The phase starts at 0 and is the instantaneous frequency times the time since then,
-// not an accumulated sum.
+// The phase starts at 0 and is the instantaneous frequency times the time since then, not an accumulated sum.
 class CurveSegment {
  public:
   CurveSegment(const CurvePoint& from, const CurvePoint& to, int32_t count)
@@ -51,8 +50,8 @@ class CurveSegment {
   // Carrier and envelope each err by their sine, and by a few roundings of 2^-24.
   float error(int32_t last) const {
     constexpr float kRelativeError = kFastSineError + 0x1p-22F;
-    const float time = std::fabs(sample_time(period_, last));
-    if (!(time * highest_hz_ * 6.3F <= kFastSineLimit)) return kUnproven;
+    const float time = sample_time(period_, last);
+    if (!(std::fabs(time) * highest_hz_ * 6.3F <= kFastSineLimit)) return kUnproven;
     const float amplitude = ramp_.bound(time);
     return offset_error(amplitude, (amplitude + ramp_.range()) * kRelativeError);
   }

@@ -33,7 +33,8 @@ class Ramp {
 
   // Largest magnitude up to that time: one of the ends while the sine is not negative.
   float bound(float time) const {
-    const bool within_half_turn = std::fabs(angular_ * time) <= 3.1416F;
+    const float phase = angular_ * time;
+    const bool within_half_turn = phase >= 0.0F && phase <= 3.1416F;
     return within_half_turn ? std::max(std::fabs(start_), std::fabs(start_ + rise_)) : std::fabs(start_) + range();
   }
 
