@@ -91,7 +91,7 @@ TEST(Speculation, GivesTheDefinedBytesOfHardEvents) {
               {"huge", {170, 3e9F}, {170, -2e9F}, 2000, 0},
               {"a minute's end", {300, 30.0F}, {350, 122.0F}, 1440000, 1436000},
               {"three minutes' end, beyond the proven range", {300, 30.0F}, {350, 122.0F}, 4320000, 4319000},
-              {"a rate below zero", {170, 110.0F}, {170, 10.0F}, 2000, 0, -24000},
+              {"a rate below zero", {170, 120.0F}, {170, -100.0F}, 2000, 0, -24000},
               {"a low rate, where the ramp turns on", {170, 10.0F}, {170, 110.0F}, 2000, 0, 1000},
               {"through rest", {170, -100.0F}, {170, 100.0F}, 3000, 0}};
   for (const auto& row : rows) {
