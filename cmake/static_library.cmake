@@ -12,6 +12,7 @@ list(TRANSFORM exports REPLACE "^ *(.*);" "\\1")
 list(JOIN exports "\n" exports)
 string(REGEX REPLACE "[^\n]+" "\\0 inner.\\0" renamings "${exports}")
 string(REGEX REPLACE "[^\n]+" "\\0 = inner.\\0;" aliases "${exports}")
+file(CONFIGURE OUTPUT exports.txt CONTENT "@exports@\n" @ONLY)
 file(CONFIGURE OUTPUT renamings.txt CONTENT "@renamings@\n" @ONLY)
 file(CONFIGURE OUTPUT aliases.ld CONTENT "@aliases@\n" @ONLY)
 
@@ -20,8 +21,8 @@ add_custom_command(OUTPUT lrasynth.o
   COMMAND ${CMAKE_LINKER} -r -o parts.o $<TARGET_OBJECTS:lrasynth_objects>
   COMMAND ${CMAKE_OBJCOPY} --remove-section=.group --localize-hidden --redefine-syms=renamings.txt parts.o inner.o
   COMMAND ${CMAKE_LINKER} -r -o aliased.o inner.o aliases.ld
-  COMMAND ${CMAKE_OBJCOPY} --wildcard --localize-symbol=inner.* --weaken aliased.o lrasynth.o
-  DEPENDS lrasynth_objects $<TARGET_OBJECTS:lrasynth_objects> renamings.txt aliases.ld
+  COMMAND ${CMAKE_OBJCOPY} --wildcard --localize-symbol=inner.* --weaken-symbols=exports.txt aliased.o lrasynth.o
+  DEPENDS lrasynth_objects $<TARGET_OBJECTS:lrasynth_objects> exports.txt renamings.txt aliases.ld
   COMMAND_EXPAND_LISTS
   VERBATIM
 )
