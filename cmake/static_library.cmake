@@ -3,8 +3,8 @@
 #
 # A linker binds the calls between archive members by name alone. So the library becomes one object in which every
 # exported name is a weak alias of a local one, and only the local ones are used inside:
-#   1. partial link; hidden names become local, exported names get a prefix, definitions and uses alike
-#   2. partial link again, with the exported names as aliases; the prefixed names become local, the aliases weak
+#   1. partial link; exported names get a prefix, where they are defined and where they are used
+#   2. partial link again, with the exported names as aliases; they become weak, all others local
 set(map ${PROJECT_SOURCE_DIR}/src/lrasynth.map)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${map})
 file(STRINGS ${map} exports REGEX "^    [A-Za-z0-9_]+;$")
@@ -19,9 +19,9 @@ file(CONFIGURE OUTPUT aliases.ld CONTENT "@aliases@\n" @ONLY)
 add_custom_command(OUTPUT lrasynth.o
   # Groups of inline functions must go, or the host's group of the same name would replace ours.
   COMMAND ${CMAKE_LINKER} -r -o parts.o $<TARGET_OBJECTS:lrasynth_objects>
-  COMMAND ${CMAKE_OBJCOPY} --remove-section=.group --localize-hidden --redefine-syms=renamings.txt parts.o inner.o
+  COMMAND ${CMAKE_OBJCOPY} --remove-section=.group --redefine-syms=renamings.txt parts.o inner.o
   COMMAND ${CMAKE_LINKER} -r -o aliased.o inner.o aliases.ld
-  COMMAND ${CMAKE_OBJCOPY} --wildcard --localize-symbol=inner.* --weaken-symbols=exports.txt aliased.o lrasynth.o
+  COMMAND ${CMAKE_OBJCOPY} --keep-global-symbols=exports.txt --weaken-symbols=exports.txt aliased.o lrasynth.o
   DEPENDS lrasynth_objects $<TARGET_OBJECTS:lrasynth_objects> exports.txt renamings.txt aliases.ld
   COMMAND_EXPAND_LISTS
   VERBATIM
