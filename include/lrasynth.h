@@ -1,5 +1,4 @@
-/*
- * lrasynth: drive waveforms for linear resonant actuators (LRAs).
+/** @mainpage lrasynth: drive waveforms for linear resonant actuators (LRAs)
  *
  * A host describes chip and motor once, asks for the length of a waveform, allocates that many bytes and has the
  * waveform written into them. Everything is plain C; no call allocates, keeps, prints or throws anything, and the
@@ -11,16 +10,15 @@
  *     uint8_t *tap = malloc(length);
  *     getShortSignalData(50, 80, tap);                  // at 80 % intensity
  *
- * Terms
- *   Sample code     One output byte, a two's-complement amplitude: 0 is rest, 1..127 push one way, 255 (weakest) down
- *                   to 129 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
- *   Offset value    The float 128 + amplitude from which a sample code is made; 128 is rest.
- *   Level           0..100, the character of a tap: it selects frequency and shape. 50 is the motor's resonance.
- *   Intensity       Strength in percent of full scale, nominally 0..100. Never clamped.
- *   Frequency       A shift around the motor's base frequency for continuous vibration, effective range -50..50.
- *   offset
+ * ## Terms
+ *   - Sample code: one output byte, a two's-complement amplitude: 0 is rest, 1..127 push one way, 255 (weakest) down to
+ *     129 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
+ *   - Offset value: the float 128 + amplitude from which a sample code is made; 128 is rest.
+ *   - Level: 0..100, the character of a tap: it selects frequency and shape. 50 is the motor's resonance.
+ *   - Intensity: strength in percent of full scale, nominally 0..100. Never clamped.
+ *   - Frequency offset: a shift around the motor's base frequency for continuous vibration, effective range -50..50.
  *
- * Promises
+ * ## Promises
  *   - Total: every argument has a defined outcome. Conversions from floating point to integers saturate, NaN becomes
  *     0; integer arithmetic documented as 32-bit wraps. Buffers are written up to the extent that the matching length
  *     function reports under the same profile and never beyond. A null pointer is refused with status -1 (a length:
@@ -31,229 +29,303 @@
  *     like any arithmetic they may raise exception flags.
  *   - Threads: calls may run at once as long as nobody changes the profile meanwhile.
  */
+/** @file
+ * Drive waveforms for linear resonant actuators. */
 #ifndef LRASYNTH_H
 #define LRASYNTH_H
 
 #include <stdint.h>
 
-/* Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
- */
+/** Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
+ * @{ */
 #define LRASYNTH_VERSION_MAJOR 1
 #define LRASYNTH_VERSION_MINOR 0
 #define LRASYNTH_VERSION_PATCH 0
+/** @} */
 
 #ifdef __cplusplus
 extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Device profile: process-wide settings that every other call reads. Set them before the first request and do not
- * change them between a length call and its data call, nor while another thread renders.
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup profile Device profile
+ * Process-wide settings that every other call reads. Set them before the first request and do not change them between a
+ * length call and its data call, nor while another thread renders.
  *
  * The variables may be read and written directly; any value is safe.
- * ------------------------------------------------------------------------------------------------------------------ */
+ * @{ */
 
-extern int32_t IC_TYPE;     /* Chip type, 0 at load. 11 makes getLongSignalData write the compact event stream. */
-extern int32_t SAMPLE_RATE; /* Samples per second, 24000 at load. */
-extern int32_t giMotorType; /* Motor model: 832, 1040 (at load), 9595 or 81540; others fall back as documented. */
-extern int32_t giBoostFlg;  /* Boost flag as stored, 1 at load: 1 is boost, 0 is none. */
-extern int32_t F0;          /* Resonant frequency last derived or set, in Hz, 170 at load. Nothing computes with it. */
+extern int32_t IC_TYPE;     /**< Chip type, 0 at load. 11 makes getLongSignalData write the compact event stream. */
+extern int32_t SAMPLE_RATE; /**< Samples per second, 24000 at load. */
+extern int32_t giMotorType; /**< Motor model: 832, 1040 (at load), 9595 or 81540; others fall back as documented. */
+extern int32_t giBoostFlg;  /**< Boost flag as stored, 1 at load: 1 is boost, 0 is none. */
+extern int32_t F0; /**< Resonant frequency last derived or set, in Hz, 170 at load. Nothing computes with it. */
 
-/* Stores the chip type; sets SAMPLE_RATE to 12000 for chip type 1 and to 24000 for every other. */
+/** Stores the chip type; sets SAMPLE_RATE to 12000 for chip type 1 and to 24000 for every other. */
 void setChipType(int32_t chipType);
 
-/* Stores the motor model unchecked. Returns 0. */
+/** Stores the motor model unchecked. Returns 0. */
 int32_t setMotorType(int32_t motorType);
 
-/* Returns the motor model as stored. */
+/** Returns the motor model as stored. */
 int32_t getMotorType(void);
 
-/* Stores a frequency in Hz in F0, where it stays until getF0 or a continuous vibration overwrites it. */
+/** Stores a frequency in Hz in F0, where it stays until getF0 or a continuous vibration overwrites it. */
 void setF0(int32_t frequencyHz);
 
-/* Returns the motor model's resonant frequency in Hz and stores it in F0: 235 for 832, 130 for 81540, else 170. */
+/** Returns the motor model's resonant frequency in Hz and stores it in F0: 235 for 832, 130 for 81540, else 170. */
 int32_t getF0(void);
 
-/* Stores 1 - flag (32-bit): an argument of 0 switches boost on, 1 switches it off. Returns 0. */
+/** Stores 1 - flag (32-bit): an argument of 0 switches boost on, 1 switches it off. Returns 0. */
 int32_t setBoostFlg(int32_t flag);
 
-/* Returns the boost flag as stored, that is 1 minus the last argument of setBoostFlg. */
+/** Returns the boost flag as stored, that is 1 minus the last argument of setBoostFlg. */
 int32_t getBoostFlg(void);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Sample codes: from offset values to coded values. A coded value becomes a byte by truncation toward zero, of which
- * the low 8 bits are kept.
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Codes an offset value v: v - 127 if v > 128, else v + 127. Rest (128) gives 255, 128.5 gives 1.5. */
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup codes Sample codes
+ * From offset values to coded values. A coded value becomes a byte by truncation toward zero, of which the low 8 bits
+ * are kept.
+ * @{ */
+
+/** Codes an offset value v: v - 127 if v > 128, else v + 127. Rest (128) gives 255, 128.5 gives 1.5. */
 float wave_transform(float offsetValue);
 
-/* The same coding for an offset value already truncated to an integer: 128 gives 255, 129 gives 2. */
+/** The same coding for an offset value already truncated to an integer: 128 gives 255, 129 gives 2. */
 float custom_wave_transform(int32_t offsetValue);
 
-/* Mirrors an offset value about rest: 256 - v. */
+/** Mirrors an offset value about rest: 256 - v. */
 float wave_reverse(float offsetValue);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Frequency curves: level or frequency offset to whole hertz, piecewise linear and tuned per motor model. The results
- * are truncated toward zero.
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Drive frequency in Hz of a level, clamped to 0..100, for the profile's motor; for an unknown motor the clamped level
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup frequency Frequency curves
+ * Level or frequency offset to whole hertz, piecewise linear and tuned per motor model. The results are truncated
+ * toward zero.
+ * @{ */
+
+/** Drive frequency in Hz of a level, clamped to 0..100, for the profile's motor; for an unknown motor the clamped level
  * itself. */
 int32_t getFrequency(int32_t level);
 
-/* Each motor model's level curve, whatever the profile says; the level is not clamped. */
+/** Each motor model's level curve, whatever the profile says; the level is not clamped.
+ * @{ */
 int32_t getFrequency_0832_ShortData(int32_t level);
 int32_t getFrequency_1040_ShortData(int32_t level);
 int32_t getFrequency_9595_ShortData(int32_t level);
 int32_t getFrequency_0815_ShortData(int32_t level); /* motor 81540 */
+/** @} */
 
-/* Frequency in Hz at a frequency offset, clamped to -50..50, around a base frequency in Hz, for the profile's motor;
+/** Frequency in Hz at a frequency offset, clamped to -50..50, around a base frequency in Hz, for the profile's motor;
  * for an unknown motor the base itself. */
 int32_t getFrequency_4096(int32_t baseHz, int32_t offset);
 
-/* Each motor model's offset curve, whatever the profile's motor; the offset is not clamped. Motor 832 takes its wide
- * curve when giBoostFlg is 1 and its narrow one otherwise. */
+/** Each motor model's offset curve, whatever the profile's motor; the offset is not clamped. Motor 832 takes its wide
+ * curve when giBoostFlg is 1 and its narrow one otherwise.
+ * @{ */
 int32_t getFrequency_0832(int32_t baseHz, int32_t offset);
 int32_t getFrequency_1040(int32_t baseHz, int32_t offset);
 int32_t getFrequency_9595(int32_t baseHz, int32_t offset);
 int32_t getFrequency_081540(int32_t baseHz, int32_t offset);
+/** @} */
 
-/* Hertz per step when going from one frequency to another in stepCount equal steps: (to - from) / count in single
+/** Hertz per step when going from one frequency to another in stepCount equal steps: (to - from) / count in single
  * precision; 0 when the frequencies are equal or the count is 0. */
 float getFrequencyStepValue(int32_t fromHz, int32_t toHz, int32_t stepCount);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Intensity curves
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Intensity in percent at which a tap of this level is driven inside a long signal: on motor 1040 the level band's
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup intensity Intensity curves
+ * @{ */
+
+/** Intensity in percent at which a tap of this level is driven inside a long signal: on motor 1040 the level band's
  * share of it (a tenth for the lowest levels, all of it above 70), on every other motor the intensity unchanged. */
 int32_t getIntensity(int32_t level, int32_t intensity);
 
-/* The same for a fixed motor model; 832 and 9595 return the intensity unchanged. */
+/** The same for a fixed motor model; 832 and 9595 return the intensity unchanged.
+ * @{ */
 int32_t getIntensity_0832(int32_t level, int32_t intensity);
 int32_t getIntensity_1040(int32_t level, int32_t intensity);
 int32_t getIntensity_9595(int32_t level, int32_t intensity);
+/** @} */
 
-/* Gain of continuous vibration at a frequency offset, clamped to -50..50: offset * offset / divisor + floor, which
+/** Gain of continuous vibration at a frequency offset, clamped to -50..50: offset * offset / divisor + floor, which
  * makes up for the motor's weaker response away from resonance. Motor 832 uses its boost constants when giBoostFlg is
- * not 0; every motor but 832 and 9595 uses the constants of 1040. */
+ * not 0; every motor but 832 and 9595 uses the constants of 1040.
+ * @{ */
 float getIntensityMax(int32_t offset);
 float getIntensityMax_0832(int32_t offset);
 float getIntensityMax_1040(int32_t offset);
 float getIntensityMax_9595(int32_t offset);
+/** @} */
 
-/* Cycle count of a level: 3 up to 24, 2 for 25..70, 4 above. */
+/** Cycle count of a level: 3 up to 24, 2 for 25..70, 4 above. */
 int32_t getCycle(int32_t level);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Short signals: one tap, chosen by a level and scaled by an intensity.
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Length of the tap in bytes (one per sample); 0 where the motor model has no taps (81540 and unknown ones) or, on
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup short Short signals
+ * One tap, chosen by a level and scaled by an intensity.
+ * @{ */
+
+/** Length of the tap in bytes (one per sample); 0 where the motor model has no taps (81540 and unknown ones) or, on
  * motors 832 and 9595, no tap for this level (below 0 or above 100). */
 int32_t getShortSignalDataLength(int32_t level);
 
-/* Writes the tap: exactly getShortSignalDataLength(level) bytes from out on. Returns 0, also where the length is 0 on
+/** Writes the tap: exactly getShortSignalDataLength(level) bytes from out on. Returns 0, also where the length is 0 on
  * a motor model with taps; -1, nothing written, for a model without taps or a null out. */
 int32_t getShortSignalData(int32_t level, int32_t intensity, uint8_t *out);
 
-/* The same with the routing of motor 1040; frequencies still follow the profile's motor. Data returns 0, or -1 for a
- * null out. */
+/** The same with the routing of motor 1040; frequencies still follow the profile's motor. Data returns 0, or -1 for a
+ * null out.
+ * @{ */
 int32_t getShortSignalDataLength_1040(int32_t level);
 int32_t getShortSignalData_1040(int32_t level, int32_t intensity, uint8_t *out);
+/** @} */
 
-/* The same for the table motors, whatever the profile says. Data returns 0, also where the level has no tap; -1 for a
- * null out. */
+/** The same for the table motors, whatever the profile says. Data returns 0, also where the level has no tap; -1 for a
+ * null out.
+ * @{ */
 int32_t getShortSignalDataLength_0832(int32_t level);
 int32_t getShortSignalDataLength_9595(int32_t level);
 int32_t getShortSignalData_0832(int32_t level, int32_t intensity, uint8_t *out);
 int32_t getShortSignalData_9595(int32_t level, int32_t intensity, uint8_t *out);
+/** @} */
+/** @} */
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Transient timing of motor 1040: a tap is a drive segment at the level's frequency, a zero time of rest, an F1 and an
- * F2 segment. Levels 25..70 have the mid-level shape (1, 1/2 and 1/2 cycles), all others the edge-level shape
- * (getC0, 1 and 1/2 cycles; F1 and F2 silent).
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup timing Transient timing of motor 1040
+ * A tap is a drive segment at the level's frequency, a zero time of rest, an F1 and an F2 segment. Levels 25..70 have
+ * the mid-level shape (1, 1/2 and 1/2 cycles), all others the edge-level shape (getC0, 1 and 1/2 cycles; F1 and F2
+ * silent).
  *
  * Lengths are sample counts at SAMPLE_RATE. A segment at frequency 0 and a negative count or zero time count as 0; a
  * transient without a positive drive frequency has length 0.
- * ------------------------------------------------------------------------------------------------------------------ */
+ * @{ */
 
-float getC0(int32_t level);                      /* Drive cycles: 2 above level 70, 1.5 below 25, else 1. */
-float getC1(void);                               /* F1 cycles of the edge-level shape: 1. */
-float getC2(void);                               /* F2 cycles of the edge-level shape: 0.5. */
-int32_t getF1(int32_t level);                    /* F1 in Hz: 200 at level 0, else 300. */
-int32_t getF2(void);                             /* F2 in Hz: 100. */
-float getZeroTime(int32_t level);                /* Zero time in ms: 2.5 to 4.2. */
-int32_t getA1(int32_t level, int32_t intensity); /* F1 amplitude in percent; 0 outside levels 25..70. */
-int32_t getA2(int32_t level, int32_t intensity); /* F2 amplitude in percent; 0 outside levels 25..70. */
+float getC0(int32_t level);                      /**< Drive cycles: 2 above level 70, 1.5 below 25, else 1. */
+float getC1(void);                               /**< F1 cycles of the edge-level shape: 1. */
+float getC2(void);                               /**< F2 cycles of the edge-level shape: 0.5. */
+int32_t getF1(int32_t level);                    /**< F1 in Hz: 200 at level 0, else 300. */
+int32_t getF2(void);                             /**< F2 in Hz: 100. */
+float getZeroTime(int32_t level);                /**< Zero time in ms: 2.5 to 4.2. */
+int32_t getA1(int32_t level, int32_t intensity); /**< F1 amplitude in percent; 0 outside levels 25..70. */
+int32_t getA2(int32_t level, int32_t intensity); /**< F2 amplitude in percent; 0 outside levels 25..70. */
 
-/* Samples of that many cycles at a frequency in Hz. */
+/** Samples of that many cycles at a frequency in Hz. */
 int32_t get_sine_wave_len(int32_t frequencyHz, float cycles);
 
-/* Samples of a mid-level shape with the given F1 and F2 (Hz) and zero time (ms). Sizes wave_func's output. */
+/** Samples of a mid-level shape with the given F1 and F2 (Hz) and zero time (ms). Sizes wave_func's output. */
 int32_t get_wave_func_wave_len(int32_t level, int32_t f1Hz, int32_t f2Hz, float zeroTimeMs);
 
-/* Samples of a transient whose segments have the given cycles. Sizes wave_func_custom's output when its drive
+/** Samples of a transient whose segments have the given cycles. Sizes wave_func_custom's output when its drive
  * frequency is getFrequency(level). */
 int32_t get_wave_func_wave_len_custom(int32_t level, int32_t f1Hz, int32_t f2Hz, float c0, float c1, float c2,
                                       float zeroTimeMs);
 
-/* Samples of the level's mid-level shape. */
+/** Samples of the level's mid-level shape. */
 int32_t get_custom_wave_len(int32_t level);
 
-/* Samples of the level's edge-level shape. */
+/** Samples of the level's edge-level shape. */
 int32_t get_wav_len_high_frequency(int32_t level);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Transient synthesisers of motor 1040, usable at any level.
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Writes the mid-level tap, get_custom_wave_len(level) bytes. Returns 0, or -1 for a null out. */
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup synthesisers Transient synthesisers of motor 1040
+ * Usable at any level.
+ * @{ */
+
+/** Writes the mid-level tap, get_custom_wave_len(level) bytes. Returns 0, or -1 for a null out. */
 int32_t shortWave_func(int32_t level, int32_t intensity, uint8_t *out);
 
-/* Renders a mid-level transient as one coded sample per integer; intensity and amplitudes in percent of 255, F2
+/** Renders a mid-level transient as one coded sample per integer; intensity and amplitudes in percent of 255, F2
  * mirrored. Writes the sum of the four truncated segment counts, at most
  * get_wave_func_wave_len(level, f1Hz, f2Hz, zeroTimeMs) integers. Returns 0, or -1 for a null out. */
 int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2, int32_t *out,
                   float zeroTimeMs);
 
-/* Writes the edge-level tap, get_wav_len_high_frequency(level) bytes. Returns 0, or -1 for a null out. */
+/** Writes the edge-level tap, get_wav_len_high_frequency(level) bytes. Returns 0, or -1 for a null out. */
 int32_t shortWave_func_custom(int32_t level, int32_t intensity, uint8_t *out);
 
-/* Renders a general transient from its drive frequency (Hz), cycle counts and amplitudes (percent of 255) as one coded
+/** Renders a general transient from its drive frequency (Hz), cycle counts and amplitudes (percent of 255) as one coded
  * sample per integer. F2 is mirrored when reverse is exactly 1. Writes the sum of the four truncated segment counts,
  * at most what get_wave_func_wave_len_custom gives for the same values. Returns 0, or -1 for a null out. */
 int32_t wave_func_custom(int32_t frequencyHz, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2,
                          int32_t reverse, int32_t *out, float c0, float c1, float c2, float zeroTimeMs);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Table transients of motors 832 and 9595: stored bursts, replayed at the intensity whatever SAMPLE_RATE holds.
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Length in bytes of the burst for a level; 0 below level 0 and above 100. */
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup tables Table transients of motors 832 and 9595
+ * Stored bursts, replayed at the intensity whatever SAMPLE_RATE holds.
+ *
+ * A burst is a row of lobes (half-waves), which push one way and the other, and rest after the last one. On motor 832 a
+ * lobe has 52 samples; after the slash stand the lobes that brake, the first of them with the sign of the last that
+ * drives. On motor 9595 a burst starts late and rises slowly, and lobes get shorter as the level rises. Peaks are
+ * signed sample values as stored; "last" is the index of the last sample that is not 0.
+ * @verbatim
+ *   name              levels   bytes last  peaks of the lobes
+ *   wave_custom_2p5T  0..25    576   571   +127 -127 +127 -127 +127 / +127 -127 +74 -75 +51 -52
+ *   wave_custom_1T    26..50   208   207   +127 -127 / -117 +117
+ *   wave_custom_2T    51..75   540   467   +127 -127 +127 -127 / -127 +127 -71 +71 -32
+ *   wave_custom_1p5T  76..100  312   311   +127 -127 +127 / +112 -113 +112
+ *   wave_custom_T05   0..5     824   823   +67 -127 +121 -44 (then +-1..2)
+ *   wave_custom_T10   6..10    804   712   +68 -127 +120 -43 (then +-1..2)
+ *   wave_custom_T15   11..15   824   659   +69 -127 +118 -42 (then +-1..2)
+ *   wave_custom_T20   16..20   824   599   +71 -127 +117 -42 (then +-1..3)
+ *   wave_custom_T25   21..25   824   549   +76 -127 +115 -43
+ *   wave_custom_T30   26..30   824   506   +86 -127 +111 -56
+ *   wave_custom_T35   31..35   824   470   +104 -127 +40 -3 +108 -74
+ *   wave_custom_T40   36..40   824   439   +120 -127 +55 -25 +109 -92
+ *   wave_custom_T45   41..45   824   411   +125 -127 +70 -51 +118 -102
+ *   wave_custom_T50   46..50   824   387   +127 -127 +87 -78 +127 -108
+ *   wave_custom_T55   51..55   824   356   +117 -118 +105 -109 +127 -106
+ *   wave_custom_T60   56..60   824   329   +101 -107 +117 -127 +120 -97
+ *   wave_custom_T65   61..65   824   306   +82 -92 +116 -127 +105 -82
+ *   wave_custom_T70   66..70   824   286   +70 -84 +116 -127 +96 -73
+ *   wave_custom_T75   71..75   824   268   +62 -79 +117 -127 +90 -66
+ *   wave_custom_T80   76..80   824   253   +56 -77 +118 -127 +86 -61
+ *   wave_custom_T85   81..85   824   239   +51 -75 +118 -127 +83 -58
+ *   wave_custom_T90   86..90   824   226   +48 -74 +119 -127 +81 -55
+ *   wave_custom_T95   91..95   824   215   +46 -73 +119 -127 +79 -53
+ *   wave_custom_T100  96..100  824   206   +44 -72 +119 -127 +78 -51
+ * @endverbatim
+ * @{ */
+
+/** Length in bytes of the burst for a level; 0 below level 0 and above 100.
+ * @{ */
 int32_t get_custom_wave_len_0832(int32_t level);
 int32_t get_custom_wave_len_9595(int32_t level);
+/** @} */
 
-/* Writes the burst for a level, exactly that length. Returns 0; -1, nothing written, for a level without a burst or a
- * null out. */
+/** Writes the burst for a level, exactly that length. Returns 0; -1, nothing written, for a level without a burst or a
+ * null out.
+ * @{ */
 int32_t shortWave_func_custom_0832(int32_t level, int32_t intensity, uint8_t *out);
 int32_t shortWave_func_custom_9595(int32_t level, int32_t intensity, uint8_t *out);
+/** @} */
 
-/* Widens count bytes to integers 0..255; a count below 1 copies nothing. Returns 0, or -1 for a null pointer. */
+/** Widens count bytes to integers 0..255; a count below 1 copies nothing. Returns 0, or -1 for a null pointer. */
 int32_t transStringDataToInt(const uint8_t *source, int32_t count, int32_t *destination);
 
-/* The stored bursts as sample codes. Motor 832, by drive periods: 2.5T for levels 0..25, 1T to 50, 2T to 75, 1p5T to
- * 100. */
+/** The stored bursts of motor 832 as sample codes, by drive periods: 2.5T for levels 0..25, 1T to 50, 2T to 75, 1p5T to
+ * 100.
+ * @{ */
 extern const uint8_t wave_custom_2p5T[576];
 extern const uint8_t wave_custom_1T[208];
 extern const uint8_t wave_custom_2T[540];
 extern const uint8_t wave_custom_1p5T[312];
+/** @} */
 
-/* Motor 9595, by the highest level of the band of five. */
+/** The stored bursts of motor 9595 as sample codes, by the highest level of the band of five.
+ * @{ */
 extern const uint8_t wave_custom_T05[824];
 extern const uint8_t wave_custom_T10[804];
 extern const uint8_t wave_custom_T15[824];
@@ -274,12 +346,16 @@ extern const uint8_t wave_custom_T85[824];
 extern const uint8_t wave_custom_T90[824];
 extern const uint8_t wave_custom_T95[824];
 extern const uint8_t wave_custom_T100[824];
+/** @} */
+/** @} */
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Long signals: a pattern of timed events.
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup long Long signals
+ * A pattern of timed events.
  *
  * The request is an array of event records of 17 integers each, end to end:
  *
+ * @verbatim
  *     index    4096: continuous vibration                     4097: transient
  *     0        4096                                           4097
  *     1        start, ms from the pattern's start             start, ms from the pattern's start
@@ -290,6 +366,7 @@ extern const uint8_t wave_custom_T100[824];
  *     8..10    curve point 2
  *     11..13   curve point 3
  *     14..16   curve point 4
+ * @endverbatim
  *
  * Between two points the intensity moves along a quarter sine and the frequency linearly. Point times do not decrease
  * and span the duration exactly; only their differences matter. Where they do not, segments are drawn as far as they
@@ -302,9 +379,9 @@ extern const uint8_t wave_custom_T100[824];
  * does not fit into the array is passed over in sample output and read with zeros in the compact stream.
  *
  * Times become samples by 32-bit multiplication with SAMPLE_RATE / 1000 (integer division).
- * ------------------------------------------------------------------------------------------------------------------ */
+ * @{ */
 
-/* Length in bytes of one pass of the pattern (sample output), from its start to the end of the last record, of which a
+/** Length in bytes of one pass of the pattern (sample output), from its start to the end of the last record, of which a
  * transient counts in whole milliseconds. loopCount and intervalMs are not read. For chip type 11 the length of the
  * whole compact stream: 2 + 6 * events * max(1, loopCount).
  *
@@ -313,13 +390,13 @@ extern const uint8_t wave_custom_T100[824];
  * an event, and where the length is negative or beyond 32 bits. */
 int32_t getLongSignalDataLength(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, int32_t patternLen);
 
-/* Number of bytes from out to the end of what getLongSignalData with the same arguments may write: size buffers by
+/** Number of bytes from out to the end of what getLongSignalData with the same arguments may write: size buffers by
  * this one. For chip type 11 the stream's length; otherwise one pass or the furthest continuous vibration, whichever
  * ends later, and with repetition at least the end of the last copy. 0 when there is nothing to write or the request
  * cannot be served. */
 int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, int32_t patternLen);
 
-/* Renders a pattern into out, getLongSignalBufferLength bytes.
+/** Renders a pattern into out, getLongSignalBufferLength bytes.
  *
  * Sample output: all continuous vibrations are drawn in array order, then all transients; what is written later wins,
  * nothing is mixed. Bytes that no event covers, and the gaps between repetitions, keep their content: clear the buffer
@@ -340,32 +417,36 @@ int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const i
 int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, uint8_t *out,
                           int32_t patternLen, int32_t limitMs);
 
-/* Draws one continuous vibration, SAMPLE_RATE / 1000 * duration bytes (32-bit) from out on, which is where its first
+/** Draws one continuous vibration, SAMPLE_RATE / 1000 * duration bytes (32-bit) from out on, which is where its first
  * sample goes: the start time is only compared with limitSamples. event: the 17 integers of its record. Sets F0 to
  * the motor's resonant frequency. Returns 0; -1, nothing written, when it starts beyond limitSamples and for a null
  * pointer. */
 int32_t get_4096_wave(const int32_t *event, uint8_t *out, int32_t limitSamples);
 
-/* Draws one transient at its start: out is the buffer's beginning and must hold SAMPLE_RATE / 1000 * startMs (32-bit)
+/** Draws one transient at its start: out is the buffer's beginning and must hold SAMPLE_RATE / 1000 * startMs (32-bit)
  * plus getShortSignalDataLength(level) bytes. On motor 1040 the intensity is first scaled by getIntensity. Returns 0,
  * also on motors without transients; -1, nothing written, for a negative start and a null out. */
 int32_t get_4097_wave(int32_t startMs, int32_t intensity, int32_t level, uint8_t *out);
 
-/* ---------------------------------------------------------------------------------------------------------------------
- * Tone primitives
- * ------------------------------------------------------------------------------------------------------------------ */
+/** @} */
 
-/* Renders a sine burst of halfPeriods half-periods at a frequency in Hz as sample codes. amplitude is in sample units,
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup tones Tone primitives
+ * @{ */
+
+/** Renders a sine burst of halfPeriods half-periods at a frequency in Hz as sample codes. amplitude is in sample units,
  * 0..127. Writes get_sine_wave_len(frequencyHz, halfPeriods * 0.5f) bytes. Returns 0, or -1 for a null out. */
 int32_t sine(int32_t halfPeriods, int32_t frequencyHz, int32_t amplitude, uint8_t *out);
 
-/* Renders a sine burst as offset values. strength is in percent of 255; values are clipped at 382 from above. Writes
+/** Renders a sine burst as offset values. strength is in percent of 255; values are clipped at 382 from above. Writes
  * get_sine_wave_len(frequencyHz, cycles) floats. Returns 0, or -1 for a null out. */
 int32_t get_sine(int32_t frequencyHz, int32_t strength, float *out, float cycles);
 
-/* Renders count envelope values from start toward end along a quarter sine (at 24000 samples a second; along a half
+/** Renders count envelope values from start toward end along a quarter sine (at 24000 samples a second; along a half
  * sine at 12000). Returns 0, or -1 for a null out. */
 int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float end);
+
+/** @} */
 
 #pragma GCC visibility pop
 #ifdef __cplusplus
