@@ -1,0 +1,37 @@
+"""The ctypes declarations of the Python example against the export list and the header's declarations."""
+
+import pathlib
+import re
+import sys
+import unittest
+from ctypes import POINTER, c_float, c_int32, c_uint8
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "examples" / "python"))
+import lrasynth  # noqa: E402
+
+HEADER = (ROOT / "include" / "lrasynth.h").read_text()
+TYPES = {"void": None, "int32_t": c_int32, "float": c_float, "uint8_t": c_uint8}
+
+
+def declared_type(text):
+    base = TYPES[re.search(r"\b(void|int32_t|float|uint8_t)\b", text)[0]]
+    return POINTER(base) if "*" in text else base
+
+
+class Bindings(unittest.TestCase):
+    def test_cover_exactly_the_exported_names(self):
+        exported = re.findall(r"^    (\w+);$", (ROOT / "src" / "lrasynth.map").read_text(), re.MULTILINE)
+        self.assertCountEqual([*lrasynth.FUNCTIONS, *lrasynth.DATA], exported)
+
+    def test_have_the_types_of_the_header(self):
+        functions = re.findall(r"^(void|int32_t|float) (\w+)\(([^)]*)\);", HEADER, re.MULTILINE)
+        declared = {n: (TYPES[r], tuple(map(declared_type, a.split(","))) if a != "void" else ()) for r, n, a in functions}
+        self.assertEqual(lrasynth.FUNCTIONS, declared)
+        data = re.findall(r"^extern (?:const )?(\w+) (\w+)(?:\[(\d+)\])?;", HEADER, re.MULTILINE)
+        self.assertEqual(lrasynth.DATA, {n: TYPES[t] * int(size) if size else TYPES[t] for t, n, size in data})
+
+
+if __name__ == "__main__":
+    unittest.main()
