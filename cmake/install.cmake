@@ -1,5 +1,5 @@
-# What `cmake --install` gives beside the command: header, libraries, CMake package and pkg-config file. All of them find
-# each other by relative paths, so that the prefix can be moved.
+# What `cmake --install` gives beside the command: header, libraries, CMake package and pkg-config file. They find each
+# other by relative paths, so that the prefix can be moved.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lrasynth)

@@ -1,5 +1,5 @@
-# The static library, with the promises of the shared one: only the exported names are visible, and a host's own function
-# or variable of such a name neither clashes with ours nor takes its place inside the library.
+# The static library, with the promises of the shared one: only the exported names are visible, and a host's own
+# function or variable of such a name neither clashes with ours nor takes its place inside the library.
 #
 # A linker binds the calls between archive members by name alone. So the library becomes one object in which every
 # exported name is a weak alias of a local one, and only the local ones are used inside:
@@ -17,8 +17,8 @@ file(CONFIGURE OUTPUT renamings.txt CONTENT "@renamings@\n" @ONLY)
 file(CONFIGURE OUTPUT aliases.ld CONTENT "@aliases@\n" @ONLY)
 
 add_custom_command(OUTPUT lrasynth.o
-  # Groups of inline functions must go, or the host's group of the same name would replace ours.
   COMMAND ${CMAKE_LINKER} -r -o parts.o $<TARGET_OBJECTS:lrasynth_objects>
+  # Groups of inline functions must go, or the host's group of the same name would replace ours.
   COMMAND ${CMAKE_OBJCOPY} --remove-section=.group --redefine-syms=renamings.txt parts.o inner.o
   COMMAND ${CMAKE_LINKER} -r -o aliased.o inner.o aliases.ld
   COMMAND ${CMAKE_OBJCOPY} --keep-global-symbols=exports.txt --weaken-symbols=exports.txt aliased.o lrasynth.o
