@@ -25,12 +25,12 @@ struct Row {
 // Rows of the header's comment: name, levels, length, last non-zero sample, peaks, perhaps a remark on the ringing.
 std::vector<Row> rows_of_the_header() {
   std::ifstream header(LRASYNTH_HEADER);
-  const std::regex row(R"((wave_custom_\w+)\s+\d+\.\.\d+\s+(\d+)\s+(\d+)((?:\s+[+-]\d+)+)(.*))");
+  const std::regex row(R"((wave_custom_\w+)\s+\d+\.\.\d+\s+(\d+)\s+(\d+)((?:\s+(?:/\s+)?[+-]\d+)+)(.*))");
   std::vector<Row> rows;
   std::smatch match;
   for (std::string line; std::getline(header, line);) {
     if (!std::regex_search(line, match, row)) continue;
-    std::istringstream list(match[4]);
+    std::istringstream list(std::regex_replace(match[4].str(), std::regex("/"), ""));
     Samples peaks;
     for (int peak = 0; list >> peak;) peaks.push_back(peak);
     rows.push_back(
