@@ -1,0 +1,230 @@
+// A wide grid of calls by families, condensed into digests: compared between builds, run on small stacks and on many
+// threads. Nothing here writes the profile, allocates after construction, or depends on the platform.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "lrasynth.h"
+
+namespace grid {
+
+// The same numbers everywhere, unlike those of the standard library's distributions.
+class Random {
+ public:
+  explicit Random(uint32_t seed) : state_(seed) {}
+
+  int32_t between(int32_t low, int32_t high) {
+    state_ = state_ * 1664525U + 1013904223U;
+    return low + static_cast<int32_t>((state_ >> 8U) % static_cast<uint32_t>(high - low + 1));
+  }
+
+ private:
+  uint32_t state_;
+};
+
+// FNV-1a, 64 bits.
+class Digest {
+ public:
+  explicit Digest(uint32_t seed = 1) : random(seed) {}
+
+  void add(int32_t value) { add_bytes(&value, sizeof value); }
+  void add(uint8_t value) { add_bytes(&value, sizeof value); }
+
+  // The sign of a NaN is the processor's choice.
+  void add(float value) {
+    if (std::isnan(value)) return add(-1);
+    add_bytes(&value, sizeof value);
+  }
+
+  template <class Sample, class Call>
+  void add_output(int32_t length, Call call) {
+    if (length < 0 || length * sizeof(Sample) > scratch_.size() * sizeof(float)) std::abort();
+    std::memset(scratch_.data(), 0xA5, length * sizeof(Sample));
+    auto* const out = reinterpret_cast<Sample*>(scratch_.data());
+    add(length);
+    add(call(out));
+    for (int32_t i = 0; i < length; ++i) add(out[i]);
+  }
+
+  uint64_t value() const { return value_; }
+
+  Random random;
+
+ private:
+  void add_bytes(const void* bytes, size_t count) {
+    const auto* const first = static_cast<const uint8_t*>(bytes);
+    for (size_t i = 0; i < count; ++i) value_ = (value_ ^ first[i]) * 0x100000001b3U;
+  }
+
+  uint64_t value_ = 0xcbf29ce484222325U;
+  std::vector<float> scratch_ = std::vector<float>(1U << 18U);
+};
+
+inline void codes(Digest& d) {
+  for (int32_t v = -300; v < 600; ++v) {
+    const float quarter = static_cast<float>(v) * 0.25F;
+    for (const float f : {wave_transform(quarter), wave_reverse(quarter), custom_wave_transform(v)}) d.add(f);
+  }
+}
+
+inline void curves(Digest& d) {
+  for (int32_t x = -70; x <= 170; ++x) {
+    for (const auto level_curve : {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData,
+                                   getFrequency_9595_ShortData, getFrequency_0815_ShortData, getCycle}) {
+      d.add(level_curve(x));
+    }
+    for (const auto gain : {getIntensityMax, getIntensityMax_0832, getIntensityMax_1040, getIntensityMax_9595}) {
+      d.add(gain(x));
+    }
+    for (const int32_t y : {-300, 3, 80, 100, 130, 170, 235}) {
+      for (const auto offset_curve :
+           {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540}) {
+        d.add(offset_curve(y, x));
+      }
+      for (const auto share : {getIntensity, getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2}) {
+        d.add(share(x, y));
+      }
+      d.add(getFrequencyStepValue(y, x, 7 * x));
+    }
+  }
+}
+
+inline void timing(Digest& d) {
+  for (int32_t level = -5; level <= 105; ++level) {
+    for (const float f : {getC0(level), getC1(), getC2(), getZeroTime(level)}) d.add(f);
+    for (const auto of_level : {getF1, get_custom_wave_len, get_wav_len_high_frequency, getShortSignalDataLength}) {
+      d.add(of_level(level));
+    }
+    for (const float x : {-1.0F, 0.3F, 1.0F, 2.7F, 40.0F}) {
+      d.add(get_sine_wave_len(2 * level, x));
+      d.add(get_wave_func_wave_len(level, 3 * level, getF2(), x));
+      d.add(get_wave_func_wave_len_custom(level, 200, 90, x, 1.5F * x, x / 3, 2 * x));
+    }
+  }
+}
+
+inline void taps(Digest& d) {
+  for (int32_t level = -1; level <= 101; ++level) {
+    for (const int32_t intensity : {-60, 1, 33, 80, 100, 250}) {
+      d.add_output<uint8_t>(getShortSignalDataLength(level),
+                            [=](uint8_t* out) { return getShortSignalData(level, intensity, out); });
+    }
+    const int32_t intensity = d.random.between(0, 130);
+    d.add_output<uint8_t>(get_custom_wave_len(level),
+                          [=](uint8_t* out) { return shortWave_func(level, intensity, out); });
+    d.add_output<uint8_t>(get_wav_len_high_frequency(level),
+                          [=](uint8_t* out) { return shortWave_func_custom(level, intensity, out); });
+  }
+}
+
+inline void synthesisers(Digest& d) {
+  for (int32_t level = 0; level <= 100; level += 3) {
+    const auto random = [&](int32_t low, int32_t high) { return d.random.between(low, high); };
+    const auto cycles = [&] { return static_cast<float>(random(0, 24)) / 8; };
+    const int32_t f1_hz = random(60, 400), f2_hz = random(60, 400), intensity = random(-20, 120);
+    const int32_t a1 = random(-20, 120), a2 = random(-20, 120), reverse = random(0, 1);
+    const float c0 = cycles(), c1 = cycles(), c2 = cycles(), zero_ms = cycles();
+    d.add_output<int32_t>(get_wave_func_wave_len(level, f1_hz, f2_hz, zero_ms), [=](int32_t* out) {
+      return wave_func(level, intensity, f1_hz, a1, f2_hz, a2, out, zero_ms);
+    });
+    d.add_output<int32_t>(get_wave_func_wave_len_custom(level, f1_hz, f2_hz, c0, c1, c2, zero_ms), [=](int32_t* out) {
+      return wave_func_custom(getFrequency(level), intensity, f1_hz, a1, f2_hz, a2, reverse, out, c0, c1, c2, zero_ms);
+    });
+  }
+}
+
+inline void tones(Digest& d) {
+  for (int32_t hz = 50; hz <= 400; hz += 7) {
+    const int32_t half_periods = d.random.between(1, 60);
+    const float cycles = static_cast<float>(half_periods) * 0.5F;
+    const int32_t amplitude = d.random.between(-150, 150);
+    d.add_output<uint8_t>(get_sine_wave_len(hz, cycles),
+                          [=](uint8_t* out) { return sine(half_periods, hz, amplitude, out); });
+    d.add_output<float>(get_sine_wave_len(hz, cycles),
+                        [=](float* out) { return get_sine(hz, amplitude, out, cycles); });
+  }
+}
+
+inline void ramps(Digest& d) {
+  for (int32_t count = 1; count <= 3000; count = count * 3 / 2 + 1) {
+    const auto start = static_cast<float>(d.random.between(-20, 127));
+    const auto end = static_cast<float>(d.random.between(-20, 127));
+    d.add_output<float>(count, [=](float* out) { return getIncreasingStepIntensity(count, out, start, end); });
+  }
+}
+
+constexpr int32_t kRecord = 17;
+constexpr int32_t kMostEvents = 12;
+
+// Any number of taps and vibrations, gaps and overlaps, then a vibration that ends last. Returns the length.
+inline int32_t make_pattern(Random& random, int32_t* pattern) {
+  const int32_t events = random.between(1, kMostEvents);
+  std::fill_n(pattern, events * kRecord, 0);
+  int32_t now_ms = 0;
+  int32_t end_ms = 0;
+  for (int32_t* record = pattern; record != pattern + events * kRecord; record += kRecord) {
+    const bool last = record + kRecord == pattern + events * kRecord;
+    if (!last && random.between(0, 2) == 0) {
+      const int32_t tap[] = {4097, now_ms, random.between(0, 120), random.between(-1, 101)};
+      std::copy_n(tap, 4, record);
+    } else {
+      const int32_t end = std::max(last ? end_ms : 0, now_ms + random.between(10, 300));
+      const int32_t duration = end - now_ms;
+      const int32_t vibration[] = {4096, now_ms, 0, 0, duration};
+      std::copy_n(vibration, 5, record);
+      const int32_t times[] = {0, duration / 3, duration / 2, duration};
+      for (int32_t point = 0; point < 4; ++point) {
+        const int32_t values[] = {times[point], random.between(0, 110), random.between(-55, 55)};
+        std::copy_n(values, 3, record + 5 + 3 * point);
+      }
+      end_ms = std::max(end_ms, end);
+    }
+    now_ms += random.between(0, 200);
+  }
+  return events * kRecord;
+}
+
+// Also the compact stream, where the profile asks for it.
+inline void patterns(Digest& d) {
+  int32_t pattern[kRecord * kMostEvents];
+  for (int32_t i = 0; i < 12; ++i) {
+    const int32_t length = make_pattern(d.random, pattern);
+    const int32_t loops = d.random.between(0, 3), gap_ms = d.random.between(-5, 60);
+    d.add(getLongSignalDataLength(loops, gap_ms, pattern, length));
+    d.add_output<uint8_t>(getLongSignalBufferLength(loops, gap_ms, pattern, length),
+                          [&](uint8_t* out) { return getLongSignalData(loops, gap_ms, pattern, out, length, 80000); });
+  }
+}
+
+constexpr struct {
+  const char* name;
+  void (*walk)(Digest&);
+} kFamilies[] = {
+    {"codes", codes}, {"curves", curves}, {"timing", timing},    {"taps", taps}, {"synthesisers", synthesisers},
+    {"tones", tones}, {"ramps", ramps},   {"patterns", patterns}};
+
+// Calls visit() under every profile that makes a difference.
+template <class Visit>
+void every_profile(Visit visit) {
+  for (const int32_t motor : {832, 1040, 9595, 81540, 1234}) {
+    for (const int32_t chip : {0, 1, 11}) {
+      for (const int32_t boost : {0, 1}) {
+        if (motor != 832 && boost == 1) continue;  // nobody else reads it
+        setMotorType(motor);
+        setChipType(chip);
+        setBoostFlg(boost);
+        visit();
+      }
+    }
+  }
+  setMotorType(1040);
+  setChipType(0);
+  setBoostFlg(0);
+}
+
+}  // namespace grid
