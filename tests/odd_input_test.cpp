@@ -4,9 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <limits>
 #include <vector>
 
@@ -51,22 +52,29 @@ struct Point {
   int32_t offset = 0;
 };
 
+using Points = std::array<Point, 4>;
+
 struct Pattern {
   Integers values;
 
-  Pattern& vibration(int32_t start_ms, int32_t duration_ms, const std::vector<Point>& points) {
-    values.insert(values.end(), {4096, start_ms, 0, 0, duration_ms});
-    for (const Point& point : points) values.insert(values.end(), {point.ms, point.intensity, point.offset});
+  // A record; what is not given is 0.
+  Pattern& add(std::initializer_list<int32_t> fields) {
+    values.resize(values.size() + 17);
+    std::copy(fields.begin(), fields.end(), values.end() - 17);
+    return *this;
+  }
+  Pattern& vibration(int32_t start_ms, int32_t duration_ms, const Points& points) {
+    add({4096, start_ms, 0, 0, duration_ms});
+    auto field = values.end() - 12;
+    for (const Point& point : points) {
+      for (const int32_t value : {point.ms, point.intensity, point.offset}) *field++ = value;
+    }
     return *this;
   }
   Pattern& vibration(int32_t start_ms, int32_t duration_ms) {
-    return vibration(start_ms, duration_ms, {{0}, {duration_ms / 3}, {duration_ms / 2}, {duration_ms}});
+    return vibration(start_ms, duration_ms, {{{0}, {duration_ms / 3}, {duration_ms / 2}, {duration_ms}}});
   }
-  Pattern& tap(int32_t start_ms, int32_t level) {
-    values.insert(values.end(), {4097, start_ms, 80, level});
-    values.insert(values.end(), 13, 0);
-    return *this;
-  }
+  Pattern& tap(int32_t start_ms, int32_t level) { return add({4097, start_ms, 80, level}); }
 
   int32_t length() const { return static_cast<int32_t>(values.size()); }
   int32_t plain_length(int32_t loops = 1, int32_t gap_ms = 0) const {
@@ -126,7 +134,7 @@ TEST_F(OddInput, HugeIntensitiesDoNotOverflow) {
         expect_filled<uint8_t>(getShortSignalDataLength(level),
                                [=](uint8_t* out) { return getShortSignalData(level, intensity, out); });
       }
-      Pattern().vibration(0, 30, {{0, intensity}, {10, intensity / -2}, {20, 7}, {30, intensity}}).render();
+      Pattern().vibration(0, 30, {{{0, intensity}, {10, intensity / -2}, {20, 7}, {30, intensity}}}).render();
     }
   }
   expect_filled<uint8_t>(get_sine_wave_len(170, 1), [](uint8_t* out) { return sine(2, 170, kMin, out); });
@@ -244,17 +252,17 @@ TEST_F(OddInput, EventsBeforeThePatternAreRefusedAtTheirTurn) {
 
 TEST_F(OddInput, CurvesAreDrawnWhereTheyFallInsideTheEvent) {
   const struct {
-    std::vector<Point> points;
+    Points points;
     int32_t to_ms;  // up to where something is drawn; rest beyond
   } rows[] = {
-      {{{0}, {10}, {20}, {30}}, 30},     // short of the duration
-      {{{0}, {10}, {20}, {90}}, 50},     // beyond it
-      {{{60}, {70}, {80}, {90}}, 30},    // only differences count
-      {{{0}, {0}, {-9}, {-9}}, 0},       // backwards
-      {{{0}, {30}, {20}, {40}}, 40},     // back and on
-      {{{0}, {-10}, {-10}, {20}}, 20},   // from before the event
-      {{{0}, {kMax}, {kMin}, {-1}}, 0},  // differences that wrap to less than nothing
-      {{{0}, {-1}, {-40}, {-20}}, 0},    // all of it before the event
+      {{{{0}, {10}, {20}, {30}}}, 30},     // short of the duration
+      {{{{0}, {10}, {20}, {90}}}, 50},     // beyond it
+      {{{{60}, {70}, {80}, {90}}}, 30},    // only differences count
+      {{{{0}, {0}, {-9}, {-9}}}, 0},       // backwards
+      {{{{0}, {30}, {20}, {40}}}, 40},     // back and on
+      {{{{0}, {-10}, {-10}, {20}}}, 20},   // from before the event
+      {{{{0}, {kMax}, {kMin}, {-1}}}, 0},  // differences that wrap to less than nothing
+      {{{{0}, {-1}, {-40}, {-20}}}, 0},    // all of it before the event
   };
   for (const auto& row : rows) {
     const Bytes out = Pattern().vibration(0, 50, row.points).render();

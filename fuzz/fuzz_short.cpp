@@ -1,0 +1,110 @@
+// Fuzzes the profile, the short signals and all building blocks.
+#include <cstdint>
+#include <vector>
+
+#include "input.h"
+
+namespace {
+
+using fuzz::check_output;
+using fuzz::Extent;
+using fuzz::Input;
+using fuzz::require;
+
+struct Tap {
+  int32_t (*length)(int32_t level);
+  int32_t (*data)(int32_t level, int32_t intensity, uint8_t* out);
+};
+
+constexpr Tap kTaps[] = {{getShortSignalDataLength, getShortSignalData},
+                         {getShortSignalDataLength_0832, getShortSignalData_0832},
+                         {getShortSignalDataLength_1040, getShortSignalData_1040},
+                         {getShortSignalDataLength_9595, getShortSignalData_9595},
+                         {get_custom_wave_len, shortWave_func},
+                         {get_wav_len_high_frequency, shortWave_func_custom},
+                         {get_custom_wave_len_0832, shortWave_func_custom_0832},
+                         {get_custom_wave_len_9595, shortWave_func_custom_9595}};
+
+void tap(Input& in) {
+  const Tap& functions = kTaps[in.raw<uint8_t>() % std::size(kTaps)];
+  const int32_t level = in.integer(), intensity = in.integer();
+  check_output<uint8_t>(functions.length(level), Extent::kWhole,
+                        [=](uint8_t* out) { return functions.data(level, intensity, out); });
+}
+
+void curves(Input& in) {
+  const int32_t x = in.integer(), y = in.integer(), z = in.integer();
+  for (const auto curve : {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData,
+                           getFrequency_9595_ShortData, getFrequency_0815_ShortData, getCycle, getF1}) {
+    require(curve(x) == curve(x));
+  }
+  for (const auto curve :
+       {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540, getIntensity,
+        getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2}) {
+    require(curve(x, y) == curve(x, y));
+  }
+  for (const auto gain : {getIntensityMax, getIntensityMax_0832, getIntensityMax_1040, getIntensityMax_9595}) {
+    require(gain(x) > 0 && gain(x) == gain(std::clamp(x, -50, 50)));
+  }
+  require(getFrequency(x) == getFrequency(std::clamp(x, 0, 100)));
+  getFrequencyStepValue(x, y, z);
+  wave_transform(in.number());
+  custom_wave_transform(x);
+}
+
+void transient(Input& in) {
+  const int32_t level = in.integer(), intensity = in.integer(), f1 = in.integer(), a1 = in.integer();
+  const int32_t f2 = in.integer(), a2 = in.integer(), reverse = in.integer();
+  const float zero_ms = in.number(), c0 = in.number(), c1 = in.number(), c2 = in.number();
+  check_output<int32_t>(get_wave_func_wave_len(level, f1, f2, zero_ms), Extent::kPart,
+                        [=](int32_t* out) { return wave_func(level, intensity, f1, a1, f2, a2, out, zero_ms); });
+  check_output<int32_t>(
+      get_wave_func_wave_len_custom(level, f1, f2, c0, c1, c2, zero_ms), Extent::kPart, [=](int32_t* out) {
+        return wave_func_custom(getFrequency(level), intensity, f1, a1, f2, a2, reverse, out, c0, c1, c2, zero_ms);
+      });
+}
+
+void tone(Input& in) {
+  const int32_t hz = in.integer(), amplitude = in.integer(), half_periods = in.integer();
+  const float cycles = in.number(), end = in.number();
+  check_output<float>(get_sine_wave_len(hz, cycles), Extent::kWhole,
+                      [=](float* out) { return get_sine(hz, amplitude, out, cycles); });
+  check_output<uint8_t>(get_sine_wave_len(hz, static_cast<float>(half_periods) * 0.5F), Extent::kWhole,
+                        [=](uint8_t* out) { return sine(half_periods, hz, amplitude, out); });
+  check_output<float>(std::max(0, amplitude), Extent::kWhole,
+                      [=](float* out) { return getIncreasingStepIntensity(amplitude, out, cycles, end); });
+}
+
+// The parts of a long signal as functions of their own.
+void event(Input& in) {
+  std::vector<int32_t> record(17);
+  for (int32_t& field : record) field = in.integer();
+  const auto samples = [](int32_t ms) {
+    return static_cast<int32_t>(static_cast<uint32_t>(SAMPLE_RATE / 1000) * static_cast<uint32_t>(ms));
+  };
+  const int32_t limit = in.integer(), start = samples(record[1]), tap_length = getShortSignalDataLength(record[3]);
+  check_output<uint8_t>(std::max(0, samples(record[4])), Extent::kWhole,
+                        [&](uint8_t* out) { return get_4096_wave(record.data(), out, limit); });
+  const bool drawn = start >= 0 && tap_length > 0;
+  if (start > fuzz::kMostElements) return;
+  check_output<uint8_t>(drawn ? start + tap_length : 0, Extent::kPart,
+                        [&](uint8_t* out) { return get_4097_wave(record[1], record[2], record[3], out); });
+}
+
+void widen(Input& in) {
+  const std::vector<uint8_t> source(in.raw<uint8_t>(), in.raw<uint8_t>());
+  const auto count = static_cast<int32_t>(source.size());
+  check_output<int32_t>(count, Extent::kWhole,
+                        [&](int32_t* out) { return transStringDataToInt(source.data(), count, out); });
+}
+
+constexpr void (*kCalls[])(Input&) = {tap, curves, transient, tone, event, widen};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
+  Input in(bytes, size);
+  in.set_profile();
+  for (int call = 0; call < 8 && !in.empty(); ++call) kCalls[in.raw<uint8_t>() % std::size(kCalls)](in);
+  return 0;
+}

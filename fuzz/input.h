@@ -1,0 +1,82 @@
+// Fuzzer input read as values, and calls checked against what the header promises.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "lrasynth.h"
+
+namespace fuzz {
+
+inline void require(bool promise) {
+  if (!promise) std::abort();
+}
+
+class Input {
+ public:
+  Input(const uint8_t* bytes, size_t size) : next_(bytes), left_(size) {}
+
+  bool empty() const { return left_ == 0; }
+
+  // Zeros follow the last byte.
+  template <class Value>
+  Value raw() {
+    Value value{};
+    const size_t n = std::min(left_, sizeof value);
+    std::memcpy(&value, next_, n);
+    next_ += n;
+    left_ -= n;
+    return value;
+  }
+
+  // One byte says whether a small number or any follows.
+  int32_t integer() {
+    const int32_t first = raw<uint8_t>();
+    return first < 220 ? first - 60 : raw<int32_t>();
+  }
+  float number() { return raw<bool>() ? static_cast<float>(integer()) / 8 : raw<float>(); }
+
+  void set_profile() {
+    const int32_t motors[] = {832, 1040, 9595, 81540, integer()};
+    const int32_t chips[] = {0, 1, 11, integer()};
+    setMotorType(motors[raw<uint8_t>() % 5]);
+    setChipType(chips[raw<uint8_t>() % 4]);
+    setBoostFlg(integer());
+    if (raw<uint8_t>() % 4 == 0) SAMPLE_RATE = raw<uint8_t>() % 2 == 0 ? raw<int32_t>() : 1000 * integer();
+  }
+
+ private:
+  const uint8_t* next_;
+  size_t left_;
+};
+
+// So that one execution stays fast.
+constexpr int32_t kMostElements = 1 << 20;
+
+enum class Extent { kWhole, kPart };
+
+// Calls twice with heap blocks of exactly that length. Both calls agree; where the whole extent is promised they have
+// overwritten all of it; a null pointer is refused, and status -1 leaves everything untouched.
+template <class Sample, class Call>
+void check_output(int32_t length, Extent extent, Call call) {
+  require(length >= 0);
+  if (length > kMostElements) return;
+  const size_t size = static_cast<size_t>(length) * sizeof(Sample);
+  const auto once = std::make_unique<Sample[]>(static_cast<size_t>(length));
+  const auto again = std::make_unique<Sample[]>(static_cast<size_t>(length));
+  std::memset(again.get(), extent == Extent::kWhole ? 0xA5 : 0, size);
+  const int32_t status = call(once.get());
+  require(status == 0 || status == -1);
+  if (status == 0) {
+    require(call(again.get()) == 0);
+    require(std::memcmp(once.get(), again.get(), size) == 0);
+  } else if (extent == Extent::kWhole) {
+    require(std::all_of(once.get(), once.get() + length, [](Sample sample) { return sample == Sample{}; }));
+  }
+  if (length > 0) require(call(static_cast<Sample*>(nullptr)) == -1);
+}
+
+}  // namespace fuzz
