@@ -33,7 +33,7 @@ class CurveSegment {
 
   // Both sines and the product of envelope and carrier are double precision, everything else single.
   float exact(int32_t i) const {
-    const double envelope = ramp_.exact(sample_time(period_, i));
+    const auto envelope = static_cast<double>(ramp_.exact(sample_time(period_, i)));
     const double carrier = std::sin(static_cast<double>(phase(i)));
     return static_cast<float>(carrier * envelope) + kRest;
   }

@@ -48,7 +48,7 @@ void SineSegment::estimate(int32_t first, int32_t n, float* offsets) const {
 // and the mirror image once more.
 float SineSegment::error(int32_t last) const {
   const double phase = std::fabs(angular_ * static_cast<double>(grid_.time(last)));
-  if (!(phase <= double{kFastSineLimit})) return kUnproven;
+  if (!(phase <= static_cast<double>(kFastSineLimit))) return kUnproven;
   const float amplitude = std::fabs(peak_);
   const float relative_error = static_cast<float>(phase) * 0x1p-23F + kFastSineError + 0x1p-22F;
   return offset_error(amplitude, amplitude * relative_error + kSumRounding);

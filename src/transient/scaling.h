@@ -20,8 +20,9 @@ class Scaling {
   uint8_t exact(uint8_t code) const {
     if (code == 0) return 0;
     const float scaled = scale_ * offset_value(code);
-    const double sum = narrow(scaled) > threshold_ ? double{scaled} - double{scale_} * 128.0
-                                                   : double{1.0F - scale_} * 128.0 + (double{scaled} + 128.0);
+    const auto wide = static_cast<double>(scaled);
+    const double sum = narrow(scaled) > threshold_ ? wide - static_cast<double>(scale_) * 128.0
+                                                   : static_cast<double>(1.0F - scale_) * 128.0 + (wide + 128.0);
     return low_byte(narrow(static_cast<float>(sum)));
   }
 
