@@ -32,12 +32,14 @@ class Input {
     return value;
   }
 
+  bool flip() { return raw<uint8_t>() % 2 == 1; }
+
   // One byte says whether a small number or any follows.
   int32_t integer() {
     const int32_t first = raw<uint8_t>();
     return first < 220 ? first - 60 : raw<int32_t>();
   }
-  float number() { return raw<bool>() ? static_cast<float>(integer()) / 8 : raw<float>(); }
+  float number() { return flip() ? static_cast<float>(integer()) / 8 : raw<float>(); }
 
   void set_profile() {
     const int32_t motors[] = {832, 1040, 9595, 81540, integer()};
@@ -45,7 +47,7 @@ class Input {
     setMotorType(motors[raw<uint8_t>() % 5]);
     setChipType(chips[raw<uint8_t>() % 4]);
     setBoostFlg(integer());
-    if (raw<uint8_t>() % 4 == 0) SAMPLE_RATE = raw<uint8_t>() % 2 == 0 ? raw<int32_t>() : 1000 * integer();
+    if (flip() && flip()) SAMPLE_RATE = flip() ? raw<int32_t>() : 1000 * raw<int8_t>();
   }
 
  private:
@@ -54,7 +56,7 @@ class Input {
 };
 
 // So that one execution stays fast.
-constexpr int32_t kMostElements = 1 << 20;
+constexpr int32_t kMostElements = 1 << 18;
 
 enum class Extent { kWhole, kPart };
 

@@ -65,45 +65,29 @@ class Digest {
   std::vector<float> scratch_ = std::vector<float>(1U << 18U);
 };
 
-inline void codes(Digest& d) {
-  for (int32_t v = -300; v < 600; ++v) {
-    const float quarter = static_cast<float>(v) * 0.25F;
-    for (const float f : {wave_transform(quarter), wave_reverse(quarter), custom_wave_transform(v)}) d.add(f);
-  }
-}
-
-inline void curves(Digest& d) {
+// Everything that returns a number.
+inline void numbers(Digest& d) {
   for (int32_t x = -70; x <= 170; ++x) {
-    for (const auto level_curve : {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData,
-                                   getFrequency_9595_ShortData, getFrequency_0815_ShortData, getCycle}) {
-      d.add(level_curve(x));
-    }
-    for (const auto gain : {getIntensityMax, getIntensityMax_0832, getIntensityMax_1040, getIntensityMax_9595}) {
+    const float f = static_cast<float>(x) * 1.25F;
+    for (const auto conversion : {wave_transform, wave_reverse}) d.add(conversion(f));
+    for (const auto gain : {custom_wave_transform, getIntensityMax, getIntensityMax_0832, getIntensityMax_1040,
+                            getIntensityMax_9595, getC0, getZeroTime}) {
       d.add(gain(x));
     }
+    for (const auto level :
+         {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData, getFrequency_9595_ShortData,
+          getFrequency_0815_ShortData, getCycle, getF1, get_custom_wave_len, get_wav_len_high_frequency}) {
+      d.add(level(x));
+    }
     for (const int32_t y : {-300, 3, 80, 100, 130, 170, 235}) {
-      for (const auto offset_curve :
-           {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540}) {
-        d.add(offset_curve(y, x));
-      }
-      for (const auto share : {getIntensity, getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2}) {
-        d.add(share(x, y));
+      for (const auto both :
+           {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540,
+            getIntensity, getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2}) {
+        d.add(both(y, x));
+        d.add(both(x, y));
       }
       d.add(getFrequencyStepValue(y, x, 7 * x));
-    }
-  }
-}
-
-inline void timing(Digest& d) {
-  for (int32_t level = -5; level <= 105; ++level) {
-    for (const float f : {getC0(level), getC1(), getC2(), getZeroTime(level)}) d.add(f);
-    for (const auto of_level : {getF1, get_custom_wave_len, get_wav_len_high_frequency, getShortSignalDataLength}) {
-      d.add(of_level(level));
-    }
-    for (const float x : {-1.0F, 0.3F, 1.0F, 2.7F, 40.0F}) {
-      d.add(get_sine_wave_len(2 * level, x));
-      d.add(get_wave_func_wave_len(level, 3 * level, getF2(), x));
-      d.add(get_wave_func_wave_len_custom(level, 200, 90, x, 1.5F * x, x / 3, 2 * x));
+      d.add(get_sine_wave_len(y, f));
     }
   }
 }
@@ -147,44 +131,27 @@ inline void tones(Digest& d) {
                           [=](uint8_t* out) { return sine(half_periods, hz, amplitude, out); });
     d.add_output<float>(get_sine_wave_len(hz, cycles),
                         [=](float* out) { return get_sine(hz, amplitude, out, cycles); });
-  }
-}
-
-inline void ramps(Digest& d) {
-  for (int32_t count = 1; count <= 3000; count = count * 3 / 2 + 1) {
-    const auto start = static_cast<float>(d.random.between(-20, 127));
-    const auto end = static_cast<float>(d.random.between(-20, 127));
-    d.add_output<float>(count, [=](float* out) { return getIncreasingStepIntensity(count, out, start, end); });
+    d.add_output<float>(hz, [=](float* out) { return getIncreasingStepIntensity(hz, out, cycles, 9); });
   }
 }
 
 constexpr int32_t kRecord = 17;
 constexpr int32_t kMostEvents = 12;
 
-// Any number of taps and vibrations, gaps and overlaps, then a vibration that ends last. Returns the length.
+// Taps and vibrations with gaps and overlaps; the last is a vibration. Returns the length.
 inline int32_t make_pattern(Random& random, int32_t* pattern) {
   const int32_t events = random.between(1, kMostEvents);
-  std::fill_n(pattern, events * kRecord, 0);
-  int32_t now_ms = 0;
-  int32_t end_ms = 0;
-  for (int32_t* record = pattern; record != pattern + events * kRecord; record += kRecord) {
-    const bool last = record + kRecord == pattern + events * kRecord;
-    if (!last && random.between(0, 2) == 0) {
-      const int32_t tap[] = {4097, now_ms, random.between(0, 120), random.between(-1, 101)};
-      std::copy_n(tap, 4, record);
-    } else {
-      const int32_t end = std::max(last ? end_ms : 0, now_ms + random.between(10, 300));
-      const int32_t duration = end - now_ms;
-      const int32_t vibration[] = {4096, now_ms, 0, 0, duration};
-      std::copy_n(vibration, 5, record);
-      const int32_t times[] = {0, duration / 3, duration / 2, duration};
-      for (int32_t point = 0; point < 4; ++point) {
-        const int32_t values[] = {times[point], random.between(0, 110), random.between(-55, 55)};
-        std::copy_n(values, 3, record + 5 + 3 * point);
-      }
-      end_ms = std::max(end_ms, end);
+  for (int32_t i = 0, start_ms = 0; i < events; ++i, start_ms += random.between(0, 200)) {
+    int32_t* const record = pattern + i * kRecord;
+    const bool continuous = i == events - 1 || random.between(0, 2) > 0;
+    const int32_t duration_ms = random.between(10, 300);
+    const int32_t head[] = {continuous ? 4096 : 4097, start_ms, random.between(0, 120), random.between(-1, 101),
+                            duration_ms};
+    std::copy_n(head, 5, record);
+    for (int32_t point = 0; point < 4; ++point) {
+      const int32_t values[] = {duration_ms * point / 3, random.between(0, 110), random.between(-55, 55)};
+      std::copy_n(values, 3, record + 5 + 3 * point);
     }
-    now_ms += random.between(0, 200);
   }
   return events * kRecord;
 }
@@ -205,8 +172,7 @@ constexpr struct {
   const char* name;
   void (*walk)(Digest&);
 } kFamilies[] = {
-    {"codes", codes}, {"curves", curves}, {"timing", timing},    {"taps", taps}, {"synthesisers", synthesisers},
-    {"tones", tones}, {"ramps", ramps},   {"patterns", patterns}};
+    {"numbers", numbers}, {"taps", taps}, {"synthesisers", synthesisers}, {"tones", tones}, {"patterns", patterns}};
 
 // Calls visit() under every profile that makes a difference.
 template <class Visit>
