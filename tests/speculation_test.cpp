@@ -109,6 +109,15 @@ TEST(Speculation, DoubtsWhatIsNotANumber) {
   EXPECT_FALSE(in_doubt(130.5F, 0.001F));
 }
 
+TEST(Truncation, SaturatesAndTakesNanForZero) {
+  EXPECT_EQ(truncate(std::nan("")), 0);
+  EXPECT_EQ(truncate(-2147483648.9), INT32_MIN);
+  EXPECT_EQ(truncate(2147483647.9), INT32_MAX);
+  EXPECT_EQ(truncate(-HUGE_VALF), INT32_MIN);
+  EXPECT_EQ(truncate(HUGE_VALF), INT32_MAX);
+  EXPECT_EQ(truncate(-1.9F), -1);
+}
+
 // Only a value right beside a whole number could be moved across it.
 TEST(Narrowing, IsTruncationBelowItsLimit) {
   for (float whole = 1; whole < kNarrowLimit; whole += whole < 4096 ? 1.0F : 61.0F) {
