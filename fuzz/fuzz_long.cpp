@@ -62,9 +62,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   if (kind == 0 && plain_rate && (loops < 2 || IC_TYPE == 11)) require(plain == whole);
   fuzz::check_output<uint8_t>(whole, IC_TYPE == 11 ? Extent::kWhole : Extent::kPart, [&](uint8_t* out) {
     const int32_t status = getLongSignalData(loops, gap_ms, pattern.data(), out, length, limit_ms);
-    const int64_t stride = int64_t{plain} + int64_t{SAMPLE_RATE / 1000} * gap_ms;
-    if (status == 0 && kind == 0 && plain_rate && IC_TYPE != 11 && loops > 1 && gap_ms >= 0 && out != nullptr) {
-      require(std::equal(out, out + plain, out + stride * (loops - 1)));
+    const int32_t gap = fuzz::samples(gap_ms);
+    if (status == 0 && kind == 0 && plain_rate && IC_TYPE != 11 && loops > 1 && gap >= 0 && out != nullptr) {
+      require(std::equal(out, out + plain, out + (loops - 1) * (int64_t{plain} + gap)));
     }
     return status;
   });

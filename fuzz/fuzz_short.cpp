@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "digest_families.h"
 #include "input.h"
 
 namespace {
@@ -11,25 +12,11 @@ using fuzz::Extent;
 using fuzz::Input;
 using fuzz::require;
 
-struct Tap {
-  int32_t (*length)(int32_t level);
-  int32_t (*data)(int32_t level, int32_t intensity, uint8_t* out);
-};
-
-constexpr Tap kTaps[] = {{getShortSignalDataLength, getShortSignalData},
-                         {getShortSignalDataLength_0832, getShortSignalData_0832},
-                         {getShortSignalDataLength_1040, getShortSignalData_1040},
-                         {getShortSignalDataLength_9595, getShortSignalData_9595},
-                         {get_custom_wave_len, shortWave_func},
-                         {get_wav_len_high_frequency, shortWave_func_custom},
-                         {get_custom_wave_len_0832, shortWave_func_custom_0832},
-                         {get_custom_wave_len_9595, shortWave_func_custom_9595}};
-
 void tap(Input& in) {
-  const Tap& functions = kTaps[in.raw<uint8_t>() % std::size(kTaps)];
+  const grid::TapFunctions& functions = grid::kTaps[in.raw<uint8_t>() % std::size(grid::kTaps)];
   const int32_t level = in.integer(), intensity = in.integer();
   check_output<uint8_t>(functions.length(level), Extent::kWhole,
-                        [=](uint8_t* out) { return functions.data(level, intensity, out); });
+                        [&](uint8_t* out) { return functions.data(level, intensity, out); });
 }
 
 void curves(Input& in) {
@@ -79,11 +66,9 @@ void tone(Input& in) {
 void event(Input& in) {
   std::vector<int32_t> record(17);
   for (int32_t& field : record) field = in.integer();
-  const auto samples = [](int32_t ms) {
-    return static_cast<int32_t>(static_cast<uint32_t>(SAMPLE_RATE / 1000) * static_cast<uint32_t>(ms));
-  };
-  const int32_t limit = in.integer(), start = samples(record[1]), tap_length = getShortSignalDataLength(record[3]);
-  check_output<uint8_t>(std::max(0, samples(record[4])), Extent::kWhole,
+  const int32_t limit = in.integer(), start = fuzz::samples(record[1]),
+                tap_length = getShortSignalDataLength(record[3]);
+  check_output<uint8_t>(std::max(0, fuzz::samples(record[4])), Extent::kWhole,
                         [&](uint8_t* out) { return get_4096_wave(record.data(), out, limit); });
   const bool drawn = start >= 0 && tap_length > 0;
   if (start > fuzz::kMostElements) return;

@@ -15,6 +15,11 @@ inline void require(bool promise) {
   if (!promise) std::abort();
 }
 
+// A 32-bit product, as the header says.
+inline int32_t samples(int32_t ms) {
+  return static_cast<int32_t>(static_cast<uint32_t>(SAMPLE_RATE / 1000) * static_cast<uint32_t>(ms));
+}
+
 class Input {
  public:
   Input(const uint8_t* bytes, size_t size) : next_(bytes), left_(size) {}

@@ -92,17 +92,27 @@ inline void numbers(Digest& d) {
   }
 }
 
+struct TapFunctions {
+  int32_t (*length)(int32_t level);
+  int32_t (*data)(int32_t level, int32_t intensity, uint8_t* out);
+};
+
+constexpr TapFunctions kTaps[] = {{getShortSignalDataLength, getShortSignalData},
+                                  {getShortSignalDataLength_0832, getShortSignalData_0832},
+                                  {getShortSignalDataLength_1040, getShortSignalData_1040},
+                                  {getShortSignalDataLength_9595, getShortSignalData_9595},
+                                  {get_custom_wave_len, shortWave_func},
+                                  {get_wav_len_high_frequency, shortWave_func_custom},
+                                  {get_custom_wave_len_0832, shortWave_func_custom_0832},
+                                  {get_custom_wave_len_9595, shortWave_func_custom_9595}};
+
 inline void taps(Digest& d) {
-  for (int32_t level = -1; level <= 101; ++level) {
-    for (const int32_t intensity : {-60, 1, 33, 80, 100, 250}) {
-      d.add_output<uint8_t>(getShortSignalDataLength(level),
-                            [=](uint8_t* out) { return getShortSignalData(level, intensity, out); });
+  for (const TapFunctions& tap : kTaps) {
+    for (int32_t level = -1; level <= 101; ++level) {
+      for (const int32_t intensity : {-60, 33, 80, d.random.between(0, 255)}) {
+        d.add_output<uint8_t>(tap.length(level), [=](uint8_t* out) { return tap.data(level, intensity, out); });
+      }
     }
-    const int32_t intensity = d.random.between(0, 130);
-    d.add_output<uint8_t>(get_custom_wave_len(level),
-                          [=](uint8_t* out) { return shortWave_func(level, intensity, out); });
-    d.add_output<uint8_t>(get_wav_len_high_frequency(level),
-                          [=](uint8_t* out) { return shortWave_func_custom(level, intensity, out); });
   }
 }
 
