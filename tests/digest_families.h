@@ -43,8 +43,10 @@ class Digest {
 
   template <class Sample, class Call>
   void add_output(int32_t length, Call call) {
-    if (length < 0 || length * sizeof(Sample) > scratch_.size() * sizeof(float)) std::abort();
-    std::memset(scratch_.data(), 0xA5, length * sizeof(Sample));
+    static_assert(sizeof(Sample) <= sizeof scratch_[0]);
+    const auto count = static_cast<std::size_t>(length);
+    if (count > scratch_.size()) std::abort();
+    std::memset(scratch_.data(), 0xA5, count * sizeof(Sample));
     auto* const out = reinterpret_cast<Sample*>(scratch_.data());
     add(length);
     add(call(out));
