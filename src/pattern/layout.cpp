@@ -19,12 +19,11 @@ int32_t end_ms(const Record& record) {
 
 int64_t furthest_continuous_end(const Request& request) {
   int64_t furthest = 0;
-  request.every_record(kContinuous, [&](const Record& event) {
-    const int64_t start = event.start_samples();
-    const int64_t length = event.duration_samples();
+  for (int32_t i = request.find(kContinuous, 0); i < request.length(); i = request.find(kContinuous, i + 1)) {
+    const int64_t start = request.record(i).start_samples();
+    const int64_t length = request.record(i).duration_samples();
     if (start >= 0 && length > 0) furthest = std::max(furthest, start + length);
-    return true;
-  });
+  }
   return furthest;
 }
 

@@ -29,18 +29,24 @@ void draw_transient(int32_t start, int32_t intensity, int32_t level, uint8_t* ou
   render_tap(giMotorType, level, tap_intensity(level, intensity), out + start, static_cast<int32_t>(left));
 }
 
-bool draw_events(const Request& request, int64_t room, int32_t limit_samples, uint8_t* out) {
-  const auto continuous = [&](const Record& event) {
+// Whether all of them start within the pattern and in time; the first that does not ends the drawing.
+bool draw_continuous_events(const Request& request, int32_t limit_samples, uint8_t* out) {
+  for (int32_t i = request.find(kContinuous, 0); i < request.length(); i = request.find(kContinuous, i + 1)) {
+    const Record event = request.record(i);
     const int32_t start = event.start_samples();
-    return start >= 0 && draw_continuous(event, out, start, limit_samples);
-  };
-  const auto transient = [&](const Record& event) {
+    if (start < 0 || !draw_continuous(event, out, start, limit_samples)) return false;
+  }
+  return true;
+}
+
+bool draw_transients(const Request& request, int64_t room, uint8_t* out) {
+  for (int32_t i = request.find(kTransient, 0); i < request.length(); i = request.find(kTransient, i + 1)) {
+    const Record event = request.record(i);
     const int32_t start = event.start_samples();
     if (start < 0) return false;
     draw_transient(start, event.intensity(), event.level(), out, room);
-    return true;
-  };
-  return request.every_record(kContinuous, continuous) && request.every_record(kTransient, transient);
+  }
+  return true;
 }
 
 // A negative interval can make copies overlap. Copied byte by byte in ascending order, the pass then repeats with the
@@ -60,7 +66,8 @@ int32_t render_samples(const Request& request, int32_t loop_count, int32_t inter
   const Layout layout = layout_of(request, loop_count, interval_ms);
   if (!layout.is_servable() || refuses(out, layout.end())) return -1;
   const int32_t limit_samples = wrapping_multiply(SAMPLE_RATE, limit_ms) / 1000;
-  if (!draw_events(request, layout.room, limit_samples, out)) return -1;
+  if (!draw_continuous_events(request, limit_samples, out)) return -1;
+  if (!draw_transients(request, layout.room, out)) return -1;
   if (layout.copies > 0 && layout.stride > 0) copy_passes(layout, out);
   return 0;
 }

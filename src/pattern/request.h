@@ -51,22 +51,20 @@ class Request {
 
   int32_t length() const { return length_; }
   bool has_record() const { return length_ >= kRecordLength; }
-  Record last_record() const { return Record(values_ + (length_ - kRecordLength)); }
+  Record last_record() const { return record(length_ - kRecordLength); }
 
   // Integers outside the array read as 0.
   int32_t at(int64_t index) const { return index >= 0 && index < length_ ? values_[index] : 0; }
 
-  // Calls visit(Record) for every record of that type that lies whole in the array, in array order, until visit
-  // returns false. Returns whether it never did.
-  template <class Visit>
-  bool every_record(int32_t type, Visit visit) const {
-    for (int32_t i = 0; i <= length_ - kRecordLength; ++i) {
-      // GCOVR_EXCL_BR_START: not every visitor stops
-      if (values_[i] == type && !visit(Record(values_ + i))) return false;
-      // GCOVR_EXCL_BR_STOP
+  // Index of the first record of that type at or after `from` that lies whole in the array, or length().
+  int32_t find(int32_t type, int32_t from) const {
+    for (; from <= length_ - kRecordLength; ++from) {
+      if (values_[from] == type) return from;
     }
-    return true;
+    return length_;
   }
+
+  Record record(int32_t index) const { return Record(values_ + index); }
 
  private:
   const int32_t* values_;

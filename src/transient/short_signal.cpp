@@ -37,17 +37,10 @@ int32_t tap_length(int32_t motor, int32_t level) {
 }
 
 void render_tap(int32_t motor, int32_t level, int32_t intensity, uint8_t* out, int32_t capacity) {
-  switch (motor) {  // GCOVR_EXCL_BR_LINE: callers have found a length above 0, so never the default
-    case kMotor9595:
-      return replay(burst_9595(level), intensity, out, capacity);
-    case kMotor0832:
-      return replay(burst_0832(level), intensity, out, capacity);
-    case kMotor1040:
-      return is_mid_level(level) ? render_mid_tap(level, intensity, out, capacity)
-                                 : render_edge_tap(level, intensity, out, capacity);
-    default:   // GCOVR_EXCL_LINE
-      return;  // GCOVR_EXCL_LINE
-  }
+  if (motor == kMotor9595) return replay(burst_9595(level), intensity, out, capacity);
+  if (motor == kMotor0832) return replay(burst_0832(level), intensity, out, capacity);
+  const auto render = is_mid_level(level) ? render_mid_tap : render_edge_tap;
+  render(level, intensity, out, capacity);
 }
 
 }  // namespace lrasynth
