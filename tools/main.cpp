@@ -1,0 +1,44 @@
+// lrasynth: renders haptic waveforms into files.
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "options.h"
+#include "text.h"
+
+namespace lrasynth {
+namespace {
+
+int complain(const std::string& lines, int status) {
+  std::cerr << "lrasynth: " << lines << '\n';
+  return status;
+}
+
+int run(int argc, const char* const* argv) {
+  CLI::App app("Renders haptic waveforms for linear resonant actuators into files.");
+  app.set_version_flag(
+      "--version", text("lrasynth %d.%d.%d", LRASYNTH_VERSION_MAJOR, LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH));
+  app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
+  app.require_subcommand(1);
+  add_tap(app);
+  try {
+    app.parse(argc, argv);
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);
+    return complain(error.what(), kWrongInput);
+  }
+}
+
+}  // namespace
+}  // namespace lrasynth
+
+int main(int argc, char** argv) {
+  try {
+    return lrasynth::run(argc, argv);
+  } catch (const lrasynth::Failure& failure) {
+    return lrasynth::complain(failure.what(), failure.status);
+  } catch (const std::exception& error) {
+    return lrasynth::complain(error.what(), lrasynth::kCannotRender);
+  }
+}

@@ -1,0 +1,37 @@
+// From rendered waveforms to files: the forms by name, and files that appear whole or not at all.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "waveform.h"
+
+namespace lrasynth {
+
+// Exit statuses beside 0.
+constexpr int kCannotRender = 1;
+constexpr int kWrongInput = 2;
+
+// Why a command ends early: what to print, one line per fault, and its exit status.
+struct Failure : std::runtime_error {
+  Failure(int exit_status, const std::string& lines) : std::runtime_error(lines), status(exit_status) {}
+  int status;
+};
+
+struct File {
+  std::string path;
+  std::string content;
+};
+
+inline const std::string kStandardOutput = "-";
+
+// Writes all files or none. What goes to standard output is written last.
+void write_files(const std::vector<File>& files);
+
+// One file per form.
+std::string to_csv(const Waveform& waveform);
+std::string to_svg(const Waveform& waveform);
+std::string to_wav(const Waveform& waveform);
+
+}  // namespace lrasynth

@@ -1,0 +1,70 @@
+// lrasynth tap: one short signal.
+#include <memory>
+
+#include "options.h"
+#include "text.h"
+
+namespace lrasynth {
+namespace {
+
+struct Tap {
+  Profile profile;
+  int32_t level = 50;
+  int32_t intensity = 80;
+  Outputs outputs;
+};
+
+// The four segments of motor 1040. The stored bursts of the other motors have none.
+std::vector<Span> segments(int32_t level) {
+  if (getMotorType() != 1040) return {};
+  constexpr int32_t kFirstMidLevel = 25;
+  constexpr int32_t kLastMidLevel = 70;
+  const bool mid = level >= kFirstMidLevel && level <= kLastMidLevel;
+  const int32_t drive_hz = getFrequency(level);
+  const auto ms = [](int32_t hz, float cycles) { return 1000.0 * get_sine_wave_len(hz, cycles) / SAMPLE_RATE; };
+  const struct {
+    double length_ms;
+    std::string label;
+  } rows[] = {
+      {ms(drive_hz, mid ? 1.0F : getC0(level)), text("drive, %d Hz", drive_hz)},
+      {getZeroTime(level), "zero time"},
+      {ms(getF1(level), mid ? 0.5F : getC1()), mid ? text("F1, %d Hz", getF1(level)) : "F1, silent"},
+      {ms(getF2(), mid ? 0.5F : getC2()), mid ? text("F2, %d Hz", getF2()) : "F2, silent"},
+  };
+  std::vector<Span> spans;
+  double start_ms = 0;
+  for (const auto& row : rows) {
+    spans.push_back({start_ms, start_ms + row.length_ms, row.label});
+    start_ms += row.length_ms;
+  }
+  return spans;
+}
+
+void run(const Tap& tap) {
+  tap.profile.apply();
+  std::vector<uint8_t> codes(static_cast<size_t>(getShortSignalDataLength(tap.level)));
+  if (getShortSignalData(tap.level, tap.intensity, codes.data()) != 0) {
+    throw Failure(kCannotRender, text("motor %d has no short signals", tap.profile.motor));
+  }
+  tap.outputs.write({
+      .title = text("Tap: motor %d, level %d, intensity %d %%", tap.profile.motor, tap.level, tap.intensity),
+      .codes = codes,
+      .sections = segments(tap.level),
+  });
+}
+
+}  // namespace
+
+void add_tap(CLI::App& app) {
+  CLI::App& command = *app.add_subcommand("tap", "Render one tap");
+  const auto tap = std::make_shared<Tap>();
+  tap->profile.add_motor(command);
+  add_integer(command, "--level", tap->level, "Character of the tap", 0, 100);
+  add_integer(command, "--intensity", tap->intensity, "Strength in percent", 0, 100);
+  tap->profile.add_chip(command);
+  tap->outputs.add(command)->required();
+  command.footer("Example:\n  lrasynth tap --motor 1040 --level 50 --intensity 80 tap.wav tap.svg");
+  command.callback([tap] { run(*tap); });
+}
+
+}  // namespace lrasynth

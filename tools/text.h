@@ -1,0 +1,11 @@
+// Formatted text as a string.
+#pragma once
+
+#include <string>
+
+namespace lrasynth {
+
+// What printf would print.
+[[gnu::format(printf, 1, 2)]] std::string text(const char* format, ...);
+
+}  // namespace lrasynth
