@@ -21,6 +21,9 @@ int run(int argc, const char* const* argv) {
   app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
   app.require_subcommand(1);
   add_tap(app);
+  add_pattern(app);
+  add_tone(app);
+  add_sheet(app);
   try {
     app.parse(argc, argv);
     return 0;

@@ -18,24 +18,22 @@ std::string to_bytes(const Waveform& waveform) { return {waveform.codes.begin(),
 
 constexpr Form kForms[] = {{".wav", to_wav}, {".svg", to_svg}, {".csv", to_csv}, {".bin", to_bytes}};
 
-const Form* form_of(const std::string& path) {
-  const std::string ending = std::filesystem::path(path).extension();
-  for (const Form& form : kForms) {
-    if (ending == form.ending) return &form;
-  }
-  return nullptr;
+const Form* find_form(const std::string& ending) {
+  const auto* const found = std::find_if(std::begin(kForms), std::end(kForms),
+                                         [&](const Form& form) { return form.ending == ending; });
+  return found == std::end(kForms) ? nullptr : found;
 }
 
 std::string check_output(const std::string& path) {
-  if (path == kStandardOutput || form_of(path) != nullptr) return {};
-  return path + " must end in .wav, .svg, .csv or .bin";
+  const bool known = path == kStandardOutput || find_form(std::filesystem::path(path).extension()) != nullptr;
+  return known ? "" : path + " must end in .wav, .svg, .csv or .bin, or be -";
 }
 
 }  // namespace
 
-CLI::Option* add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help,
-                         int32_t least, int32_t most) {
-  return command.add_option(name, value, help)->check(CLI::Range(least, most))->capture_default_str();
+void add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help, int32_t least,
+                 int32_t most) {
+  command.add_option(name, value, help)->check(CLI::Range(least, most))->capture_default_str();
 }
 
 void Profile::add_motor(CLI::App& command) {
@@ -45,39 +43,54 @@ void Profile::add_motor(CLI::App& command) {
 }
 
 void Profile::add_chip(CLI::App& command) {
-  constexpr auto kLimits = std::numeric_limits<int32_t>();
-  add_integer(command, "--chip", chip, "Chip type: 1 has 12000 samples a second, every other 24000", kLimits.min(),
-              kLimits.max());
+  using Limits = std::numeric_limits<int32_t>;
+  add_integer(command, "--chip", chip, "Chip type: 1 has 12000 samples a second, every other 24000; 11 plays events",
+              Limits::min(), Limits::max());
+}
+
+void Profile::add_boost(CLI::App& command) {
+  command.add_option("--boost", boost, "Boost of motor 832")
+      ->check(CLI::IsMember(std::vector<std::string>{"on", "off"}))
+      ->capture_default_str();
 }
 
 void Profile::apply() const {
   setMotorType(motor);
   setChipType(chip);
-  setBoostFlg(boost ? 0 : 1);
+  setBoostFlg(boost == "on" ? 0 : 1);
 }
 
 CLI::Option* Outputs::add(CLI::App& command) {
+  command.add_flag("--audible", audible, "WAV at 48000 samples a second, for players that refuse less");
   command.add_option("--format", standard_output_form, "Form of OUTPUT -")
       ->check(CLI::IsMember(std::vector<std::string>{"wav", "svg", "csv", "bin"}));
   return command
-      .add_option("OUTPUT", paths, "Files to write, by ending: .wav, .svg, .csv or .bin (the bytes); - is standard output")
+      .add_option("OUTPUT", paths,
+                  "Files to write, in the form that their ending says: .wav (16 bits, the amplitude in the upper "
+                  "byte), .svg, .csv or .bin (the bytes); - is standard output")
       ->check(CLI::Validator(check_output, ""));
 }
 
-void Outputs::write(const Waveform& waveform) const {
+std::string Outputs::form(const std::string& path) const {
+  if (path != kStandardOutput) return std::filesystem::path(path).extension();
+  if (standard_output_form.empty()) throw Failure(kWrongInput, "--format: OUTPUT - needs wav, svg, csv or bin");
+  return "." + standard_output_form;
+}
+
+std::vector<File> Outputs::files(const Waveform& waveform) const {
+  const std::string note = text("%zu samples, %.1f ms", waveform.codes.size(), waveform.length_ms());
   std::vector<File> files;
   for (const std::string& path : paths) {
-    const bool standard = path == kStandardOutput;
-    if (standard && standard_output_form.empty()) {
-      throw Failure(kWrongInput, "--format: OUTPUT - needs wav, svg, csv or bin");
-    }
-    files.push_back({path, form_of(standard ? "x." + standard_output_form : path)->render(waveform)});
+    const Form* const rendered = find_form(form(path));
+    const bool resampled = audible && rendered->render == to_wav;
+    files.push_back({path, resampled ? to_audible_wav(waveform) : rendered->render(waveform), note});
   }
-  write_files(files);
-  for (const File& file : files) {
-    if (file.path == kStandardOutput) continue;
-    std::cerr << text("%s: %zu samples, %.1f ms\n", file.path.c_str(), waveform.codes.size(), waveform.length_ms());
-  }
+  return files;
+}
+
+void check_length(const std::string& options, int32_t samples) {
+  if (samples / (SAMPLE_RATE / 1000) <= kLongestMs) return;
+  throw Failure(kWrongInput, text("%s: the waveform may last %d ms at most", options.c_str(), kLongestMs));
 }
 
 }  // namespace lrasynth

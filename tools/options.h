@@ -12,15 +12,18 @@ namespace lrasynth {
 
 // Each adds its command.
 void add_tap(CLI::App& app);
+void add_pattern(CLI::App& app);
+void add_tone(CLI::App& app);
+void add_sheet(CLI::App& app);
 
-CLI::Option* add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help,
-                         int32_t least, int32_t most);
+void add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help, int32_t least,
+                 int32_t most);
 
 // The device profile as a command's arguments say it.
 struct Profile {
   int32_t motor = 1040;
   int32_t chip = 0;
-  bool boost = true;
+  std::string boost = "on";
 
   void add_motor(CLI::App& command);
   void add_chip(CLI::App& command);
@@ -32,9 +35,18 @@ struct Profile {
 struct Outputs {
   std::vector<std::string> paths;
   std::string standard_output_form;
+  bool audible = false;
 
   CLI::Option* add(CLI::App& command);
-  void write(const Waveform& waveform) const;
+
+  // Every OUTPUT in the form that its ending says.
+  std::vector<File> files(const Waveform& waveform) const;
+
+  // What an OUTPUT's ending or --format says, like ".wav".
+  std::string form(const std::string& path) const;
 };
+
+// Refuses a waveform longer than kLongestMs; `options` are those that made it so.
+void check_length(const std::string& options, int32_t samples);
 
 }  // namespace lrasynth

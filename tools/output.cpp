@@ -58,13 +58,18 @@ class PendingFiles {
 
 void write_files(const std::vector<File>& files) {
   PendingFiles pending;
+  std::string report;
+  std::string standard_output;
   for (const File& file : files) {
-    if (file.path != kStandardOutput) pending.write(file);
+    if (file.path == kStandardOutput) {
+      standard_output += file.content;
+    } else {
+      pending.write(file);
+      report += file.path + ": " + file.note + '\n';
+    }
   }
   pending.publish();
-  for (const File& file : files) {
-    if (file.path == kStandardOutput) std::cout << file.content;
-  }
+  std::cout << (standard_output.empty() ? report : standard_output);
   if (!std::cout.flush()) fail("standard output", errno);
 }
 

@@ -22,16 +22,19 @@ struct Failure : std::runtime_error {
 struct File {
   std::string path;
   std::string content;
+  std::string note;  // what to say about it
 };
 
 inline const std::string kStandardOutput = "-";
 
-// Writes all files or none. What goes to standard output is written last.
+// Writes all files or none, then what goes to standard output. Says what it wrote on standard output, unless that
+// carries a file.
 void write_files(const std::vector<File>& files);
 
-// One file per form.
+// The output forms beside the bytes themselves.
 std::string to_csv(const Waveform& waveform);
 std::string to_svg(const Waveform& waveform);
 std::string to_wav(const Waveform& waveform);
+std::string to_audible_wav(const Waveform& waveform);
 
 }  // namespace lrasynth

@@ -1,4 +1,4 @@
-// One waveform in its axes.
+// A grid with a curve in it.
 #include "panel.h"
 
 #include <algorithm>
@@ -9,17 +9,16 @@
 namespace lrasynth {
 namespace {
 
-constexpr int kFullScale = 128;
-
-Scale amplitude_scale(const Box& box) {
-  return {.from = -kFullScale, .to = kFullScale, .start = box.bottom(), .end = box.y};
+std::vector<double> ticks(const Axis& axis) {
+  std::vector<double> values;
+  for (double i = std::ceil(axis.from / axis.step); i * axis.step <= axis.to; ++i) values.push_back(i * axis.step);
+  return values;
 }
 
 // The samples to draw: all, or of every column its extremes in the order in which they occur.
 std::vector<size_t> drawn_samples(const std::vector<uint8_t>& codes, size_t columns) {
   std::vector<size_t> samples;
-  const bool dense = codes.size() > 2 * columns;
-  if (!dense) columns = codes.size();
+  if (codes.size() <= 2 * columns) columns = codes.size();
   const auto lower = [](uint8_t a, uint8_t b) { return amplitude(a) < amplitude(b); };
   const uint8_t* const data = codes.data();
   for (size_t column = 0; column < columns; ++column) {
@@ -32,38 +31,61 @@ std::vector<size_t> drawn_samples(const std::vector<uint8_t>& codes, size_t colu
   return samples;
 }
 
-}  // namespace
-
-Scale draw_axes(Svg& picture, const Box& box, double length_ms) {
-  const Scale time = {.from = 0, .to = length_ms, .start = box.x, .end = box.right()};
-  const Scale height = amplitude_scale(box);
-  for (const int level : {-128, -64, 0, 64, 128}) {
-    const double y = height(level);
-    picture.line({box.x, y}, {box.right(), y}, level == 0 ? "zero" : "grid");
-    picture.label({box.x - 8, y + 4}, Anchor::kEnd, "", text("%d", level));
+// The smallest of 1, 2, 5, 10, 20, ... that divides a range into at most that many steps.
+double tick_step(double range, double most_steps) {
+  const double least = range / most_steps;
+  const double decade = std::pow(10.0, std::floor(std::log10(least)));
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (decade * factor >= least) return decade * factor;
   }
-  const double step = tick_step(length_ms, std::max(2.0, box.width / 75));
-  for (int i = 0; i * step <= length_ms; ++i) {
-    const double x = time(i * step);
-    picture.line({x, box.y}, {x, box.bottom()}, "grid");
-    picture.label({x, box.bottom() + 17}, Anchor::kMiddle, "", text("%g", i * step));
-  }
-  picture.rectangle(box, "frame");
-  return time;
+  return decade * 10.0;
 }
 
-void draw_curve(Svg& picture, const Box& box, const Scale& time, const Waveform& waveform) {
-  const Scale height = amplitude_scale(box);
+}  // namespace
+
+Axis time_axis(double length_ms, double width) {
+  constexpr double kPixelsPerTick = 70;
+  return {0, length_ms, tick_step(length_ms, width / kPixelsPerTick)};
+}
+
+Point Panel::at(double x_value, double y_value) const {
+  return {box.x + (x_value - x.from) / (x.to - x.from) * box.width,
+          box.bottom() - (y_value - y.from) / (y.to - y.from) * box.height};
+}
+
+void draw_grid(Svg& picture, const Panel& panel) {
+  for (const double value : ticks(panel.x)) picture.line(panel.at(value, panel.y.from), panel.at(value, panel.y.to), "grid");
+  for (const double value : ticks(panel.y)) {
+    picture.line(panel.at(panel.x.from, value), panel.at(panel.x.to, value), value == 0 ? "zero" : "grid");
+  }
+  picture.rectangle(panel.box, "frame");
+}
+
+void label_x(Svg& picture, const Panel& panel, const std::string& quantity) {
+  for (const double value : ticks(panel.x)) {
+    picture.label({panel.at(value, 0).x, panel.box.bottom() + 17}, Anchor::kMiddle, "", text("%g", value));
+  }
+  picture.label({panel.box.right(), panel.box.bottom() + 36}, Anchor::kEnd, "", quantity);
+}
+
+void label_y(Svg& picture, const Panel& panel) {
+  for (const double value : ticks(panel.y)) {
+    picture.label({panel.box.x - 8, panel.at(0, value).y + 4}, Anchor::kEnd, "", text("%g", value));
+  }
+}
+
+void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform) {
+  const auto columns = static_cast<size_t>(2 * panel.box.width);
   std::vector<Point> points;
-  for (const size_t i : drawn_samples(waveform.codes, static_cast<size_t>(box.width) * 2)) {
-    points.push_back({time(waveform.ms_of(i)), height(amplitude(waveform.codes[i]))});
+  for (const size_t i : drawn_samples(waveform.codes, columns)) {
+    points.push_back(panel.at(waveform.ms_of(i), amplitude(waveform.codes[i])));
   }
   if (points.empty()) return;
-  const bool dense = points.size() < waveform.codes.size();
-  picture.path(points, dense ? "dense" : "curve");
-  if (dense) return;
-  points.insert(points.begin(), {points.front().x, height(0)});
-  points.push_back({points.back().x, height(0)});
+  const bool whole = points.size() == waveform.codes.size();
+  picture.path(points, whole ? "curve" : "dense");
+  if (!whole) return;
+  points.insert(points.begin(), panel.at(0, 0));
+  points.push_back({points.back().x, points.front().y});
   picture.path(points, "area");
 }
 

@@ -1,15 +1,38 @@
-// One waveform in its axes: the panel that the single plot and the contact sheet are made of.
+// A grid with a curve in it: what the single plot and the contact sheet are made of.
 #pragma once
+
+#include <string>
+#include <vector>
 
 #include "svg.h"
 #include "waveform.h"
 
 namespace lrasynth {
 
-// Grid, zero line and labels of a panel whose time axis is 0..length_ms. Amplitudes are always on the full scale.
-Scale draw_axes(Svg& picture, const Box& box, double length_ms);
+// A range of values with a grid line at every multiple of step.
+struct Axis {
+  double from;
+  double to;
+  double step;
+};
 
-// The curve on the same scales.
-void draw_curve(Svg& picture, const Box& box, const Scale& time, const Waveform& waveform);
+constexpr Axis kAmplitudeAxis = {-128, 128, 64};
+
+Axis time_axis(double length_ms, double width);
+
+struct Panel {
+  Box box;
+  Axis x;
+  Axis y;
+
+  Point at(double x_value, double y_value) const;
+};
+
+void draw_grid(Svg& picture, const Panel& panel);
+void label_x(Svg& picture, const Panel& panel, const std::string& quantity);
+void label_y(Svg& picture, const Panel& panel);
+
+// The waveform over milliseconds; one that has many samples per pixel keeps the extremes of each pixel.
+void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform);
 
 }  // namespace lrasynth

@@ -1,8 +1,6 @@
 // A picture as SVG.
 #include "svg.h"
 
-#include <cmath>
-
 #include "text.h"
 
 namespace lrasynth {
@@ -12,7 +10,7 @@ namespace {
 constexpr const char* kStyle = R"(<style>
   text { font-family: "DejaVu Sans", Verdana, sans-serif; font-size: 12px; fill: #333 }
   .title { font-size: 17px; font-weight: bold; fill: #111 }
-  .section { font-size: 12px; fill: #111 }
+  .strong { font-weight: bold }
   .small { font-size: 10px }
   .paper { fill: #fff }
   .frame { fill: none; stroke: #777 }
@@ -23,8 +21,8 @@ constexpr const char* kStyle = R"(<style>
   .area { fill: #1b4f80; fill-opacity: 0.14 }
   .curve { fill: none; stroke: #123f6b; stroke-width: 1.5; stroke-linejoin: round }
   .dense { fill: none; stroke: #123f6b; stroke-width: 0.9; stroke-linejoin: round }
-  .bar { fill: #d5dfe9; stroke: #123f6b }
-  .tap { fill: #111 }
+  .vibration { fill: #c9d6e3; stroke: #123f6b; stroke-linejoin: round }
+  .transient { fill: #111; stroke: #111; stroke-width: 0.8 }
 </style>
 )";
 
@@ -73,15 +71,6 @@ void Svg::label(Point at, Anchor anchor, const char* style, const std::string& w
   constexpr const char* kAnchors[] = {"start", "middle", "end"};
   body_ += text("<text x=\"%.2f\" y=\"%.2f\" text-anchor=\"%s\" class=\"%s\">%s</text>\n", at.x, at.y,
                 kAnchors[static_cast<int>(anchor)], style, escaped(words).c_str());
-}
-
-double tick_step(double range, double most_steps) {
-  const double least = range / most_steps;
-  const double decade = std::pow(10.0, std::floor(std::log10(least)));
-  for (const double factor : {1.0, 2.0, 5.0}) {
-    if (decade * factor >= least) return decade * factor;
-  }
-  return decade * 10.0;
 }
 
 }  // namespace lrasynth

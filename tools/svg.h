@@ -38,17 +38,4 @@ class Svg {
   std::string body_;
 };
 
-// Maps values from..to to positions start..end.
-struct Scale {
-  double from;
-  double to;
-  double start;
-  double end;
-
-  double operator()(double value) const { return start + (value - from) * (end - start) / (to - from); }
-};
-
-// The smallest of 1, 2, 5, 10, 20, ... that divides a range into at most that many steps.
-double tick_step(double range, double most_steps);
-
 }  // namespace lrasynth

@@ -1,43 +1,87 @@
-// The SVG form: one waveform over time.
+// The SVG form: one waveform over time, a pattern with its events below.
 #include "output.h"
 #include "panel.h"
+#include "text.h"
 
 namespace lrasynth {
 namespace {
 
-constexpr Box kPanel = {.x = 60, .y = 78, .width = 880, .height = 290};
-constexpr double kWidth = 960;
-constexpr double kHeight = 424;
+constexpr double kLeft = 80;
+constexpr double kWidth = 880;
+constexpr Box kCurveBox = {.x = kLeft, .y = 78, .width = kWidth, .height = 290};
+constexpr Box kEventBox = {.x = kLeft, .y = 408, .width = kWidth, .height = 56};
+constexpr double kFoot = 48;  // below the last panel
 
-void draw_bands(Svg& picture, const Waveform& waveform, const Scale& time) {
-  bool shaded = true;
-  for (const Span& section : waveform.sections) {
-    const double start = time(section.start_ms);
-    const double end = time(section.end_ms);
-    if (shaded) picture.rectangle({.x = start, .y = kPanel.y, .width = end - start, .height = kPanel.height}, "band");
-    shaded = !shaded;
+void shade(Svg& picture, const Panel& panel, const std::vector<Section>& sections) {
+  for (const Section& section : sections) {
+    if (!section.shaded) continue;
+    const Point start = panel.at(section.start_ms, panel.y.to);
+    const double end = panel.at(section.end_ms, 0).x;
+    picture.rectangle({.x = start.x, .y = start.y, .width = end - start.x, .height = panel.box.height}, "band");
   }
 }
 
-void draw_section_names(Svg& picture, const Waveform& waveform, const Scale& time) {
-  for (const Span& section : waveform.sections) {
-    const double end = time(section.end_ms);
-    picture.line({end, kPanel.y - 20}, {end, kPanel.bottom()}, "edge");
-    picture.label({(time(section.start_ms) + end) / 2, kPanel.y - 8}, Anchor::kMiddle, "section", section.label);
+// Names that are wider than their section are left out.
+void name_sections(Svg& picture, const Panel& panel, const std::vector<Section>& sections) {
+  constexpr double kLetterWidth = 7;
+  for (const Section& section : sections) {
+    const double start = panel.at(section.start_ms, 0).x;
+    const double end = panel.at(section.end_ms, 0).x;
+    picture.line({end, panel.box.y - 20}, {end, panel.box.bottom()}, "edge");
+    if (kLetterWidth * static_cast<double>(section.label.size()) > end - start) continue;
+    picture.label({(start + end) / 2, panel.box.y - 8}, Anchor::kMiddle, "", section.label);
+  }
+}
+
+// Vibrations in the order in which they are drawn, then the transients, which play over them.
+void draw_events(Svg& picture, const Panel& panel, const std::vector<EventShape>& events) {
+  for (const bool continuous : {true, false}) {
+    for (const EventShape& event : events) {
+      if (event.continuous != continuous) continue;
+      std::vector<Point> outline;
+      for (const auto& [ms, intensity] : event.intensity_at_ms) outline.push_back(panel.at(ms, intensity));
+      picture.path(outline, continuous ? "vibration" : "transient");
+    }
+  }
+}
+
+// Numbers that would overlap the one before are left out.
+void number_events(Svg& picture, const Panel& panel, const std::vector<EventShape>& events) {
+  constexpr double kNumberWidth = 13;
+  double free_from = 0;
+  for (const EventShape& event : events) {
+    const double x = panel.at(event.intensity_at_ms.front()[0], 0).x;
+    if (x < free_from) continue;
+    picture.label({x, panel.box.y - 5}, Anchor::kMiddle, "small", text("%d", event.number));
+    free_from = x + kNumberWidth;
   }
 }
 
 }  // namespace
 
 std::string to_svg(const Waveform& waveform) {
-  Svg picture(kWidth, kHeight, waveform.title);
-  picture.label({kPanel.x, 32}, Anchor::kStart, "title", waveform.title);
-  const Scale time = {.from = 0, .to = waveform.length_ms(), .start = kPanel.x, .end = kPanel.right()};
-  draw_bands(picture, waveform, time);
-  draw_axes(picture, kPanel, waveform.length_ms());
-  draw_curve(picture, kPanel, time, waveform);
-  draw_section_names(picture, waveform, time);
-  picture.label({kPanel.right(), kPanel.bottom() + 40}, Anchor::kEnd, "", "time in ms");
+  const Axis time = time_axis(waveform.length_ms(), kWidth);
+  const Panel curve = {.box = kCurveBox, .x = time, .y = kAmplitudeAxis};
+  const Panel track = {.box = kEventBox, .x = time, .y = {0, 100, 50}};
+  const Panel& last = waveform.events.empty() ? curve : track;
+  Svg picture(kLeft + kWidth + 24, last.box.bottom() + kFoot, waveform.title);
+  picture.label({kLeft, 32}, Anchor::kStart, "title", waveform.title);
+  picture.label({kLeft + kWidth, 32}, Anchor::kEnd, "",
+                text("%zu samples, %d a second", waveform.codes.size(), waveform.sample_rate));
+  picture.label({kLeft - 8, kCurveBox.y - 12}, Anchor::kEnd, "", "amplitude");
+  shade(picture, curve, waveform.sections);
+  draw_grid(picture, curve);
+  label_y(picture, curve);
+  draw_waveform(picture, curve, waveform);
+  name_sections(picture, curve, waveform.sections);
+  if (!waveform.events.empty()) {
+    picture.label({kLeft - 8, kEventBox.y - 12}, Anchor::kEnd, "", "events, %");
+    draw_grid(picture, track);
+    label_y(picture, track);
+    draw_events(picture, track, waveform.events);
+    number_events(picture, track, waveform.events);
+  }
+  label_x(picture, last, "time in ms");
   return picture.finished();
 }
 

@@ -14,12 +14,10 @@ struct Tap {
   Outputs outputs;
 };
 
-// The four segments of motor 1040. The stored bursts of the other motors have none.
-std::vector<Span> segments(int32_t level) {
+// The four segments of motor 1040; what the stored bursts of the other motors are made of is not told.
+std::vector<Section> segments(int32_t level) {
   if (getMotorType() != 1040) return {};
-  constexpr int32_t kFirstMidLevel = 25;
-  constexpr int32_t kLastMidLevel = 70;
-  const bool mid = level >= kFirstMidLevel && level <= kLastMidLevel;
+  const bool mid = getA1(level, 100) != 0;  // only the mid-level shape sounds F1
   const int32_t drive_hz = getFrequency(level);
   const auto ms = [](int32_t hz, float cycles) { return 1000.0 * get_sine_wave_len(hz, cycles) / SAMPLE_RATE; };
   const struct {
@@ -31,13 +29,13 @@ std::vector<Span> segments(int32_t level) {
       {ms(getF1(level), mid ? 0.5F : getC1()), mid ? text("F1, %d Hz", getF1(level)) : "F1, silent"},
       {ms(getF2(), mid ? 0.5F : getC2()), mid ? text("F2, %d Hz", getF2()) : "F2, silent"},
   };
-  std::vector<Span> spans;
+  std::vector<Section> sections;
   double start_ms = 0;
   for (const auto& row : rows) {
-    spans.push_back({start_ms, start_ms + row.length_ms, row.label});
+    sections.push_back({start_ms, start_ms + row.length_ms, row.label, sections.size() % 2 == 0});
     start_ms += row.length_ms;
   }
-  return spans;
+  return sections;
 }
 
 void run(const Tap& tap) {
@@ -46,11 +44,12 @@ void run(const Tap& tap) {
   if (getShortSignalData(tap.level, tap.intensity, codes.data()) != 0) {
     throw Failure(kCannotRender, text("motor %d has no short signals", tap.profile.motor));
   }
-  tap.outputs.write({
+  const Waveform waveform = {
       .title = text("Tap: motor %d, level %d, intensity %d %%", tap.profile.motor, tap.level, tap.intensity),
       .codes = codes,
       .sections = segments(tap.level),
-  });
+  };
+  write_files(tap.outputs.files(waveform));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What every command renders and every output form shows.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -9,17 +10,28 @@
 
 namespace lrasynth {
 
-// A stretch of time that plots name.
-struct Span {
+constexpr int32_t kLongestMs = 600'000;  // of anything that the command renders
+
+// A stretch of time that plots name and shade.
+struct Section {
   double start_ms;
   double end_ms;
   std::string label;
+  bool shaded;
+};
+
+// An event of a pattern over time: its intensity between straight lines.
+struct EventShape {
+  int32_t number;
+  bool continuous;
+  std::vector<std::array<double, 2>> intensity_at_ms;
 };
 
 struct Waveform {
   std::string title;
   std::vector<uint8_t> codes;
-  std::vector<Span> sections = {};
+  std::vector<Section> sections = {};
+  std::vector<EventShape> events = {};
   int32_t sample_rate = SAMPLE_RATE;
 
   double ms_of(size_t sample) const { return static_cast<double>(sample) * 1000.0 / sample_rate; }
