@@ -2,6 +2,8 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <sstream>
+#include <string>
 
 #include "options.h"
 #include "text.h"
@@ -10,12 +12,13 @@ namespace lrasynth {
 namespace {
 
 int complain(const std::string& lines, int status) {
-  std::cerr << "lrasynth: " << lines << '\n';
+  std::istringstream stream(lines);
+  for (std::string line; std::getline(stream, line);) std::cerr << "lrasynth: " << line << '\n';
   return status;
 }
 
 int run(int argc, const char* const* argv) {
-  CLI::App app("Renders haptic waveforms for linear resonant actuators into files.");
+  CLI::App app("Renders haptic waveforms for linear resonant actuators into files.", "lrasynth");
   app.set_version_flag(
       "--version", text("lrasynth %d.%d.%d", LRASYNTH_VERSION_MAJOR, LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH));
   app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
@@ -29,7 +32,8 @@ int run(int argc, const char* const* argv) {
     return 0;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    return complain(error.what(), kWrongInput);
+    const bool commanded = !app.get_subcommands().empty();
+    return complain(commanded ? error.what() : "a command is required: tap, pattern, tone or sheet", kWrongInput);
   }
 }
 

@@ -16,8 +16,18 @@ void add_pattern(CLI::App& app);
 void add_tone(CLI::App& app);
 void add_sheet(CLI::App& app);
 
-void add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help, int32_t least,
-                 int32_t most);
+// On the forms of OUTPUT, for the end of --help.
+extern const char* const kOutputHelp;
+
+// A check that leaves its set of values out of --help, where the argument's type shows it.
+template <class Check>
+Check quiet(Check check) {
+  check.description("");
+  return check;
+}
+
+CLI::Option* add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help,
+                         int32_t least, int32_t most);
 
 // The device profile as a command's arguments say it.
 struct Profile {
@@ -46,7 +56,8 @@ struct Outputs {
   std::string form(const std::string& path) const;
 };
 
-// Refuses a waveform longer than kLongestMs; `options` are those that made it so.
+// Refuses a waveform longer than kLongestMs, which 0 samples stand for if they do not fit an integer; `options` are
+// those that made it so.
 void check_length(const std::string& options, int32_t samples);
 
 }  // namespace lrasynth

@@ -54,7 +54,8 @@ Point Panel::at(double x_value, double y_value) const {
 }
 
 void draw_grid(Svg& picture, const Panel& panel) {
-  for (const double value : ticks(panel.x)) picture.line(panel.at(value, panel.y.from), panel.at(value, panel.y.to), "grid");
+  for (const double value : ticks(panel.x))
+    picture.line(panel.at(value, panel.y.from), panel.at(value, panel.y.to), "grid");
   for (const double value : ticks(panel.y)) {
     picture.line(panel.at(panel.x.from, value), panel.at(panel.x.to, value), value == 0 ? "zero" : "grid");
   }

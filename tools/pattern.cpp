@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 // A later limit, in samples, would wrap at 24000 samples a second.
 constexpr int32_t kLatestLimitMs = 89478;
 
-constexpr const char* kFooter = R"(FILE:
+constexpr const char* kPatternHelp = R"(FILE:
   {"events": [
     {"type": "transient", "start": 0, "intensity": 80, "level": 50},
     {"type": "continuous", "start": 40, "duration": 400,
@@ -30,7 +30,9 @@ constexpr const char* kFooter = R"(FILE:
   Events may stand in any order. Transients play over continuous events; of two events of one kind, the one that starts
   later plays. With --chip 11 the output is the event stream: .bin, or .csv to read it.
 
-Example:
+)";
+
+constexpr const char* kExample = R"(Example:
   lrasynth pattern heartbeat.json --loop 3 --interval 200 heartbeat.wav heartbeat.svg)";
 
 struct PatternCommand {
@@ -47,6 +49,7 @@ struct PatternCommand {
 };
 
 std::string content_of(const std::string& path) {
+  if (fs::is_directory(path)) throw Failure(kCannotRender, "cannot read " + path + ": is a directory");
   std::ifstream file;
   if (path != "-") file.open(path, std::ios::binary);
   std::istream& stream = path == "-" ? std::cin : file;
@@ -98,6 +101,17 @@ std::string stream_csv(const std::vector<uint8_t>& stream) {
   return lines + text("total,,,%d\n", at16(0));
 }
 
+// The stream tells times in 16 bits.
+void check_total(const PatternCommand& command, const std::vector<Event>& events) {
+  constexpr int64_t kMost = 65535;
+  constexpr int32_t kTransientMs = 5;
+  int64_t total_ms = events.back().start_ms;
+  for (const Event& event : events) total_ms += event.continuous ? event.duration_ms : kTransientMs;
+  if (total_ms * command.loops <= kMost) return;
+  throw Failure(kWrongInput, text("--chip: an event stream may last 65535 ms, not %d times %d ms", command.loops,
+                                  static_cast<int32_t>(total_ms)));
+}
+
 std::vector<File> stream_files(const PatternCommand& command, const std::vector<uint8_t>& stream) {
   const std::string note = text("%zu bytes of event stream", stream.size());
   std::vector<File> files;
@@ -141,18 +155,36 @@ void describe(Waveform& waveform, const PatternCommand& command, const std::vect
   }
 }
 
-std::vector<File> rendered_files(const PatternCommand& command, const std::vector<Event>& events,
-                                 const std::vector<int32_t>& request) {
+// Of the request's last event, which may be none of the pattern's.
+void check_limit(const PatternCommand& command, const std::vector<int32_t>& request) {
+  const int32_t* const last = &request[request.size() - kRecordLength];
+  if (last[0] != kContinuous || last[1] <= command.limit_ms) return;
+  throw Failure(kWrongInput, text("--limit: must be at least %d, where the pattern ends", last[1]));
+}
+
+std::vector<uint8_t> render(const PatternCommand& command, const std::vector<int32_t>& request) {
   const auto count = static_cast<int32_t>(request.size());
   const int32_t length = getLongSignalBufferLength(command.loops, command.interval_ms, request.data(), count);
-  if (!command.makes_event_stream()) check_length("--loop, --interval", length);
+  check_length("--loop, --interval", length);
   std::vector<uint8_t> codes(static_cast<size_t>(length));
   if (getLongSignalData(command.loops, command.interval_ms, request.data(), codes.data(), count, command.limit_ms)) {
     throw Failure(kCannotRender, command.path + ": the library refuses it");
   }
-  if (command.makes_event_stream()) return stream_files(command, codes);
-  Waveform waveform = {.title = text("Pattern: %s, motor %d", fs::path(command.path).filename().c_str(), command.profile.motor), .codes = std::move(codes)};
+  return codes;
+}
+
+std::vector<File> rendered_files(const PatternCommand& command, const std::vector<Event>& events,
+                                 const std::vector<int32_t>& request) {
+  if (command.makes_event_stream()) {
+    check_total(command, events);
+    return stream_files(command, render(command, request));
+  }
+  check_limit(command, request);
+  const auto count = static_cast<int32_t>(request.size());
   const int32_t pass = getLongSignalDataLength(command.loops, command.interval_ms, request.data(), count);
+  const std::string name = fs::path(command.path).filename();
+  Waveform waveform = {.title = text("Pattern: %s, motor %d", name.c_str(), command.profile.motor),
+                       .codes = render(command, request)};
   describe(waveform, command, events, waveform.ms_of(static_cast<size_t>(pass)));
   return command.outputs.files(waveform);
 }
@@ -176,17 +208,20 @@ void run(const PatternCommand& command) {
 void add_pattern(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("pattern", "Render a pattern of timed events");
   const auto pattern = std::make_shared<PatternCommand>();
-  command.add_option("FILE", pattern->path, "Pattern in JSON; - is standard input")->required();
+  command.add_option("FILE", pattern->path, "Pattern in JSON; - is standard input")->required()->type_name("");
   pattern->profile.add_motor(command);
   pattern->profile.add_chip(command);
   pattern->profile.add_boost(command);
-  add_integer(command, "--loop", pattern->loops, "How often it plays", 1, 65535);
-  add_integer(command, "--interval", pattern->interval_ms, "Silence between two passes in ms", 0, kLongestMs);
-  add_integer(command, "--limit", pattern->limit_ms, "Latest start of a continuous event in ms", 0, kLatestLimitMs);
-  command.add_option("--save", pattern->save_path, "Write the checked pattern in canonical form to this file, or -");
+  add_integer(command, "--loop", pattern->loops, "How often it plays", 1, 65535)->capture_default_str();
+  add_integer(command, "--interval", pattern->interval_ms, "Silence between two passes in ms", 0, kLongestMs)
+      ->capture_default_str();
+  add_integer(command, "--limit", pattern->limit_ms, "Latest start of a continuous event in ms", 0, kLatestLimitMs)
+      ->capture_default_str();
+  command.add_option("--save", pattern->save_path, "Write the checked pattern in canonical form to this file, or -")
+      ->type_name("FILE");
   command.add_flag("--print-request", pattern->print_request, "Print the pattern as an array for a C host");
   pattern->outputs.add(command);
-  command.footer(kFooter);
+  command.footer(kPatternHelp + std::string(kOutputHelp) + kExample);
   command.callback([pattern] { run(*pattern); });
 }
 

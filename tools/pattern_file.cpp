@@ -14,9 +14,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int32_t kContinuous = 4096;
-constexpr int32_t kTransient = 4097;
-
 template <class Owner>
 struct Field {
   const char* name;
@@ -46,8 +43,7 @@ constexpr bool is_event(int32_t value) { return value == kContinuous || value ==
 // Reads one event and notes its faults.
 class EventReader {
  public:
-  EventReader(const Json& json, int32_t number, std::vector<std::string>& faults)
-      : json_(json), faults_(faults) {
+  EventReader(const Json& json, int32_t number, std::vector<std::string>& faults) : json_(json), faults_(faults) {
     event_.number = number;
   }
 
@@ -99,14 +95,14 @@ class EventReader {
   void read_points() {
     const Json* const points = member("points");
     if (points == nullptr) return;
-    if (!points->is_array() || points->size() != event_.points.size()) return fault("points: must be four");
+    if (!points->is_array() || points->size() != event_.points.size()) return fault("points: must be a list of four");
     const size_t faults_before = faults_.size();
     for (size_t i = 0; i < event_.points.size(); ++i) read_point(i, (*points)[i]);
     if (faults_.size() == faults_before) check_times();
   }
 
   void read_point(size_t i, const Json& point) {
-    const std::string place = text("points: %zu", i + 1);
+    const std::string place = text("point %zu", i + 1);
     if (!point.is_array() || point.size() != std::size(kPointFields)) {
       return fault(place + ": must be [time, intensity, offset]");
     }
@@ -177,7 +173,14 @@ double Event::end_ms() const {
 
 PatternFile read_pattern(const std::string& json) {
   PatternFile file;
-  const Json root = Json::parse(json);
+  Json root;
+  try {
+    root = Json::parse(json);
+  } catch (const Json::exception& error) {
+    const std::string_view what = error.what();  // "[json.exception...] parse error at line ..."
+    file.faults.push_back("is not JSON: " + std::string(what.substr(what.find(' ') + 1)));
+    return file;
+  }
   if (!root.is_object() || !root.contains("events") || !root["events"].is_array() || root["events"].empty()) {
     file.faults.emplace_back("must be an object with \"events\", a list of at least one event");
     return file;

@@ -9,6 +9,8 @@
 namespace lrasynth {
 
 constexpr int32_t kEventStreamChip = 11;
+constexpr int32_t kContinuous = 4096;
+constexpr int32_t kTransient = 4097;
 constexpr size_t kRecordLength = 17;
 
 struct CurvePoint {

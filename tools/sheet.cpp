@@ -60,7 +60,7 @@ std::string curve_sheet(const std::string& title) {
     double (*value)(int32_t offset);
     Axis axis;
   } curves[] = {
-      {"frequency, Hz", [](int32_t offset) -> double { return getFrequency_4096(getF0(), offset); }, {0, 300, 50}},
+      {"frequency, Hz", [](int32_t offset) -> double { return getFrequency_4096(getF0(), offset); }, {0, 400, 100}},
       {"gain", [](int32_t offset) -> double { return getIntensityMax(offset); }, {0, 1, 0.25}},
   };
   constexpr double kStride = 500;
@@ -84,9 +84,9 @@ std::string curve_sheet(const std::string& title) {
 void run(const Sheet& sheet) {
   sheet.profile.apply();
   const bool has_taps = getShortSignalDataLength(0) > 0;
-  const std::string title = text("Motor %d: %s", sheet.profile.motor,
-                                 has_taps ? text("taps at intensity %d %%", sheet.intensity).c_str()
-                                          : "continuous vibration (no taps)");
+  const std::string title =
+      text("Motor %d: %s", sheet.profile.motor,
+           has_taps ? text("taps at intensity %d %%", sheet.intensity).c_str() : "continuous vibration (no taps)");
   write_files({{sheet.path, has_taps ? tap_sheet(sheet, title) : curve_sheet(title), title}});
 }
 
@@ -96,17 +96,19 @@ void add_sheet(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("sheet", "Draw the taps of a motor model, or its curves if it has no taps");
   const auto sheet = std::make_shared<Sheet>();
   sheet->profile.add_motor(command);
-  command.add_option("--levels", sheet->levels, "Levels, separated by commas")
+  command.add_option("--levels", sheet->levels, "Levels from 0 to 100, separated by commas")
       ->delimiter(',')
-      ->check(CLI::Range(0, 100))
-      ->capture_default_str();
-  add_integer(command, "--intensity", sheet->intensity, "Strength in percent", 0, 100);
+      ->check(quiet(CLI::Range(0, 100)))
+      ->type_name("LIST")
+      ->default_str("0,25,50,75,100");
+  add_integer(command, "--intensity", sheet->intensity, "Strength in percent", 0, 100)->capture_default_str();
   sheet->profile.add_chip(command);
   const auto check_path = [](const std::string& path) {
     return path == kStandardOutput || path.ends_with(".svg") ? "" : path + " must end in .svg, or be -";
   };
   command.add_option("OUTPUT", sheet->path, "The .svg file to write; - is standard output")
       ->check(CLI::Validator(check_path, ""))
+      ->type_name("")
       ->required();
   command.footer("Example:\n  lrasynth sheet --motor 1040 --levels 0,20,40,60,80,100 sheet.svg");
   command.callback([sheet] { run(*sheet); });

@@ -55,8 +55,8 @@ void Svg::rectangle(const Box& box, const char* style) {
 }
 
 void Svg::line(Point from, Point to, const char* style) {
-  body_ += text("<line x1=\"%.2f\" y1=\"%.2f\" x2=\"%.2f\" y2=\"%.2f\" class=\"%s\"/>\n", from.x, from.y, to.x, to.y,
-                style);
+  body_ +=
+      text("<line x1=\"%.2f\" y1=\"%.2f\" x2=\"%.2f\" y2=\"%.2f\" class=\"%s\"/>\n", from.x, from.y, to.x, to.y, style);
 }
 
 void Svg::path(const std::vector<Point>& points, const char* style) {

@@ -75,7 +75,7 @@ std::string to_svg(const Waveform& waveform) {
   draw_waveform(picture, curve, waveform);
   name_sections(picture, curve, waveform.sections);
   if (!waveform.events.empty()) {
-    picture.label({kLeft - 8, kEventBox.y - 12}, Anchor::kEnd, "", "events, %");
+    picture.label({kLeft - 8, kEventBox.y - 14}, Anchor::kEnd, "", "events, %");
     draw_grid(picture, track);
     label_y(picture, track);
     draw_events(picture, track, waveform.events);

@@ -42,7 +42,7 @@ void run(const Tap& tap) {
   tap.profile.apply();
   std::vector<uint8_t> codes(static_cast<size_t>(getShortSignalDataLength(tap.level)));
   if (getShortSignalData(tap.level, tap.intensity, codes.data()) != 0) {
-    throw Failure(kCannotRender, text("motor %d has no short signals", tap.profile.motor));
+    throw Failure(kCannotRender, text("--motor: model %d has no short signals", tap.profile.motor));
   }
   const Waveform waveform = {
       .title = text("Tap: motor %d, level %d, intensity %d %%", tap.profile.motor, tap.level, tap.intensity),
@@ -58,11 +58,12 @@ void add_tap(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("tap", "Render one tap");
   const auto tap = std::make_shared<Tap>();
   tap->profile.add_motor(command);
-  add_integer(command, "--level", tap->level, "Character of the tap", 0, 100);
-  add_integer(command, "--intensity", tap->intensity, "Strength in percent", 0, 100);
+  add_integer(command, "--level", tap->level, "Character of the tap", 0, 100)->capture_default_str();
+  add_integer(command, "--intensity", tap->intensity, "Strength in percent", 0, 100)->capture_default_str();
   tap->profile.add_chip(command);
   tap->outputs.add(command)->required();
-  command.footer("Example:\n  lrasynth tap --motor 1040 --level 50 --intensity 80 tap.wav tap.svg");
+  command.footer(std::string(kOutputHelp) +
+                 "Example:\n  lrasynth tap --motor 1040 --level 50 --intensity 80 tap.wav tap.svg");
   command.callback([tap] { run(*tap); });
 }
 

@@ -36,12 +36,13 @@ void run(const Tone& tone) {
 void add_tone(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("tone", "Render a sine burst");
   const auto tone = std::make_shared<Tone>();
-  command.add_option("--frequency", tone->frequency_hz, "In Hz")->check(CLI::Range(1, 12000))->required();
-  command.add_option("--half-periods", tone->half_periods, "Their number")->check(CLI::Range(1, 1000000))->required();
-  command.add_option("--amplitude", tone->amplitude, "In sample units")->check(CLI::Range(0, 127))->required();
+  add_integer(command, "--frequency", tone->frequency_hz, "In Hz", 1, 12000)->required();
+  add_integer(command, "--half-periods", tone->half_periods, "Their number", 1, 1'000'000)->required();
+  add_integer(command, "--amplitude", tone->amplitude, "In sample units", 0, 127)->required();
   tone->profile.add_chip(command);
   tone->outputs.add(command)->required();
-  command.footer("Example:\n  lrasynth tone --frequency 170 --half-periods 20 --amplitude 100 --audible tone.wav");
+  command.footer(std::string(kOutputHelp) +
+                 "Example:\n  lrasynth tone --frequency 170 --half-periods 20 --amplitude 100 --audible tone.wav");
   command.callback([tone] { run(*tone); });
 }
 
