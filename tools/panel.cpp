@@ -82,12 +82,7 @@ void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform) {
     points.push_back(panel.at(waveform.ms_of(i), amplitude(waveform.codes[i])));
   }
   if (points.empty()) return;
-  const bool whole = points.size() == waveform.codes.size();
-  picture.path(points, whole ? "curve" : "dense");
-  if (!whole) return;
-  points.insert(points.begin(), panel.at(0, 0));
-  points.push_back({points.back().x, points.front().y});
-  picture.path(points, "area");
+  picture.path(points, points.size() == waveform.codes.size() ? "curve shaded" : "dense");
 }
 
 }  // namespace lrasynth

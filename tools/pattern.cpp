@@ -58,7 +58,7 @@ std::string content_of(const std::string& path) {
   return content;
 }
 
-// What is right in any file but does not go with the options.
+// What would be right with other options.
 std::vector<std::string> faults_with(const PatternCommand& command, const std::vector<Event>& events) {
   std::vector<std::string> faults;
   if (command.makes_event_stream()) return faults;
@@ -129,10 +129,8 @@ EventShape shape_of(const Event& event, double pass_start_ms) {
   const double start_ms = pass_start_ms + event.start_ms;
   const double end_ms = pass_start_ms + event.end_ms();
   const double height = event.intensity;
-  if (!event.continuous) {
-    return {event.number, false, {{start_ms, 0}, {start_ms, height}, {end_ms, height}, {end_ms, 0}}};
-  }
-  EventShape shape = {event.number, true, {{start_ms, 0}}};
+  if (!event.continuous) return {false, {{start_ms, 0}, {start_ms, height}, {end_ms, height}, {end_ms, 0}}};
+  EventShape shape = {true, {{start_ms, 0}}};
   for (const CurvePoint& point : event.points) {
     const double since_start_ms = point.time_ms - event.points[0].time_ms;
     shape.intensity_at_ms.push_back({start_ms + since_start_ms, static_cast<double>(point.intensity)});
@@ -148,18 +146,9 @@ void describe(Waveform& waveform, const PatternCommand& command, const std::vect
     const double start_ms = pass * (pass_ms + command.interval_ms);
     for (const Event& event : events) waveform.events.push_back(shape_of(event, start_ms));
     if (command.loops == 1) continue;
-    if (command.interval_ms > 0 && pass > 0) {
-      waveform.sections.push_back({start_ms - command.interval_ms, start_ms, "gap", false});
-    }
+    if (pass > 0) waveform.sections.push_back({start_ms - command.interval_ms, start_ms, "gap", false});
     waveform.sections.push_back({start_ms, start_ms + pass_ms, text("pass %d", pass + 1), true});
   }
-}
-
-// Of the request's last event, which may be none of the pattern's.
-void check_limit(const PatternCommand& command, const std::vector<int32_t>& request) {
-  const int32_t* const last = &request[request.size() - kRecordLength];
-  if (last[0] != kContinuous || last[1] <= command.limit_ms) return;
-  throw Failure(kWrongInput, text("--limit: must be at least %d, where the pattern ends", last[1]));
 }
 
 std::vector<uint8_t> render(const PatternCommand& command, const std::vector<int32_t>& request) {
@@ -168,7 +157,7 @@ std::vector<uint8_t> render(const PatternCommand& command, const std::vector<int
   check_length("--loop, --interval", length);
   std::vector<uint8_t> codes(static_cast<size_t>(length));
   if (getLongSignalData(command.loops, command.interval_ms, request.data(), codes.data(), count, command.limit_ms)) {
-    throw Failure(kCannotRender, command.path + ": the library refuses it");
+    throw Failure(kWrongInput, "--limit: the end of the pattern lies beyond it");
   }
   return codes;
 }
@@ -179,7 +168,6 @@ std::vector<File> rendered_files(const PatternCommand& command, const std::vecto
     check_total(command, events);
     return stream_files(command, render(command, request));
   }
-  check_limit(command, request);
   const auto count = static_cast<int32_t>(request.size());
   const int32_t pass = getLongSignalDataLength(command.loops, command.interval_ms, request.data(), count);
   const std::string name = fs::path(command.path).filename();

@@ -76,11 +76,13 @@ class EventReader {
     return nullptr;
   }
 
+  static constexpr double kNoInteger = -1e9;
+
   // As a double, because that tells even the largest integers of JSON from the allowed ones.
   template <class Owner>
   int32_t integer(const std::string& place, const Json& value, const Field<Owner>& field) {
-    const double number = value.is_number_integer() ? value.get<double>() : NAN;
-    if (!(number >= field.least && number <= field.most)) {
+    const double number = value.is_number_integer() ? value.get<double>() : kNoInteger;
+    if (number < field.least || number > field.most) {
       fault(text("%s: must be a whole number from %d to %d", place.c_str(), field.least, field.most));
       return 0;
     }

@@ -57,11 +57,13 @@ std::string tap_sheet(const Sheet& sheet, const std::string& title) {
 std::string curve_sheet(const std::string& title) {
   const struct {
     const char* quantity;
-    double (*value)(int32_t offset);
+    float (*value)(int32_t offset);
     Axis axis;
   } curves[] = {
-      {"frequency, Hz", [](int32_t offset) -> double { return getFrequency_4096(getF0(), offset); }, {0, 400, 100}},
-      {"gain", [](int32_t offset) -> double { return getIntensityMax(offset); }, {0, 1, 0.25}},
+      {"frequency, Hz",
+       [](int32_t offset) { return static_cast<float>(getFrequency_4096(getF0(), offset)); },
+       {0, 400, 100}},
+      {"gain", getIntensityMax, {0, 1, 0.25}},
   };
   constexpr double kStride = 500;
   Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 410, .height = 260}, .x = {-50, 50, 10}, .y = {}};
@@ -70,7 +72,8 @@ std::string curve_sheet(const std::string& title) {
   for (const auto& curve : curves) {
     panel.y = curve.axis;
     std::vector<Point> points;
-    for (int32_t offset = -50; offset <= 50; ++offset) points.push_back(panel.at(offset, curve.value(offset)));
+    for (int32_t offset = -50; offset <= 50; ++offset)
+      points.push_back(panel.at(offset, static_cast<double>(curve.value(offset))));
     draw_grid(picture, panel);
     picture.path(points, "curve");
     label_y(picture, panel);

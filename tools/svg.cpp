@@ -11,15 +11,14 @@ constexpr const char* kStyle = R"(<style>
   text { font-family: "DejaVu Sans", Verdana, sans-serif; font-size: 12px; fill: #333 }
   .title { font-size: 17px; font-weight: bold; fill: #111 }
   .strong { font-weight: bold }
-  .small { font-size: 10px }
   .paper { fill: #fff }
   .frame { fill: none; stroke: #777 }
   .band { fill: #eef1f5 }
   .edge { stroke: #777; stroke-dasharray: 3 3 }
   .grid { stroke: #ddd }
   .zero { stroke: #555 }
-  .area { fill: #1b4f80; fill-opacity: 0.14 }
   .curve { fill: none; stroke: #123f6b; stroke-width: 1.5; stroke-linejoin: round }
+  .shaded { fill: #1b4f80; fill-opacity: 0.14 }
   .dense { fill: none; stroke: #123f6b; stroke-width: 0.9; stroke-linejoin: round }
   .vibration { fill: #c9d6e3; stroke: #123f6b; stroke-linejoin: round }
   .transient { fill: #111; stroke: #111; stroke-width: 0.8 }
@@ -29,13 +28,7 @@ constexpr const char* kStyle = R"(<style>
 std::string escaped(const std::string& raw) {
   std::string safe;
   for (const char c : raw) {
-    if (c == '&') {
-      safe += "&amp;";
-    } else if (c == '<') {
-      safe += "&lt;";
-    } else {
-      safe += c;
-    }
+    safe += c == '&' ? "&amp;" : (c == '<' ? "&lt;" : std::string(1, c));
   }
   return safe;
 }
@@ -62,7 +55,7 @@ void Svg::line(Point from, Point to, const char* style) {
 void Svg::path(const std::vector<Point>& points, const char* style) {
   body_ += "<path d=\"";
   for (size_t i = 0; i < points.size(); ++i) {
-    body_ += text("%s%.2f %.2f", i == 0 ? "M" : "L", points[i].x, points[i].y);
+    body_ += text("%s%.1f %.1f", i == 0 ? "M" : "L", points[i].x, points[i].y);
   }
   body_ += text("\" class=\"%s\"/>\n", style);
 }

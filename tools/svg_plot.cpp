@@ -21,7 +21,7 @@ void shade(Svg& picture, const Panel& panel, const std::vector<Section>& section
   }
 }
 
-// Names that are wider than their section are left out.
+// A name wider than its section is left out.
 void name_sections(Svg& picture, const Panel& panel, const std::vector<Section>& sections) {
   constexpr double kLetterWidth = 7;
   for (const Section& section : sections) {
@@ -42,18 +42,6 @@ void draw_events(Svg& picture, const Panel& panel, const std::vector<EventShape>
       for (const auto& [ms, intensity] : event.intensity_at_ms) outline.push_back(panel.at(ms, intensity));
       picture.path(outline, continuous ? "vibration" : "transient");
     }
-  }
-}
-
-// Numbers that would overlap the one before are left out.
-void number_events(Svg& picture, const Panel& panel, const std::vector<EventShape>& events) {
-  constexpr double kNumberWidth = 13;
-  double free_from = 0;
-  for (const EventShape& event : events) {
-    const double x = panel.at(event.intensity_at_ms.front()[0], 0).x;
-    if (x < free_from) continue;
-    picture.label({x, panel.box.y - 5}, Anchor::kMiddle, "small", text("%d", event.number));
-    free_from = x + kNumberWidth;
   }
 }
 
@@ -79,7 +67,6 @@ std::string to_svg(const Waveform& waveform) {
     draw_grid(picture, track);
     label_y(picture, track);
     draw_events(picture, track, waveform.events);
-    number_events(picture, track, waveform.events);
   }
   label_x(picture, last, "time in ms");
   return picture.finished();

@@ -25,7 +25,7 @@ std::vector<Section> segments(int32_t level) {
     std::string label;
   } rows[] = {
       {ms(drive_hz, mid ? 1.0F : getC0(level)), text("drive, %d Hz", drive_hz)},
-      {getZeroTime(level), "zero time"},
+      {static_cast<double>(getZeroTime(level)), "zero time"},
       {ms(getF1(level), mid ? 0.5F : getC1()), mid ? text("F1, %d Hz", getF1(level)) : "F1, silent"},
       {ms(getF2(), mid ? 0.5F : getC2()), mid ? text("F2, %d Hz", getF2()) : "F2, silent"},
   };

@@ -1,8 +1,9 @@
 // The WAV forms: mono, 16 bits. Exact with the amplitude in the upper byte, or resampled for players that refuse low
 // sample rates.
 #include <samplerate.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
-#include <algorithm>
 #include <sndfile.hh>
 
 #include "output.h"
@@ -10,53 +11,20 @@
 namespace lrasynth {
 namespace {
 
-// A growing byte string as the file that libsndfile writes.
-struct Memory {
-  std::string bytes;
-  size_t position = 0;
-};
-
-sf_count_t length(void* user) { return static_cast<sf_count_t>(static_cast<Memory*>(user)->bytes.size()); }
-
-sf_count_t seek(sf_count_t offset, int whence, void* user) {
-  auto& memory = *static_cast<Memory*>(user);
-  const sf_count_t base = whence == SEEK_SET   ? 0
-                          : whence == SEEK_CUR ? static_cast<sf_count_t>(memory.position)
-                                               : length(user);
-  memory.position = static_cast<size_t>(base + offset);
-  return base + offset;
-}
-
-sf_count_t read(void* target, sf_count_t count, void* user) {
-  auto& memory = *static_cast<Memory*>(user);
-  const size_t n = memory.bytes.copy(static_cast<char*>(target), static_cast<size_t>(count), memory.position);
-  memory.position += n;
-  return static_cast<sf_count_t>(n);
-}
-
-sf_count_t write(const void* source, sf_count_t count, void* user) {
-  auto& memory = *static_cast<Memory*>(user);
-  const auto n = static_cast<size_t>(count);
-  memory.bytes.resize(std::max(memory.bytes.size(), memory.position + n));
-  memory.bytes.replace(memory.position, n, static_cast<const char*>(source), n);
-  memory.position += n;
-  return count;
-}
-
-sf_count_t tell(void* user) { return static_cast<sf_count_t>(static_cast<Memory*>(user)->position); }
-
-// Clipped where resampling overshoots.
+// Written by libsndfile into a file in memory. Clipped where resampling overshoots.
 template <class Sample>
 std::string wav_file(const std::vector<Sample>& samples, int sample_rate) {
-  Memory memory;
-  SF_VIRTUAL_IO io = {length, seek, read, write, tell};
-  {
-    SndfileHandle file(io, &memory, SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1, sample_rate);
-    file.command(SFC_SET_CLIPPING, nullptr, SF_TRUE);
-    const auto count = static_cast<sf_count_t>(samples.size());
-    if (file.write(samples.data(), count) != count) throw Failure(kCannotRender, file.strError());
+  const int descriptor = ::memfd_create("wav", MFD_CLOEXEC);
+  SndfileHandle file(descriptor, true, SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1, sample_rate);
+  file.command(SFC_SET_CLIPPING, nullptr, SF_TRUE);
+  const auto count = static_cast<sf_count_t>(samples.size());
+  if (file.write(samples.data(), count) != count) throw Failure(kCannotRender, file.strError());
+  file.command(SFC_UPDATE_HEADER_NOW, nullptr, 0);
+  std::string bytes(static_cast<size_t>(::lseek(descriptor, 0, SEEK_END)), '\0');
+  if (::pread(descriptor, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+    throw Failure(kCannotRender, "cannot read the WAV file back");
   }
-  return memory.bytes;
+  return bytes;
 }
 
 }  // namespace

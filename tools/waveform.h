@@ -22,7 +22,6 @@ struct Section {
 
 // An event of a pattern over time: its intensity between straight lines.
 struct EventShape {
-  int32_t number;
   bool continuous;
   std::vector<std::array<double, 2>> intensity_at_ms;
 };
