@@ -64,14 +64,14 @@ void draw_grid(Svg& picture, const Panel& panel) {
 
 void label_x(Svg& picture, const Panel& panel, const std::string& quantity) {
   for (const double value : ticks(panel.x)) {
-    picture.label({panel.at(value, 0).x, panel.box.bottom() + 17}, Anchor::kMiddle, "", text("%g", value));
+    picture.label({panel.at(value, 0).x, panel.box.bottom() + 17}, kMiddle, "", text("%g", value));
   }
-  picture.label({panel.box.right(), panel.box.bottom() + 36}, Anchor::kEnd, "", quantity);
+  picture.label({panel.box.right(), panel.box.bottom() + 36}, kEnd, "", quantity);
 }
 
 void label_y(Svg& picture, const Panel& panel) {
   for (const double value : ticks(panel.y)) {
-    picture.label({panel.box.x - 8, panel.at(0, value).y + 4}, Anchor::kEnd, "", text("%g", value));
+    picture.label({panel.box.x - 8, panel.at(0, value).y + 4}, kEnd, "", text("%g", value));
   }
 }
 

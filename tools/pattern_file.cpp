@@ -55,7 +55,7 @@ class EventReader {
     const Json type = json_.value("type", Json());
     event_.continuous = type == "continuous";
     if (!event_.continuous && type != "transient") {
-      fault("type: must be \"transient\" or \"continuous\"");
+      fault("type: must be transient or continuous");
       return event_;
     }
     for (const EventField& field : fields_of(event_)) {
@@ -184,7 +184,7 @@ PatternFile read_pattern(const std::string& json) {
     return file;
   }
   if (!root.is_object() || !root.contains("events") || !root["events"].is_array() || root["events"].empty()) {
-    file.faults.emplace_back("must be an object with \"events\", a list of at least one event");
+    file.faults.emplace_back("must be an object with events, a list of at least one");
     return file;
   }
   for (const auto& [name, value] : root.items()) {

@@ -37,15 +37,15 @@ std::string tap_sheet(const Sheet& sheet, const std::string& title) {
   panel.y.step = kAmplitudeAxis.to;
   const double bottom = kFirst.y + kStride * static_cast<double>(taps.size() - 1) + kFirst.height;
   Svg picture(kFirst.right() + 24, bottom + kFoot, title);
-  picture.label({kLeft, 32}, Anchor::kStart, "title", title);
+  picture.label({kLeft, 32}, kStart, "title", title);
   for (const Waveform& tap : taps) {
     draw_grid(picture, panel);
     label_y(picture, panel);
     draw_waveform(picture, panel, tap);
     const double end = panel.at(tap.length_ms(), 0).x;
     picture.line({end, panel.box.y}, {end, panel.box.bottom()}, "edge");
-    picture.label({kLeft, panel.box.y - 7}, Anchor::kStart, "strong", tap.title);
-    picture.label({end, panel.box.y - 7}, Anchor::kEnd, "", text("%.1f ms", tap.length_ms()));
+    picture.label({kLeft, panel.box.y - 7}, kStart, "strong", tap.title);
+    picture.label({end, panel.box.y - 7}, kEnd, "", text("%.1f ms", tap.length_ms()));
     panel.box.y += kStride;
   }
   panel.box.y -= kStride;
@@ -68,7 +68,7 @@ std::string curve_sheet(const std::string& title) {
   constexpr double kStride = 500;
   Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 410, .height = 260}, .x = {-50, 50, 10}, .y = {}};
   Svg picture(kStride * std::size(curves), panel.box.bottom() + kFoot, title);
-  picture.label({kLeft, 32}, Anchor::kStart, "title", title);
+  picture.label({kLeft, 32}, kStart, "title", title);
   for (const auto& curve : curves) {
     panel.y = curve.axis;
     std::vector<Point> points;
@@ -78,7 +78,7 @@ std::string curve_sheet(const std::string& title) {
     picture.path(points, "curve");
     label_y(picture, panel);
     label_x(picture, panel, "frequency offset");
-    picture.label({panel.box.x, panel.box.y - 7}, Anchor::kStart, "strong", curve.quantity);
+    picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", curve.quantity);
     panel.box.x += kStride;
   }
   return picture.finished();

@@ -60,10 +60,9 @@ void Svg::path(const std::vector<Point>& points, const char* style) {
   body_ += text("\" class=\"%s\"/>\n", style);
 }
 
-void Svg::label(Point at, Anchor anchor, const char* style, const std::string& words) {
-  constexpr const char* kAnchors[] = {"start", "middle", "end"};
-  body_ += text("<text x=\"%.2f\" y=\"%.2f\" text-anchor=\"%s\" class=\"%s\">%s</text>\n", at.x, at.y,
-                kAnchors[static_cast<int>(anchor)], style, escaped(words).c_str());
+void Svg::label(Point at, const char* anchor, const char* style, const std::string& words) {
+  body_ += text("<text x=\"%.2f\" y=\"%.2f\" text-anchor=\"%s\" class=\"%s\">%s</text>\n", at.x, at.y, anchor, style,
+                escaped(words).c_str());
 }
 
 }  // namespace lrasynth

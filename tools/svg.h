@@ -21,7 +21,10 @@ struct Box {
   double bottom() const { return y + height; }
 };
 
-enum class Anchor { kStart, kMiddle, kEnd };
+// How a label lies to its place.
+constexpr const char* kStart = "start";
+constexpr const char* kMiddle = "middle";
+constexpr const char* kEnd = "end";
 
 class Svg {
  public:
@@ -30,7 +33,7 @@ class Svg {
   void rectangle(const Box& box, const char* style);
   void line(Point from, Point to, const char* style);
   void path(const std::vector<Point>& points, const char* style);
-  void label(Point at, Anchor anchor, const char* style, const std::string& text);
+  void label(Point at, const char* anchor, const char* style, const std::string& words);
 
   std::string finished() const { return body_ + "</svg>\n"; }
 

@@ -29,7 +29,7 @@ void name_sections(Svg& picture, const Panel& panel, const std::vector<Section>&
     const double end = panel.at(section.end_ms, 0).x;
     picture.line({end, panel.box.y - 20}, {end, panel.box.bottom()}, "edge");
     if (kLetterWidth * static_cast<double>(section.label.size()) > end - start) continue;
-    picture.label({(start + end) / 2, panel.box.y - 8}, Anchor::kMiddle, "", section.label);
+    picture.label({(start + end) / 2, panel.box.y - 8}, kMiddle, "", section.label);
   }
 }
 
@@ -53,17 +53,17 @@ std::string to_svg(const Waveform& waveform) {
   const Panel track = {.box = kEventBox, .x = time, .y = {0, 100, 50}};
   const Panel& last = waveform.events.empty() ? curve : track;
   Svg picture(kLeft + kWidth + 24, last.box.bottom() + kFoot, waveform.title);
-  picture.label({kLeft, 32}, Anchor::kStart, "title", waveform.title);
-  picture.label({kLeft + kWidth, 32}, Anchor::kEnd, "",
+  picture.label({kLeft, 32}, kStart, "title", waveform.title);
+  picture.label({kLeft + kWidth, 32}, kEnd, "",
                 text("%zu samples, %d a second", waveform.codes.size(), waveform.sample_rate));
-  picture.label({kLeft - 8, kCurveBox.y - 12}, Anchor::kEnd, "", "amplitude");
+  picture.label({kLeft - 8, kCurveBox.y - 12}, kEnd, "", "amplitude");
   shade(picture, curve, waveform.sections);
   draw_grid(picture, curve);
   label_y(picture, curve);
   draw_waveform(picture, curve, waveform);
   name_sections(picture, curve, waveform.sections);
   if (!waveform.events.empty()) {
-    picture.label({kLeft - 8, kEventBox.y - 14}, Anchor::kEnd, "", "events, %");
+    picture.label({kLeft - 8, kEventBox.y - 14}, kEnd, "", "events, %");
     draw_grid(picture, track);
     label_y(picture, track);
     draw_events(picture, track, waveform.events);

@@ -1,20 +1,21 @@
-// Formatted text as a string: std::format is not there yet with the oldest compiler that we build with.
+// Formatted text as a string: the oldest compiler that we build with has no std::format yet.
 #include "text.h"
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 
 namespace lrasynth {
 
 std::string text(const char* format, ...) {
+  char* printed = nullptr;
   va_list values;
   va_start(values, format);
-  va_list again;
-  va_copy(again, values);
-  std::string result(static_cast<size_t>(std::vsnprintf(nullptr, 0, format, values)), '\0');
-  std::vsnprintf(result.data(), result.size() + 1, format, again);
-  va_end(again);
+  const int length = ::vasprintf(&printed, format, values);
   va_end(values);
+  if (length < 0) return {};
+  std::string result(printed, static_cast<size_t>(length));
+  std::free(printed);
   return result;
 }
 

@@ -16,6 +16,7 @@ template <class Sample>
 std::string wav_file(const std::vector<Sample>& samples, int sample_rate) {
   const int descriptor = ::memfd_create("wav", MFD_CLOEXEC);
   SndfileHandle file(descriptor, true, SFM_WRITE, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1, sample_rate);
+  if (!file) throw Failure(kCannotRender, "cannot make a WAV file in memory");
   file.command(SFC_SET_CLIPPING, nullptr, SF_TRUE);
   const auto count = static_cast<sf_count_t>(samples.size());
   if (file.write(samples.data(), count) != count) throw Failure(kCannotRender, file.strError());
