@@ -31,6 +31,7 @@ int run(int argc, const char* const* argv) {
     app.parse(argc, argv);
     return 0;
   } catch (const CLI::ParseError& error) {
+    // Also how --help and --version end.
     if (error.get_exit_code() == 0) return app.exit(error);
     const bool commanded = !app.get_subcommands().empty();
     return complain(commanded ? error.what() : "a command is required: tap, pattern, tone or sheet", kWrongInput);

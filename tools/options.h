@@ -26,6 +26,7 @@ Check quiet(Check check) {
   return check;
 }
 
+// An argument that refuses what is outside its range, naming itself and the range.
 CLI::Option* add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help,
                          int32_t least, int32_t most);
 

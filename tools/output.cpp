@@ -29,6 +29,7 @@ class PendingFiles {
   }
 
   void write(const File& file) {
+    // The one ordinary reason why publishing could fail half way.
     if (fs::is_directory(file.path)) fail(file.path, EISDIR);
     files_.push_back({file.path, file.path + '.' + std::to_string(::getpid()) + '.' + std::to_string(files_.size())});
     std::ofstream stream(files_.back().temporary, std::ios::binary);

@@ -1,5 +1,4 @@
 // lrasynth pattern: a long signal from a pattern file.
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -141,8 +140,9 @@ EventShape shape_of(const Event& event, double pass_start_ms) {
 
 // Where passes and gaps lie, and every event in every pass, unless that would only blacken the plot.
 void describe(Waveform& waveform, const PatternCommand& command, const std::vector<Event>& events, double pass_ms) {
-  constexpr int32_t kMostPasses = 50;
-  for (int32_t pass = 0; pass < std::min(command.loops, kMostPasses); ++pass) {
+  constexpr int32_t kMostPasses = 20;
+  if (command.loops > kMostPasses) return;
+  for (int32_t pass = 0; pass < command.loops; ++pass) {
     const double start_ms = pass * (pass_ms + command.interval_ms);
     for (const Event& event : events) waveform.events.push_back(shape_of(event, start_ms));
     if (command.loops == 1) continue;

@@ -30,6 +30,7 @@ class Svg {
  public:
   Svg(double width, double height, const std::string& title);
 
+  // Shapes cover what was drawn before. A style is one or more classes of the style sheet.
   void rectangle(const Box& box, const char* style);
   void line(Point from, Point to, const char* style);
   void path(const std::vector<Point>& points, const char* style);

@@ -12,6 +12,7 @@ constexpr Box kCurveBox = {.x = kLeft, .y = 78, .width = kWidth, .height = 290};
 constexpr Box kEventBox = {.x = kLeft, .y = 408, .width = kWidth, .height = 56};
 constexpr double kFoot = 48;  // below the last panel
 
+// Apart from the names, because shading lies below the grid.
 void shade(Svg& picture, const Panel& panel, const std::vector<Section>& sections) {
   for (const Section& section : sections) {
     if (!section.shaded) continue;
