@@ -52,7 +52,7 @@ std::string content_of(const std::string& path) {
   std::ifstream file;
   if (path != "-") file.open(path, std::ios::binary);
   std::istream& stream = path == "-" ? std::cin : file;
-  const std::string content(std::istreambuf_iterator<char>(stream), {});
+  std::string content(std::istreambuf_iterator<char>(stream), {});
   if (!stream) throw Failure(kCannotRender, "cannot read " + path);
   return content;
 }
@@ -156,9 +156,10 @@ std::vector<uint8_t> render(const PatternCommand& command, const std::vector<int
   const int32_t length = getLongSignalBufferLength(command.loops, command.interval_ms, request.data(), count);
   check_length("--loop, --interval", length);
   std::vector<uint8_t> codes(static_cast<size_t>(length));
-  if (getLongSignalData(command.loops, command.interval_ms, request.data(), codes.data(), count, command.limit_ms)) {
-    throw Failure(kWrongInput, "--limit: the end of the pattern lies beyond it");
-  }
+  const int32_t status =
+      getLongSignalData(command.loops, command.interval_ms, request.data(), codes.data(), count, command.limit_ms);
+  // The empty event that closes some requests is all that has not been checked yet.
+  if (status != 0) throw Failure(kWrongInput, "--limit: the end of the pattern lies beyond it");
   return codes;
 }
 
