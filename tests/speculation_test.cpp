@@ -28,8 +28,9 @@ void compare(const CurveSegment& segment, int32_t first, int32_t count, Share& s
   for (int32_t i = 0; i < count; ++i) {
     const float exact = segment.exact(first + i);
     ASSERT_EQ(rendered[static_cast<std::size_t>(i)], low_byte(PlainCoding::code(exact))) << first + i;
-    float estimate = 0;
-    segment.estimate(first + i, 1, &estimate);
+    float estimates[kStep];
+    segment.estimate(first + i, 1, estimates);
+    const float estimate = estimates[0];
     const float bound = segment.error(first + i);
     ASSERT_LE(std::fabs(estimate - exact), bound) << first + i;
     share.in_doubt += in_doubt(estimate, margin<PlainCoding>(segment, first + i)) ? 1 : 0;

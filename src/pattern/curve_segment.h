@@ -39,9 +39,9 @@ class CurveSegment {
   }
 
   void estimate(int32_t first, int32_t n, float* offsets) const {
-    const auto constant = [this](float) { return ramp_.start(); };
-    const auto quarter = [this](float time) { return ramp_.quarter_estimate(time); };
-    const auto general = [this](float time) { return ramp_.estimate(time); };
+    const auto constant = [ramp = ramp_](float) { return ramp.start(); };
+    const auto quarter = [ramp = ramp_](float time) { return ramp.quarter_estimate(time); };
+    const auto general = [ramp = ramp_](float time) { return ramp.estimate(time); };
     if (ramp_.constant()) return estimate_under(first, n, offsets, constant);
     if (ramp_.is_quarter(sample_time(period_, first + n - 1))) return estimate_under(first, n, offsets, quarter);
     estimate_under(first, n, offsets, general);
@@ -62,12 +62,13 @@ class CurveSegment {
     return sample_time(period_, i) * (frequency_hz * kTwoPi);
   }
 
+  // On a copy of the segment, which the compiler knows not to change with what is written.
   template <class Envelope>
   void estimate_under(int32_t first, int32_t n, float* offsets, Envelope envelope) const {
-    for (int32_t j = 0; j < n; ++j) {
-      const float time = sample_time(period_, first + j);
-      offsets[j] = fast_sine(phase(first + j)) * envelope(time) + kRest;
-    }
+    for_whole_steps(n, [=, segment = *this](int32_t j) {
+      const float time = sample_time(segment.period_, first + j);
+      offsets[j] = fast_sine(segment.phase(first + j)) * envelope(time) + kRest;
+    });
   }
 
   float period_;  // seconds

@@ -7,7 +7,8 @@
 //
 // A source provides
 //   float exact(int32_t i)                                      offset value of sample i by its definition
-//   void estimate(int32_t first, int32_t n, float* offsets)     about the same for n samples from `first` on
+//   void estimate(int32_t first, int32_t n, float* offsets)     about the same for n samples from `first` on, and for
+//                                                               more up to a whole step
 //   float error(int32_t last)                                   bound of the difference up to sample `last`
 #pragma once
 
@@ -26,6 +27,21 @@
 namespace lrasynth {
 
 constexpr int32_t kBlock = 256;
+
+// Loops over a block run over whole steps: compilers then vectorise them without code for a remainder. What they write
+// beyond n is never read.
+constexpr int32_t kStep = 16;
+static_assert(kBlock % kStep == 0);
+
+template <class Body>
+void for_whole_steps(int32_t n, Body body) {
+  for (int32_t step = 0; step < n; step += kStep) {
+    for (int32_t j = step; j < step + kStep; ++j) body(j);
+  }
+}
+
+// From here on a block's indices could overflow.
+constexpr int32_t kLastEstimated = std::numeric_limits<int32_t>::max() - kBlock;
 
 // An error without a proof.
 constexpr float kUnproven = std::numeric_limits<float>::infinity();
@@ -72,35 +88,6 @@ int32_t undoubted_code(float offset_value) {
   return floor + (offset_value > Coding::kSwitch ? -127 : 127);
 }
 
-template <class Coding, class Source>
-void exact_codes(const Source& source, int32_t first, int32_t n, int32_t* codes) {
-  for (int32_t j = 0; j < n; ++j) codes[j] = Coding::code(source.exact(first + j));
-}
-
-// Replaces the codes of those samples whose estimate is in doubt.
-template <class Coding, class Source>
-void redo(const Source& source, int32_t first, int32_t n, const float* estimates, float margin, int32_t* codes) {
-  uint8_t doubts[kBlock];
-  for (int32_t j = 0; j < n; ++j) doubts[j] = in_doubt(estimates[j], margin) ? 1 : 0;
-  const auto next = [&](int32_t from) -> int32_t {
-    const void* const found = std::memchr(doubts + from, 1, static_cast<std::size_t>(n - from));
-    return found == nullptr ? n : static_cast<int32_t>(static_cast<const uint8_t*>(found) - doubts);
-  };
-  for (int32_t j = next(0); j < n; j = next(j + 1)) codes[j] = Coding::code(source.exact(first + j));
-}
-
-template <class Coding, class Source>
-void estimated_codes(const Source& source, int32_t first, int32_t n, float margin, int32_t* codes) {
-  float estimates[kBlock];
-  source.estimate(first, n, estimates);
-  uint32_t doubts = 0;
-  for (int32_t j = 0; j < n; ++j) {
-    codes[j] = undoubted_code<Coding>(estimates[j]);
-    doubts |= static_cast<uint32_t>(in_doubt(estimates[j], margin));
-  }
-  if (doubts != 0) redo<Coding>(source, first, n, estimates, margin, codes);
-}
-
 // Wider margins leave too little to be worth a try.
 constexpr float kMaxMargin = 0.125F;
 
@@ -110,20 +97,50 @@ float margin(const Source& source, int32_t last) {
   return 1.5F * (source.error(last) + Coding::kRounding);
 }
 
-// Samples first .. first + count - 1 of the source, as codes of any integer type.
+// Codes from estimates, and which of them are in doubt.
+template <class Coding, class Source>
+void speculate(const Source& source, int32_t first, int32_t n, float margin, int32_t* codes, uint8_t* doubts) {
+  float estimates[kBlock];
+  source.estimate(first, n, estimates);
+  for_whole_steps(n, [&](int32_t j) { codes[j] = undoubted_code<Coding>(estimates[j]); });
+  for_whole_steps(n, [&](int32_t j) { doubts[j] = in_doubt(estimates[j], margin) ? 1 : 0; });
+}
+
+// The codes of up to a block of samples.
+template <class Coding, class Source>
+void code_block(const Source& source, int32_t first, int32_t n, int32_t* codes) {
+  uint8_t doubts[kBlock];
+  const float least_distance = margin<Coding>(source, first + n - 1);
+  if (least_distance < kMaxMargin && first <= kLastEstimated) {
+    speculate<Coding>(source, first, n, least_distance, codes, doubts);
+  } else {
+    std::memset(doubts, 1, static_cast<std::size_t>(n));
+  }
+  const auto next_doubt = [&](int32_t from) -> int32_t {
+    const void* const found = std::memchr(doubts + from, 1, static_cast<std::size_t>(n - from));
+    return found == nullptr ? n : static_cast<int32_t>(static_cast<const uint8_t*>(found) - doubts);
+  };
+  for (int32_t j = next_doubt(0); j < n; j = next_doubt(j + 1)) codes[j] = Coding::code(source.exact(first + j));
+}
+
+// Writes n codes as integers or as bytes, their low 8 bits.
+inline void put_codes(const int32_t* codes, int32_t n, int32_t* out) { std::copy_n(codes, n, out); }
+
+inline void put_codes(const int32_t* codes, int32_t n, uint8_t* out) {
+  uint8_t bytes[kBlock];
+  for_whole_steps(n, [&](int32_t j) { bytes[j] = low_byte(codes[j]); });
+  std::memcpy(out, bytes, static_cast<std::size_t>(n));
+}
+
+// Samples first .. first + count - 1 of the source.
 template <class Coding, class Source, class Sample>
 void render(const Source& source, Coding& coding, int32_t first, int32_t count, Sample* out) {
   int32_t codes[kBlock];
   for (const int32_t end = first + count; first < end;) {
     const int32_t n = std::min(kBlock, end - first);
-    const float doubt = margin<Coding>(source, first + n - 1);
-    if (doubt < kMaxMargin) {
-      estimated_codes<Coding>(source, first, n, doubt, codes);
-    } else {
-      exact_codes<Coding>(source, first, n, codes);
-    }
+    code_block<Coding>(source, first, n, codes);
     coding.settle(codes, n);
-    for (int32_t j = 0; j < n; ++j) out[j] = static_cast<Sample>(static_cast<uint32_t>(codes[j]));
+    put_codes(codes, n, out);
     out += n;
     first += n;
   }

@@ -67,9 +67,10 @@ void print(const Recipe& recipe, std::vector<int> samples) {
 }  // namespace
 
 int main() {
-  std::printf("// The stored bursts of motors 832 and 9595 as sample codes. Made by generate_tables.cpp.\n"
-              "#include \"lrasynth.h\"\n\n"
-              "// clang-format off\n");
+  std::printf(
+      "// The stored bursts of motors 832 and 9595 as sample codes. Made by generate_tables.cpp.\n"
+      "#include \"lrasynth.h\"\n\n"
+      "// clang-format off\n");
   for (const Recipe& recipe : lrasynth::recipes::kMotor0832) print(recipe, burst_0832(recipe));
   for (const Recipe& recipe : lrasynth::recipes::kMotor9595) print(recipe, burst_9595(recipe));
   return EXIT_SUCCESS;

@@ -6,6 +6,7 @@
 #include "curves/frequency.h"
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
+#include "tone/speculation.h"
 #include "transient/scaling.h"
 
 namespace lrasynth {
@@ -35,6 +36,16 @@ Burst burst_of(std::span<const BurstBand> bands, int32_t level) {
   return band->burst;
 }
 
+void replay_nominal(const Scaling& scaling, const uint8_t* codes, int32_t length, uint8_t* out) {
+  uint8_t block[kBlock];
+  for (int32_t first = 0; first < length; first += kBlock) {
+    const int32_t n = std::min(kBlock, length - first);
+    std::copy_n(codes + first, n, block);
+    for_whole_steps(n, [&](int32_t j) { block[j] = scaling.nominal(block[j]); });
+    std::copy_n(block, n, out + first);
+  }
+}
+
 int32_t write_burst(Burst burst, int32_t intensity, uint8_t* out) {
   const auto length = static_cast<int32_t>(burst.size());
   if (length == 0 || out == nullptr) return -1;
@@ -51,11 +62,8 @@ void replay(Burst burst, int32_t intensity, uint8_t* out, int32_t capacity) {
   const Scaling scaling(intensity);
   const int32_t length = std::min(static_cast<int32_t>(burst.size()), capacity);
   const uint8_t* const codes = burst.data();
-  if (intensity >= 0 && intensity <= 100) {
-    for (int32_t i = 0; i < length; ++i) out[i] = scaling.nominal(codes[i]);
-  } else {
-    for (int32_t i = 0; i < length; ++i) out[i] = scaling.exact(codes[i]);
-  }
+  if (intensity >= 0 && intensity <= 100) return replay_nominal(scaling, codes, length, out);
+  for (int32_t i = 0; i < length; ++i) out[i] = scaling.exact(codes[i]);
 }
 
 }  // namespace lrasynth
