@@ -66,8 +66,9 @@ class CurveSegment {
   template <class Envelope>
   void estimate_under(int32_t first, int32_t n, float* offsets, Envelope envelope) const {
     for_whole_steps(n, [=, segment = *this](int32_t j) {
-      const float time = sample_time(segment.period_, first + j);
-      offsets[j] = fast_sine(segment.phase(first + j)) * envelope(time) + kRest;
+      const int32_t i = wrapping_add(first, j);
+      const float time = sample_time(segment.period_, i);
+      offsets[j] = fast_sine(segment.phase(i)) * envelope(time) + kRest;
     });
   }
 

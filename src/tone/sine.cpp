@@ -26,7 +26,7 @@ class Tone {
   }
 
   void estimate(int32_t first, int32_t n, float* offsets) const {
-    for_whole_steps(n, [&](int32_t j) { offsets[j] = amplitude_ * fast_sine(phase(first + j)) + kRest; });
+    for_whole_steps(n, [&](int32_t j) { offsets[j] = amplitude_ * fast_sine(phase(wrapping_add(first, j))) + kRest; });
   }
 
   float error(int32_t last) const {

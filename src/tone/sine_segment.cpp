@@ -41,7 +41,8 @@ void SineSegment::estimate(int32_t first, int32_t n, float* offsets) const {
   const float peak = mirrored_ ? -peak_ : peak_;
   const auto angular = static_cast<float>(angular_);
   const TimeGrid grid = grid_;
-  for_whole_steps(n, [&](int32_t j) { offsets[j] = peak * fast_sine(angular * grid.time(first + j)) + kRest; });
+  for_whole_steps(
+      n, [&](int32_t j) { offsets[j] = peak * fast_sine(angular * grid.time(wrapping_add(first, j))) + kRest; });
 }
 
 // The single-precision phase errs by 2^-23 of itself; sine and product are rounded to single precision on both sides,

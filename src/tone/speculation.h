@@ -29,7 +29,7 @@ namespace lrasynth {
 constexpr int32_t kBlock = 256;
 
 // Loops over a block run over whole steps: compilers then vectorise them without code for a remainder. What they write
-// beyond n is never read.
+// beyond n is never read; indices there may wrap.
 constexpr int32_t kStep = 16;
 static_assert(kBlock % kStep == 0);
 
@@ -39,9 +39,6 @@ void for_whole_steps(int32_t n, Body body) {
     for (int32_t j = step; j < step + kStep; ++j) body(j);
   }
 }
-
-// From here on a block's indices could overflow.
-constexpr int32_t kLastEstimated = std::numeric_limits<int32_t>::max() - kBlock;
 
 // An error without a proof.
 constexpr float kUnproven = std::numeric_limits<float>::infinity();
@@ -111,10 +108,11 @@ template <class Coding, class Source>
 void code_block(const Source& source, int32_t first, int32_t n, int32_t* codes) {
   uint8_t doubts[kBlock];
   const float least_distance = margin<Coding>(source, first + n - 1);
-  if (least_distance < kMaxMargin && first <= kLastEstimated) {
+  if (least_distance < kMaxMargin) {
     speculate<Coding>(source, first, n, least_distance, codes, doubts);
   } else {
     std::memset(doubts, 1, static_cast<std::size_t>(n));
+    std::fill_n(codes, kBlock, 0);  // what lies beyond n is stored, too
   }
   const auto next_doubt = [&](int32_t from) -> int32_t {
     const void* const found = std::memchr(doubts + from, 1, static_cast<std::size_t>(n - from));

@@ -37,7 +37,7 @@ Burst burst_of(std::span<const BurstBand> bands, int32_t level) {
 }
 
 void replay_nominal(const Scaling& scaling, const uint8_t* codes, int32_t length, uint8_t* out) {
-  uint8_t block[kBlock];
+  uint8_t block[kBlock] = {};
   for (int32_t first = 0; first < length; first += kBlock) {
     const int32_t n = std::min(kBlock, length - first);
     std::copy_n(codes + first, n, block);
