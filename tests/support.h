@@ -1,7 +1,13 @@
-// What the tests share: a profile for the length of a scope, and waveforms as vectors of exactly the reported size.
+// What the tests share: a profile for the length of a scope, requests, and waveforms as vectors of exactly the reported
+// size, in which 77 stands where nothing was written.
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "lrasynth.h"
@@ -9,26 +15,58 @@
 using Bytes = std::vector<uint8_t>;
 using Integers = std::vector<int32_t>;
 
+constexpr uint8_t kUntouched = 77;
+
 class ScopedProfile {
  public:
-  explicit ScopedProfile(int32_t motor, int32_t chip = 0, int32_t boost_flag = 1) {
+  explicit ScopedProfile(int32_t motor, int32_t chip = 0, int32_t boost_flag = 1) { set(motor, chip, boost_flag); }
+  ScopedProfile(const ScopedProfile&) = delete;
+  ScopedProfile& operator=(const ScopedProfile&) = delete;
+  ~ScopedProfile() { set(1040, 0, 1); }
+
+ private:
+  static void set(int32_t motor, int32_t chip, int32_t boost_flag) {
     setChipType(chip);
     setMotorType(motor);
     giBoostFlg = boost_flag;
   }
-  ScopedProfile(const ScopedProfile&) = delete;
-  ScopedProfile& operator=(const ScopedProfile&) = delete;
-  ~ScopedProfile() {
-    setChipType(0);
-    setMotorType(1040);
-    giBoostFlg = 1;
-  }
 };
 
+template <class Sample>
+std::vector<Sample> slice(const std::vector<Sample>& samples, std::size_t first, std::size_t count) {
+  return {samples.data() + first, samples.data() + first + count};
+}
+
+// Fails unless the call returns 0 and writes every one of `length` elements.
+template <class Sample>
+std::vector<Sample> filled(int32_t length, const std::function<int32_t(Sample*)>& call) {
+  std::vector<Sample> once(static_cast<std::size_t>(length), Sample{17});
+  std::vector<Sample> again(static_cast<std::size_t>(length), Sample{34});
+  EXPECT_EQ(call(once.data()), 0);
+  EXPECT_EQ(call(again.data()), 0);
+  EXPECT_EQ(once, again);
+  return once;
+}
+
 inline Bytes tap(int32_t level, int32_t intensity) {
-  Bytes out(static_cast<std::size_t>(getShortSignalDataLength(level)), 77);
-  getShortSignalData(level, intensity, out.data());
-  return out;
+  return filled<uint8_t>(getShortSignalDataLength(level),
+                         [=](uint8_t* out) { return getShortSignalData(level, intensity, out); });
+}
+
+inline Integers transient(int32_t start_ms, int32_t intensity, int32_t level) {
+  return {4097, start_ms, intensity, level};
+}
+
+inline Integers curve(int32_t start_ms, int32_t duration_ms, const Integers& ms, const Integers& at) {
+  return {4096, start_ms, 0, 0, duration_ms, ms[0], at[0], 0, ms[1], at[1], 0, ms[2], at[2], 0, ms[3], at[3], 0};
+}
+
+// Records laid end to end, in a block of exactly that size.
+inline Integers request_of(const std::vector<Integers>& records) {
+  Integers request(17 * records.size());
+  auto* next = request.data();
+  for (const Integers& record : records) next = std::copy(record.begin(), record.end(), next) + 17 - record.size();
+  return request;
 }
 
 struct Rendered {
@@ -36,27 +74,9 @@ struct Rendered {
   Bytes bytes;
 };
 
-// A long signal in a buffer that held 77 everywhere.
-inline Rendered pattern(const Integers& request, int32_t loop_count = 1, int32_t interval_ms = 0,
-                        int32_t limit_ms = 60000) {
+inline Rendered pattern(const Integers& request, int32_t loops = 1, int32_t gap_ms = 0, int32_t limit_ms = 60000) {
   const auto length = static_cast<int32_t>(request.size());
-  Bytes out(static_cast<std::size_t>(getLongSignalBufferLength(loop_count, interval_ms, request.data(), length)), 77);
-  const int32_t status = getLongSignalData(loop_count, interval_ms, request.data(), out.data(), length, limit_ms);
+  Bytes out(static_cast<std::size_t>(getLongSignalBufferLength(loops, gap_ms, request.data(), length)), kUntouched);
+  const int32_t status = getLongSignalData(loops, gap_ms, request.data(), out.data(), length, limit_ms);
   return {status, out};
-}
-
-// Records laid end to end.
-inline Integers request_of(const std::vector<Integers>& records) {
-  Integers request;
-  for (Integers record : records) {
-    record.resize(17);
-    request.insert(request.end(), record.begin(), record.end());
-  }
-  return request;
-}
-
-template <class Sample>
-std::vector<Sample> slice(const std::vector<Sample>& samples, std::size_t first, std::size_t count) {
-  return {samples.begin() + static_cast<std::ptrdiff_t>(first),
-          samples.begin() + static_cast<std::ptrdiff_t>(first + count)};
 }

@@ -1,9 +1,4 @@
 // Tones and the ramp. The figures marked "fused" change when a compiler fuses multiplications and additions.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "support.h"
 
 namespace {
@@ -11,23 +6,17 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
-Bytes tone(int32_t half_periods, int32_t frequency_hz, int32_t amplitude) {
-  const float cycles = static_cast<float>(half_periods) * 0.5F;
-  Bytes out(static_cast<std::size_t>(get_sine_wave_len(frequency_hz, cycles)), 77);
-  EXPECT_EQ(sine(half_periods, frequency_hz, amplitude, out.data()), 0);
-  return out;
+Bytes tone(int32_t half_periods, int32_t hz, int32_t amplitude) {
+  return filled<uint8_t>(get_sine_wave_len(hz, static_cast<float>(half_periods) * 0.5F),
+                         [=](uint8_t* out) { return sine(half_periods, hz, amplitude, out); });
 }
 
-std::vector<float> offset_tone(int32_t frequency_hz, int32_t strength, float cycles) {
-  std::vector<float> out(static_cast<std::size_t>(get_sine_wave_len(frequency_hz, cycles)));
-  EXPECT_EQ(get_sine(frequency_hz, strength, out.data(), cycles), 0);
-  return out;
+std::vector<float> offset_tone(int32_t hz, int32_t strength, float cycles) {
+  return filled<float>(get_sine_wave_len(hz, cycles), [=](float* out) { return get_sine(hz, strength, out, cycles); });
 }
 
 std::vector<float> ramp(int32_t count, float start, float end) {
-  std::vector<float> out(static_cast<std::size_t>(count));
-  EXPECT_EQ(getIncreasingStepIntensity(count, out.data(), start, end), 0);
-  return out;
+  return filled<float>(count, [=](float* out) { return getIncreasingStepIntensity(count, out, start, end); });
 }
 
 TEST(Sine, FullPeriodAt24000) {
@@ -64,17 +53,15 @@ TEST(GetSine, WritesOffsetValuesClippedFromAbove) {
 TEST(Ramp, RunsAlongAQuarterSineAt24000) {
   EXPECT_THAT(ramp(4, 0.25F, 0.875F), ElementsAre(0.25F, 0.48917717F, 0.69194174F, 0.8274247F));
   EXPECT_THAT(ramp(3, 1.0F, 0.5F), ElementsAre(1.0F, 0.75F, 0.5669873F));
-  const std::vector<float> rise = ramp(240, 0, 1);
-  EXPECT_EQ(rise[120], 0.70710677F);
-  EXPECT_EQ(rise[239], 0.9999786F);
+  EXPECT_EQ(ramp(240, 0, 1)[120], 0.70710677F);
+  EXPECT_EQ(ramp(240, 0, 1)[239], 0.9999786F);
   EXPECT_EQ(ramp(240, 0.25F, 0.875F)[23], 0.3437292F);  // 0.34372923 fused
 }
 
 TEST(Ramp, RunsAlongAHalfSineAt12000) {
   const ScopedProfile half_rate(1040, 1);
-  const std::vector<float> rise = ramp(240, 0, 1);
-  EXPECT_EQ(rise[120], 1.0F);
-  EXPECT_EQ(rise[239], 0.013089434F);
+  EXPECT_EQ(ramp(240, 0, 1)[120], 1.0F);
+  EXPECT_EQ(ramp(240, 0, 1)[239], 0.013089434F);
 }
 
 }  // namespace
