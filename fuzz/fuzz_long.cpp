@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "digest_families.h"
 #include "input.h"
 
 namespace {
@@ -9,27 +10,6 @@ namespace {
 using fuzz::Extent;
 using fuzz::Input;
 using fuzz::require;
-
-// Events in order of start, closed by a vibration that ends last; small numbers, so that none reads as a type code.
-std::vector<int32_t> well_formed(Input& in) {
-  std::vector<int32_t> pattern;
-  int32_t start_ms = 0, end_ms = 0;
-  for (int32_t left = in.raw<uint8_t>() % 8; left >= 0; --left) {
-    const int32_t intensity = in.raw<uint8_t>(), level = in.raw<uint8_t>();
-    const bool vibrates = left == 0 || in.flip();
-    int32_t duration_ms = vibrates ? in.raw<uint8_t>() : 0;
-    if (left == 0) duration_ms = std::max(duration_ms, end_ms + 60 - start_ms);
-    for (const int32_t field : {vibrates ? 4096 : 4097, start_ms, intensity, level, duration_ms})
-      pattern.push_back(field);
-    for (int32_t point = 0; point < 4; ++point) {
-      pattern.push_back(duration_ms * point / 3);
-      for (int32_t field = 0; field < 2; ++field) pattern.push_back(vibrates ? in.raw<int8_t>() : 0);
-    }
-    end_ms = std::max(end_ms, start_ms + duration_ms);
-    start_ms += in.raw<uint8_t>();
-  }
-  return pattern;
-}
 
 void bend(Input& in, std::vector<int32_t>& pattern) {
   for (int32_t bends = in.raw<uint8_t>() % 4; bends >= 0; --bends) {
@@ -50,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   Input in(bytes, size);
   in.set_profile();
   const uint8_t kind = in.raw<uint8_t>() % 4;
-  std::vector<int32_t> pattern = kind == 3 ? arbitrary(in) : well_formed(in);
+  // In well-formed ones the last vibration ends last.
+  std::vector<int32_t> pattern = kind == 3 ? arbitrary(in) : grid::make_pattern(in, 300);
   if (kind == 1 || kind == 2) bend(in, pattern);
   pattern.shrink_to_fit();  // so that the sanitizer sees reads beyond
   const auto length = static_cast<int32_t>(pattern.size());

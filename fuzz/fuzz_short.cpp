@@ -21,15 +21,8 @@ void tap(Input& in) {
 
 void curves(Input& in) {
   const int32_t x = in.integer(), y = in.integer(), z = in.integer();
-  for (const auto curve : {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData,
-                           getFrequency_9595_ShortData, getFrequency_0815_ShortData, getCycle, getF1}) {
-    require(curve(x) == curve(x));
-  }
-  for (const auto curve :
-       {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540, getIntensity,
-        getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2}) {
-    require(curve(x, y) == curve(x, y));
-  }
+  for (const auto curve : grid::kLevelCurves) require(curve(x) == curve(x));
+  for (const auto curve : grid::kCurvesOfTwo) require(curve(x, y) == curve(x, y));
   for (const auto gain : {getIntensityMax, getIntensityMax_0832, getIntensityMax_1040, getIntensityMax_9595}) {
     require(gain(x) > 0 && gain(x) == gain(std::clamp(x, -50, 50)));
   }

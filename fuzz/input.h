@@ -37,6 +37,7 @@ class Input {
     return value;
   }
 
+  int32_t between(int32_t low, int32_t high) { return low + raw<uint16_t>() % (high - low + 1); }
   bool flip() { return raw<uint8_t>() % 2 == 1; }
 
   // One byte says whether a small number or any follows.

@@ -8,7 +8,7 @@
 namespace {
 
 void print(const char* name, const grid::Digest& digest) {
-  std::printf("%-13s%016llx\n", name, static_cast<unsigned long long>(digest.value()));
+  std::printf("%-13s%016llx\n", name, static_cast<unsigned long long>(digest.value));
 }
 
 // Of the platform's sine to its last bit: the one line in which platforms may differ.

@@ -1,5 +1,5 @@
 // A wide grid of calls by families, condensed into digests: compared between builds, run on small stacks and on many
-// threads. Nothing here writes the profile, allocates after construction, or depends on the platform.
+// threads. Nothing here writes the profile or depends on the platform.
 #pragma once
 
 #include <algorithm>
@@ -14,79 +14,75 @@
 namespace grid {
 
 // The same numbers everywhere, unlike those of the standard library's distributions.
-class Random {
- public:
-  explicit Random(uint32_t seed) : state_(seed) {}
+struct Random {
+  uint32_t state = 1;
 
   int32_t between(int32_t low, int32_t high) {
-    state_ = state_ * 1664525U + 1013904223U;
-    return low + static_cast<int32_t>((state_ >> 8U) % static_cast<uint32_t>(high - low + 1));
+    state = state * 1664525U + 1013904223U;
+    return low + static_cast<int32_t>((state >> 8U) % static_cast<uint32_t>(high - low + 1));
   }
-
- private:
-  uint32_t state_;
 };
 
 // FNV-1a, 64 bits.
-class Digest {
- public:
-  explicit Digest(uint32_t seed = 1) : random(seed) {}
+struct Digest {
+  Random random;
+  uint64_t value = 0xcbf29ce484222325U;
+  std::vector<float> scratch = std::vector<float>(1U << 18U);
 
-  void add(int32_t value) { add_bytes(&value, sizeof value); }
-  void add(uint8_t value) { add_bytes(&value, sizeof value); }
-
-  // The sign of a NaN is the processor's choice.
-  void add(float value) {
-    if (std::isnan(value)) return add(-1);
-    add_bytes(&value, sizeof value);
+  template <class Number>
+  void add(Number number) {
+    if (std::isnan(number)) return add(-1);  // its sign is the processor's choice
+    uint8_t bytes[sizeof number];
+    std::memcpy(bytes, &number, sizeof number);
+    for (const uint8_t byte : bytes) value = (value ^ byte) * 0x100000001b3U;
   }
 
   template <class Sample, class Call>
   void add_output(int32_t length, Call call) {
-    static_assert(sizeof(Sample) <= sizeof scratch_[0]);
-    const auto count = static_cast<std::size_t>(length);
-    if (count > scratch_.size()) std::abort();
-    std::memset(scratch_.data(), 0xA5, count * sizeof(Sample));
-    auto* const out = reinterpret_cast<Sample*>(scratch_.data());
+    const auto size = static_cast<std::size_t>(length) * sizeof(Sample);
+    if (size > scratch.size() * sizeof(float)) std::abort();
+    auto* const out = static_cast<Sample*>(std::memset(scratch.data(), 0xA5, size));
     add(length);
     add(call(out));
     for (int32_t i = 0; i < length; ++i) add(out[i]);
   }
-
-  uint64_t value() const { return value_; }
-
-  Random random;
-
- private:
-  void add_bytes(const void* bytes, size_t count) {
-    const auto* const first = static_cast<const uint8_t*>(bytes);
-    for (size_t i = 0; i < count; ++i) value_ = (value_ ^ first[i]) * 0x100000001b3U;
-  }
-
-  uint64_t value_ = 0xcbf29ce484222325U;
-  std::vector<float> scratch_ = std::vector<float>(1U << 18U);
 };
+
+constexpr float (*kGains[])(int32_t) = {
+    custom_wave_transform, getIntensityMax, getIntensityMax_0832, getIntensityMax_1040,
+    getIntensityMax_9595,  getC0,           getZeroTime};
+constexpr int32_t (*kLevelCurves[])(int32_t) = {getFrequency,
+                                                getFrequency_0832_ShortData,
+                                                getFrequency_1040_ShortData,
+                                                getFrequency_9595_ShortData,
+                                                getFrequency_0815_ShortData,
+                                                getCycle,
+                                                getF1,
+                                                get_custom_wave_len,
+                                                get_wav_len_high_frequency};
+constexpr int32_t (*kCurvesOfTwo[])(int32_t, int32_t) = {getFrequency_4096,
+                                                         getFrequency_0832,
+                                                         getFrequency_1040,
+                                                         getFrequency_9595,
+                                                         getFrequency_081540,
+                                                         getIntensity,
+                                                         getIntensity_0832,
+                                                         getIntensity_1040,
+                                                         getIntensity_9595,
+                                                         getA1,
+                                                         getA2};
 
 // Everything that returns a number.
 inline void numbers(Digest& d) {
   for (int32_t x = -70; x <= 170; ++x) {
     const float f = static_cast<float>(x) * 1.25F;
     for (const auto conversion : {wave_transform, wave_reverse}) d.add(conversion(f));
-    for (const auto gain : {custom_wave_transform, getIntensityMax, getIntensityMax_0832, getIntensityMax_1040,
-                            getIntensityMax_9595, getC0, getZeroTime}) {
-      d.add(gain(x));
-    }
-    for (const auto level :
-         {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData, getFrequency_9595_ShortData,
-          getFrequency_0815_ShortData, getCycle, getF1, get_custom_wave_len, get_wav_len_high_frequency}) {
-      d.add(level(x));
-    }
+    for (const auto gain : kGains) d.add(gain(x));
+    for (const auto curve : kLevelCurves) d.add(curve(x));
     for (const int32_t y : {-300, 3, 80, 100, 130, 170, 235}) {
-      for (const auto both :
-           {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540,
-            getIntensity, getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2}) {
-        d.add(both(y, x));
-        d.add(both(x, y));
+      for (const auto curve : kCurvesOfTwo) {
+        d.add(curve(y, x));
+        d.add(curve(x, y));
       }
       d.add(getFrequencyStepValue(y, x, 7 * x));
       d.add(get_sine_wave_len(y, f));
@@ -147,36 +143,32 @@ inline void tones(Digest& d) {
   }
 }
 
-constexpr int32_t kRecord = 17;
-constexpr int32_t kMostEvents = 12;
-
-// Taps and vibrations with gaps and overlaps; the last is a vibration. Returns the length.
-inline int32_t make_pattern(Random& random, int32_t* pattern) {
-  const int32_t events = random.between(1, kMostEvents);
-  for (int32_t i = 0, start_ms = 0; i < events; ++i, start_ms += random.between(0, 200)) {
-    int32_t* const record = pattern + i * kRecord;
-    const bool continuous = i == events - 1 || random.between(0, 2) > 0;
-    const int32_t duration_ms = random.between(10, 300);
-    const int32_t head[] = {continuous ? 4096 : 4097, start_ms, random.between(0, 120), random.between(-1, 101),
-                            duration_ms};
-    std::copy_n(head, 5, record);
-    for (int32_t point = 0; point < 4; ++point) {
-      const int32_t values[] = {duration_ms * point / 3, random.between(0, 110), random.between(-55, 55)};
-      std::copy_n(values, 3, record + 5 + 3 * point);
-    }
+// Taps and vibrations with gaps and overlaps; the last is a vibration of at least that duration.
+template <class Source>
+std::vector<int32_t> make_pattern(Source& source, int32_t least_last_ms) {
+  std::vector<int32_t> pattern;
+  const auto append = [&](const std::initializer_list<int32_t>& fields) { pattern.insert(pattern.end(), fields); };
+  const int32_t events = source.between(1, 12);
+  for (int32_t i = 1, start_ms = 0; i <= events; ++i, start_ms += source.between(0, 200)) {
+    const int32_t type = i == events || source.between(0, 2) > 0 ? 4096 : 4097;
+    const int32_t duration_ms = source.between(i == events ? least_last_ms : 10, 300);
+    append({type, start_ms, source.between(0, 120), source.between(-1, 101), duration_ms});
+    for (int32_t point = 0; point < 4; ++point)
+      append({duration_ms * point / 3, source.between(0, 110), source.between(-55, 55)});
   }
-  return events * kRecord;
+  return pattern;
 }
 
 // Also the compact stream, where the profile asks for it.
 inline void patterns(Digest& d) {
-  int32_t pattern[kRecord * kMostEvents];
   for (int32_t i = 0; i < 12; ++i) {
-    const int32_t length = make_pattern(d.random, pattern);
+    const std::vector<int32_t> pattern = make_pattern(d.random, 10);
+    const auto length = static_cast<int32_t>(pattern.size());
     const int32_t loops = d.random.between(0, 3), gap_ms = d.random.between(-5, 60);
-    d.add(getLongSignalDataLength(loops, gap_ms, pattern, length));
-    d.add_output<uint8_t>(getLongSignalBufferLength(loops, gap_ms, pattern, length),
-                          [&](uint8_t* out) { return getLongSignalData(loops, gap_ms, pattern, out, length, 80000); });
+    d.add(getLongSignalDataLength(loops, gap_ms, pattern.data(), length));
+    d.add_output<uint8_t>(getLongSignalBufferLength(loops, gap_ms, pattern.data(), length), [&](uint8_t* out) {
+      return getLongSignalData(loops, gap_ms, pattern.data(), out, length, 80000);
+    });
   }
 }
 
@@ -186,13 +178,12 @@ constexpr struct {
 } kFamilies[] = {
     {"numbers", numbers}, {"taps", taps}, {"synthesisers", synthesisers}, {"tones", tones}, {"patterns", patterns}};
 
-// Calls visit() under every profile that makes a difference.
+// Calls visit() under every profile that makes a difference; only motor 832 reads the boost flag.
 template <class Visit>
 void every_profile(Visit visit) {
   for (const int32_t motor : {832, 1040, 9595, 81540, 1234}) {
     for (const int32_t chip : {0, 1, 11}) {
-      for (const int32_t boost : {0, 1}) {
-        if (motor != 832 && boost == 1) continue;  // nobody else reads it
+      for (int32_t boost = 0; boost <= (motor == 832 ? 1 : 0); ++boost) {
         setMotorType(motor);
         setChipType(chip);
         setBoostFlg(boost);
@@ -200,9 +191,6 @@ void every_profile(Visit visit) {
       }
     }
   }
-  setMotorType(1040);
-  setChipType(0);
-  setBoostFlg(0);
 }
 
 }  // namespace grid

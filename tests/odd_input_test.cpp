@@ -57,32 +57,24 @@ TEST(OddInput, HugeValuesDoNotOverflow) {
 
 TEST(OddInput, WithoutAPositiveDriveFrequencyThereIsNothing) {
   const ScopedProfile profile(1234);
-  const Integers lengths = {getFrequency(0),
-                            get_custom_wave_len(0),
-                            get_wav_len_high_frequency(0),
-                            getShortSignalDataLength_1040(0),
-                            get_sine_wave_len(0, 1),
-                            get_wave_func_wave_len(0, 300, 100, 2.5F)};
+  EXPECT_EQ(getFrequency(0), 0);
+  const Integers lengths = {get_custom_wave_len(0), get_wav_len_high_frequency(0), getShortSignalDataLength_1040(0),
+                            get_sine_wave_len(0, 1), get_wave_func_wave_len(0, 300, 100, 2.5F)};
   EXPECT_THAT(lengths, Each(0));
-  const Integers statuses = {shortWave_func(0, 80, nullptr),
-                             shortWave_func_custom(0, 80, nullptr),
-                             getShortSignalData_1040(0, 80, nullptr),
-                             sine(2, 0, 80, nullptr),
-                             get_sine(0, 80, nullptr, 1),
-                             wave_func(0, 80, 300, 10, 100, 10, nullptr, 2.5F)};
+  const Integers statuses = {shortWave_func(0, 80, nullptr), shortWave_func_custom(0, 80, nullptr),
+                             getShortSignalData_1040(0, 80, nullptr), sine(2, 0, 80, nullptr),
+                             get_sine(0, 80, nullptr, 1)};
   EXPECT_THAT(statuses, Each(0));
+  EXPECT_EQ(wave_func(0, 80, 300, 10, 100, 10, nullptr, 2.5F), 0);
   for (const int32_t hz : {0, -170, kMin}) {
     EXPECT_EQ(wave_func_custom(hz, 80, 300, 10, 100, 10, 0, nullptr, 1, 1, 1, 2.5F), 0) << hz;
   }
 }
 
 TEST(OddInput, NegativeCountsAndZeroTimesCountAsZero) {
-  const Integers nothing = {get_sine_wave_len(-170, 1),
-                            get_sine_wave_len(170, -1),
-                            sine(-4, 170, 80, nullptr),
-                            get_sine(170, 80, nullptr, -1),
-                            getIncreasingStepIntensity(-1, nullptr, 0, 1),
-                            transStringDataToInt(nullptr, -1, nullptr)};
+  EXPECT_EQ(transStringDataToInt(nullptr, -1, nullptr), 0);
+  const Integers nothing = {get_sine_wave_len(-170, 1), get_sine_wave_len(170, -1), sine(-4, 170, 80, nullptr),
+                            get_sine(170, 80, nullptr, -1), getIncreasingStepIntensity(-1, nullptr, 0, 1)};
   EXPECT_THAT(nothing, Each(0));
   const int32_t length = get_wave_func_wave_len(50, 300, 100, 0);
   EXPECT_EQ(get_wave_func_wave_len(50, 300, 100, -5), length);

@@ -12,9 +12,9 @@
 namespace {
 
 uint64_t render_everything(uint32_t seed) {
-  grid::Digest digest(seed);
+  grid::Digest digest{.random = {seed}};
   for (const auto& family : grid::kFamilies) family.walk(digest);
-  return digest.value();
+  return digest.value;
 }
 
 TEST(Threads, RenderWhatOneThreadAloneRenders) {
