@@ -2,7 +2,7 @@
 // threads. Nothing here writes the profile or depends on the platform.
 #pragma once
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -48,29 +48,15 @@ struct Digest {
   }
 };
 
-constexpr float (*kGains[])(int32_t) = {
-    custom_wave_transform, getIntensityMax, getIntensityMax_0832, getIntensityMax_1040,
-    getIntensityMax_9595,  getC0,           getZeroTime};
-constexpr int32_t (*kLevelCurves[])(int32_t) = {getFrequency,
-                                                getFrequency_0832_ShortData,
-                                                getFrequency_1040_ShortData,
-                                                getFrequency_9595_ShortData,
-                                                getFrequency_0815_ShortData,
-                                                getCycle,
-                                                getF1,
-                                                get_custom_wave_len,
-                                                get_wav_len_high_frequency};
-constexpr int32_t (*kCurvesOfTwo[])(int32_t, int32_t) = {getFrequency_4096,
-                                                         getFrequency_0832,
-                                                         getFrequency_1040,
-                                                         getFrequency_9595,
-                                                         getFrequency_081540,
-                                                         getIntensity,
-                                                         getIntensity_0832,
-                                                         getIntensity_1040,
-                                                         getIntensity_9595,
-                                                         getA1,
-                                                         getA2};
+constexpr auto kGains =
+    std::to_array<float (*)(int32_t)>({custom_wave_transform, getIntensityMax, getIntensityMax_0832,
+                                       getIntensityMax_1040, getIntensityMax_9595, getC0, getZeroTime});
+constexpr auto kLevelCurves = std::to_array<int32_t (*)(int32_t)>(
+    {getFrequency, getFrequency_0832_ShortData, getFrequency_1040_ShortData, getFrequency_9595_ShortData,
+     getFrequency_0815_ShortData, getCycle, getF1, get_custom_wave_len, get_wav_len_high_frequency});
+constexpr auto kCurvesOfTwo = std::to_array<int32_t (*)(int32_t, int32_t)>(
+    {getFrequency_4096, getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540, getIntensity,
+     getIntensity_0832, getIntensity_1040, getIntensity_9595, getA1, getA2});
 
 // Everything that returns a number.
 inline void numbers(Digest& d) {
@@ -147,14 +133,14 @@ inline void tones(Digest& d) {
 template <class Source>
 std::vector<int32_t> make_pattern(Source& source, int32_t least_last_ms) {
   std::vector<int32_t> pattern;
-  const auto append = [&](const std::initializer_list<int32_t>& fields) { pattern.insert(pattern.end(), fields); };
+  const auto add = [&](const std::initializer_list<int32_t>& fields) { pattern.insert(pattern.end(), fields); };
   const int32_t events = source.between(1, 12);
   for (int32_t i = 1, start_ms = 0; i <= events; ++i, start_ms += source.between(0, 200)) {
     const int32_t type = i == events || source.between(0, 2) > 0 ? 4096 : 4097;
     const int32_t duration_ms = source.between(i == events ? least_last_ms : 10, 300);
-    append({type, start_ms, source.between(0, 120), source.between(-1, 101), duration_ms});
+    add({type, start_ms, source.between(0, 120), source.between(-1, 101), duration_ms});
     for (int32_t point = 0; point < 4; ++point)
-      append({duration_ms * point / 3, source.between(0, 110), source.between(-55, 55)});
+      add({duration_ms * point / 3, source.between(0, 110), source.between(-55, 55)});
   }
   return pattern;
 }

@@ -58,24 +58,23 @@ TEST(OddInput, HugeValuesDoNotOverflow) {
 TEST(OddInput, WithoutAPositiveDriveFrequencyThereIsNothing) {
   const ScopedProfile profile(1234);
   EXPECT_EQ(getFrequency(0), 0);
-  const Integers lengths = {get_custom_wave_len(0), get_wav_len_high_frequency(0), getShortSignalDataLength_1040(0),
-                            get_sine_wave_len(0, 1), get_wave_func_wave_len(0, 300, 100, 2.5F)};
-  EXPECT_THAT(lengths, Each(0));
-  const Integers statuses = {shortWave_func(0, 80, nullptr), shortWave_func_custom(0, 80, nullptr),
-                             getShortSignalData_1040(0, 80, nullptr), sine(2, 0, 80, nullptr),
-                             get_sine(0, 80, nullptr, 1)};
-  EXPECT_THAT(statuses, Each(0));
-  EXPECT_EQ(wave_func(0, 80, 300, 10, 100, 10, nullptr, 2.5F), 0);
+  EXPECT_THAT(Integers({get_custom_wave_len(0), get_wav_len_high_frequency(0), getShortSignalDataLength_1040(0),
+                        get_sine_wave_len(0, 1), get_wave_func_wave_len(0, 300, 100, 2.5F)}),
+              Each(0));
+  EXPECT_THAT(Integers({shortWave_func(0, 80, nullptr), shortWave_func_custom(0, 80, nullptr),
+                        getShortSignalData_1040(0, 80, nullptr), sine(2, 0, 80, nullptr), get_sine(0, 80, nullptr, 1),
+                        wave_func(0, 80, 300, 10, 100, 10, nullptr, 2.5F)}),
+              Each(0));
   for (const int32_t hz : {0, -170, kMin}) {
     EXPECT_EQ(wave_func_custom(hz, 80, 300, 10, 100, 10, 0, nullptr, 1, 1, 1, 2.5F), 0) << hz;
   }
 }
 
 TEST(OddInput, NegativeCountsAndZeroTimesCountAsZero) {
-  EXPECT_EQ(transStringDataToInt(nullptr, -1, nullptr), 0);
-  const Integers nothing = {get_sine_wave_len(-170, 1), get_sine_wave_len(170, -1), sine(-4, 170, 80, nullptr),
-                            get_sine(170, 80, nullptr, -1), getIncreasingStepIntensity(-1, nullptr, 0, 1)};
-  EXPECT_THAT(nothing, Each(0));
+  EXPECT_THAT(Integers({get_sine_wave_len(-170, 1), get_sine_wave_len(170, -1), sine(-4, 170, 80, nullptr),
+                        get_sine(170, 80, nullptr, -1), getIncreasingStepIntensity(-1, nullptr, 0, 1),
+                        transStringDataToInt(nullptr, -1, nullptr)}),
+              Each(0));
   const int32_t length = get_wave_func_wave_len(50, 300, 100, 0);
   EXPECT_EQ(get_wave_func_wave_len(50, 300, 100, -5), length);
   EXPECT_EQ(get_wave_func_wave_len_custom(50, -300, 100, 1, 3, 0.5F, -5),
@@ -204,13 +203,13 @@ TEST(OddInput, NullPointersAreRefusedWhereSomethingWouldBeReadOrWritten) {
     EXPECT_EQ(getLongSignalData(1, 0, nullptr, &byte, 17, 1000), -1);
     EXPECT_EQ(getLongSignalData(1, 0, exact.data(), nullptr, 17, 1000), -1);
   }
-  const Integers refused = {sine(2, 170, 80, nullptr),         getIncreasingStepIntensity(1, nullptr, 0, 1),
-                            get_sine(170, 80, nullptr, 1),     transStringDataToInt(nullptr, 1, &integer),
-                            get_4097_wave(0, 80, 50, nullptr), transStringDataToInt(&byte, 1, nullptr),
-                            get_4096_wave(nullptr, &byte, 0),  get_4096_wave(exact.data(), nullptr, 0)};
-  EXPECT_THAT(refused, Each(-1));
-  EXPECT_EQ(wave_func(50, 80, 300, 10, 100, 10, nullptr, 2.5F), -1);
-  EXPECT_EQ(wave_func_custom(170, 80, 300, 10, 100, 10, 0, nullptr, 1, 1, 1, 2.5F), -1);
+  EXPECT_THAT(
+      Integers({sine(2, 170, 80, nullptr), getIncreasingStepIntensity(1, nullptr, 0, 1), get_sine(170, 80, nullptr, 1),
+                transStringDataToInt(nullptr, 1, &integer), get_4097_wave(0, 80, 50, nullptr),
+                transStringDataToInt(&byte, 1, nullptr), get_4096_wave(nullptr, &byte, 0),
+                get_4096_wave(exact.data(), nullptr, 0), wave_func(50, 80, 300, 10, 100, 10, nullptr, 2.5F),
+                wave_func_custom(170, 80, 300, 10, 100, 10, 0, nullptr, 1, 1, 1, 2.5F)}),
+      Each(-1));
   for (const auto write :
        {getShortSignalData, getShortSignalData_0832, getShortSignalData_1040, getShortSignalData_9595, shortWave_func,
         shortWave_func_custom, shortWave_func_custom_0832, shortWave_func_custom_9595}) {

@@ -1,13 +1,10 @@
 // Estimated rendering against the definition of every sample, on the library's inner parts.
 #include "tone/speculation.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <random>
-#include <vector>
 
 #include "curves/intensity.h"
+#include "digest_families.h"
 #include "pattern/curve_segment.h"
 #include "support.h"
 #include "transient/scaling.h"
@@ -38,19 +35,11 @@ void compare(const CurveSegment& segment, int32_t first, int32_t count, Share& s
   share.samples += count;
 }
 
-class Random {
- public:
-  int32_t between(int32_t low, int32_t high) { return std::uniform_int_distribution<int32_t>(low, high)(engine_); }
-
-  CurvePoint point(int32_t largest_intensity) {
-    const int32_t offset = between(-50, 50);
-    const float intensity = static_cast<float>(between(0, largest_intensity));
-    return {offset_frequency_hz(base_frequency_hz(), offset), offset_gain(offset) * 128.0F * intensity / 100.0F};
-  }
-
- private:
-  std::mt19937 engine_{20240229};
-};
+CurvePoint random_point(grid::Random& random) {
+  const int32_t offset = random.between(-50, 50);
+  const auto intensity = static_cast<float>(random.between(0, 100));
+  return {offset_frequency_hz(base_frequency_hz(), offset), offset_gain(offset) * 128.0F * intensity / 100.0F};
+}
 
 TEST(FastSine, KeepsItsBoundOverTheWholeRange) {
   double worst = 0;
@@ -65,14 +54,14 @@ TEST(FastSine, KeepsItsBoundOverTheWholeRange) {
 }
 
 TEST(Speculation, GivesTheDefinedBytesOfOrdinaryEvents) {
-  Random random;
+  grid::Random random;
   Share share;
   for (const int32_t motor : {1040, 832, 9595, 81540}) {
     for (const int32_t chip : {0, 1}) {
       const ScopedProfile profile(motor, chip, random.between(0, 1));
       for (int event = 0; event < 60; ++event) {
         const int32_t count = samples_per_ms() * random.between(5, 400);
-        compare(CurveSegment(random.point(100), random.point(100), count), 0, count, share);
+        compare(CurveSegment(random_point(random), random_point(random), count), 0, count, share);
       }
     }
   }
@@ -111,12 +100,9 @@ TEST(Speculation, DoubtsWhatIsNotANumber) {
 }
 
 TEST(Truncation, SaturatesAndTakesNanForZero) {
-  EXPECT_EQ(truncate(std::nan("")), 0);
-  EXPECT_EQ(truncate(-2147483648.9), INT32_MIN);
-  EXPECT_EQ(truncate(2147483647.9), INT32_MAX);
-  EXPECT_EQ(truncate(-HUGE_VALF), INT32_MIN);
-  EXPECT_EQ(truncate(HUGE_VALF), INT32_MAX);
-  EXPECT_EQ(truncate(-1.9F), -1);
+  EXPECT_THAT(Integers({truncate(std::nan("")), truncate(-1.9F), truncate(-2147483648.9), truncate(-HUGE_VALF),
+                        truncate(2147483647.9), truncate(HUGE_VALF)}),
+              testing::ElementsAre(0, -1, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX));
 }
 
 // Only a value right beside a whole number could be moved across it.
