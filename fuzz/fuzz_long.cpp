@@ -7,10 +7,6 @@
 
 namespace {
 
-using fuzz::Extent;
-using fuzz::Input;
-using fuzz::require;
-
 void bend(Input& in, std::vector<int32_t>& pattern) {
   for (int32_t bends = in.raw<uint8_t>() % 4; bends >= 0; --bends) {
     pattern[in.raw<uint8_t>() % pattern.size()] = in.flip() ? 4096 + in.flip() : in.integer();
@@ -41,9 +37,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   const int32_t whole = getLongSignalBufferLength(loops, gap_ms, pattern.data(), length);
   const bool plain_rate = SAMPLE_RATE == 24000 || SAMPLE_RATE == 12000;
   if (kind == 0 && plain_rate && (loops < 2 || IC_TYPE == 11)) require(plain == whole);
-  fuzz::check_output<uint8_t>(whole, IC_TYPE == 11 ? Extent::kWhole : Extent::kPart, [&](uint8_t* out) {
+  check_output<uint8_t>(whole, IC_TYPE == 11 ? Extent::kWhole : Extent::kPart, [&](uint8_t* out) {
     const int32_t status = getLongSignalData(loops, gap_ms, pattern.data(), out, length, limit_ms);
-    const int32_t gap = fuzz::samples(gap_ms);
+    const int32_t gap = to_samples(gap_ms);
     if (status == 0 && kind == 0 && plain_rate && IC_TYPE != 11 && loops > 1 && gap >= 0 && out != nullptr) {
       require(std::equal(out, out + plain, out + (loops - 1) * (int64_t{plain} + gap)));
     }

@@ -7,11 +7,6 @@
 
 namespace {
 
-using fuzz::check_output;
-using fuzz::Extent;
-using fuzz::Input;
-using fuzz::require;
-
 void tap(Input& in) {
   const grid::TapFunctions& functions = grid::kTaps[in.raw<uint8_t>() % std::size(grid::kTaps)];
   const int32_t level = in.integer(), intensity = in.integer();
@@ -59,12 +54,11 @@ void tone(Input& in) {
 void event(Input& in) {
   std::vector<int32_t> record(17);
   for (int32_t& field : record) field = in.integer();
-  const int32_t limit = in.integer(), start = fuzz::samples(record[1]),
-                tap_length = getShortSignalDataLength(record[3]);
-  check_output<uint8_t>(std::max(0, fuzz::samples(record[4])), Extent::kWhole,
+  const int32_t limit = in.integer(), start = to_samples(record[1]), tap_length = getShortSignalDataLength(record[3]);
+  check_output<uint8_t>(std::max(0, to_samples(record[4])), Extent::kWhole,
                         [&](uint8_t* out) { return get_4096_wave(record.data(), out, limit); });
   const bool drawn = start >= 0 && tap_length > 0;
-  if (start > fuzz::kMostElements) return;
+  if (start > kMostElements) return;
   check_output<uint8_t>(drawn ? start + tap_length : 0, Extent::kPart,
                         [&](uint8_t* out) { return get_4097_wave(record[1], record[2], record[3], out); });
 }

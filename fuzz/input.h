@@ -9,14 +9,12 @@
 
 #include "lrasynth.h"
 
-namespace fuzz {
-
 inline void require(bool promise) {
   if (!promise) std::abort();
 }
 
 // A 32-bit product, as the header says.
-inline int32_t samples(int32_t ms) {
+inline int32_t to_samples(int32_t ms) {
   return static_cast<int32_t>(static_cast<uint32_t>(SAMPLE_RATE / 1000) * static_cast<uint32_t>(ms));
 }
 
@@ -86,5 +84,3 @@ void check_output(int32_t length, Extent extent, Call call) {
   }
   if (length > 0) require(call(static_cast<Sample*>(nullptr)) == -1);
 }
-
-}  // namespace fuzz

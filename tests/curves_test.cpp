@@ -1,10 +1,6 @@
 // Frequency and intensity curves at the edges of their bands.
 #include "support.h"
 
-namespace {
-
-using testing::ElementsAre;
-
 TEST(FrequencyCurves, LevelsAtBandEdges) {
   const int32_t rows[][5] = {{0, 80, 80, 200, 80},     {1, 81, 81, 200, 81},     {25, 115, 115, 217, 105},
                              {39, 134, 134, 227, 119}, {40, 146, 146, 228, 120}, {49, 158, 158, 234, 129},
@@ -98,5 +94,3 @@ TEST(IntensityCurves, CycleCounts) {
   const int32_t rows[][2] = {{-1, 3}, {24, 3}, {25, 2}, {70, 2}, {71, 4}, {101, 4}};
   for (const auto& [level, cycles] : rows) EXPECT_EQ(getCycle(level), cycles) << level;
 }
-
-}  // namespace

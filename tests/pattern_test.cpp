@@ -3,9 +3,6 @@
 
 namespace {
 
-using testing::Each;
-using testing::ElementsAre;
-
 constexpr int32_t kEventStreamChip = 11;
 
 // A steady event at the base frequency: 32 sample units on motor 1040 at 100 %.

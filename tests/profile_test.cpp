@@ -1,12 +1,9 @@
 // The device profile and the sample codes.
 #include "support.h"
 
-namespace {
-
 // Runs first in its process: nothing has been set yet.
 TEST(Profile, HoldsItsLoadTimeValues) {
-  EXPECT_THAT((Integers{IC_TYPE, SAMPLE_RATE, getMotorType(), getBoostFlg(), F0}),
-              testing::ElementsAre(0, 24000, 1040, 1, 170));
+  EXPECT_THAT((Integers{IC_TYPE, SAMPLE_RATE, getMotorType(), getBoostFlg(), F0}), ElementsAre(0, 24000, 1040, 1, 170));
 }
 
 TEST(Profile, ChipTypeFixesTheSampleRate) {
@@ -50,5 +47,3 @@ TEST(SampleCodes, CodeAndMirrorOffsetValues) {
   const int32_t whole_rows[][2] = {{128, 255}, {129, 2}, {0, 127}, {256, 129}, {1, 128}, {255, 128}};
   for (const auto& [whole, code] : whole_rows) EXPECT_EQ(custom_wave_transform(whole), static_cast<float>(code));
 }
-
-}  // namespace

@@ -61,7 +61,7 @@ TEST(Speculation, GivesTheDefinedBytesOfOrdinaryEvents) {
       const ScopedProfile profile(motor, chip, random.between(0, 1));
       for (int event = 0; event < 60; ++event) {
         const int32_t count = samples_per_ms() * random.between(5, 400);
-        compare(CurveSegment(random_point(random), random_point(random), count), 0, count, share);
+        compare(CurveSegment{random_point(random), random_point(random), count}, 0, count, share);
       }
     }
   }
@@ -102,7 +102,7 @@ TEST(Speculation, DoubtsWhatIsNotANumber) {
 TEST(Truncation, SaturatesAndTakesNanForZero) {
   EXPECT_THAT(Integers({truncate(std::nan("")), truncate(-1.9F), truncate(-2147483648.9), truncate(-HUGE_VALF),
                         truncate(2147483647.9), truncate(HUGE_VALF)}),
-              testing::ElementsAre(0, -1, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX));
+              ElementsAre(0, -1, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX));
 }
 
 // Only a value right beside a whole number could be moved across it.

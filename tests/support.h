@@ -12,6 +12,9 @@
 
 #include "lrasynth.h"
 
+using testing::Each;
+using testing::ElementsAre;
+
 using Bytes = std::vector<uint8_t>;
 using Integers = std::vector<int32_t>;
 
@@ -21,7 +24,6 @@ class ScopedProfile {
  public:
   explicit ScopedProfile(int32_t motor, int32_t chip = 0, int32_t boost_flag = 1) { set(motor, chip, boost_flag); }
   ScopedProfile(const ScopedProfile&) = delete;
-  ScopedProfile& operator=(const ScopedProfile&) = delete;
   ~ScopedProfile() { set(1040, 0, 1); }
 
  private:

@@ -84,7 +84,7 @@ TEST(Tables, AreWhatTheHeaderSays) {
   const auto grown = [](const Lobe& a, const Lobe& b) { return a.begin <= b.begin || a.end <= b.end; };
   EXPECT_EQ(std::adjacent_find(first_of_9595.begin(), first_of_9595.end(), grown), first_of_9595.end());
   const Lobe low = first_of_9595.front(), high = first_of_9595.back();
-  EXPECT_THAT((std::vector{low.begin, low.end, high.begin, high.end}), testing::ElementsAre(34, 250, 5, 37));
+  EXPECT_THAT((std::vector{low.begin, low.end, high.begin, high.end}), ElementsAre(34, 250, 5, 37));
 }
 
 TEST(Tables, RiseAsKnown) {

@@ -3,9 +3,6 @@
 
 namespace {
 
-using testing::Each;
-using testing::ElementsAre;
-
 Bytes tone(int32_t half_periods, int32_t hz, int32_t amplitude) {
   return filled<uint8_t>(get_sine_wave_len(hz, static_cast<float>(half_periods) * 0.5F),
                          [=](uint8_t* out) { return sine(half_periods, hz, amplitude, out); });

@@ -3,11 +3,6 @@
 
 #include "support.h"
 
-namespace {
-
-using testing::Each;
-using testing::ElementsAre;
-
 TEST(Timing, BandsOfLevels) {
   const struct {
     int32_t level;
@@ -164,5 +159,3 @@ TEST(Widening, ZeroExtends) {
   EXPECT_EQ(transStringDataToInt(bytes, 4, out.data()), 0);
   EXPECT_THAT(out, ElementsAre(0, 1, 128, 255));
 }
-
-}  // namespace
