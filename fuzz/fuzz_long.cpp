@@ -23,7 +23,7 @@ std::vector<int32_t> arbitrary(Input& in) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
-  Input in(bytes, size);
+  Input in{bytes, size};
   in.set_profile();
   const uint8_t kind = in.raw<uint8_t>() % 4;
   // In well-formed ones the last vibration ends last.

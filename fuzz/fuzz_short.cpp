@@ -54,12 +54,11 @@ void tone(Input& in) {
 void event(Input& in) {
   std::vector<int32_t> record(17);
   for (int32_t& field : record) field = in.integer();
-  const int32_t limit = in.integer(), start = to_samples(record[1]), tap_length = getShortSignalDataLength(record[3]);
+  const int32_t limit = in.integer(), start = to_samples(record[1]), length = getShortSignalDataLength(record[3]);
   check_output<uint8_t>(std::max(0, to_samples(record[4])), Extent::kWhole,
                         [&](uint8_t* out) { return get_4096_wave(record.data(), out, limit); });
-  const bool drawn = start >= 0 && tap_length > 0;
   if (start > kMostElements) return;
-  check_output<uint8_t>(drawn ? start + tap_length : 0, Extent::kPart,
+  check_output<uint8_t>(start >= 0 && length > 0 ? start + length : 0, Extent::kPart,
                         [&](uint8_t* out) { return get_4097_wave(record[1], record[2], record[3], out); });
 }
 
@@ -75,8 +74,8 @@ constexpr void (*kCalls[])(Input&) = {tap, curves, transient, tone, event, widen
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
-  Input in(bytes, size);
+  Input in{bytes, size};
   in.set_profile();
-  for (int call = 0; call < 8 && !in.empty(); ++call) kCalls[in.raw<uint8_t>() % std::size(kCalls)](in);
+  for (int call = 0; call < 8 && in.left > 0; ++call) kCalls[in.raw<uint8_t>() % std::size(kCalls)](in);
   return 0;
 }

@@ -18,20 +18,18 @@ inline int32_t to_samples(int32_t ms) {
   return static_cast<int32_t>(static_cast<uint32_t>(SAMPLE_RATE / 1000) * static_cast<uint32_t>(ms));
 }
 
-class Input {
- public:
-  Input(const uint8_t* bytes, size_t size) : next_(bytes), left_(size) {}
-
-  bool empty() const { return left_ == 0; }
+struct Input {
+  const uint8_t* next;
+  size_t left;
 
   // Zeros follow the last byte.
   template <class Value>
   Value raw() {
     Value value{};
-    const size_t n = std::min(left_, sizeof value);
-    std::memcpy(&value, next_, n);
-    next_ += n;
-    left_ -= n;
+    const size_t n = std::min(left, sizeof value);
+    std::memcpy(&value, next, n);
+    next += n;
+    left -= n;
     return value;
   }
 
@@ -53,10 +51,6 @@ class Input {
     setBoostFlg(integer());
     if (flip() && flip()) SAMPLE_RATE = flip() ? raw<int32_t>() : 1000 * raw<int8_t>();
   }
-
- private:
-  const uint8_t* next_;
-  size_t left_;
 };
 
 // So that one execution stays fast.
@@ -70,17 +64,15 @@ template <class Sample, class Call>
 void check_output(int32_t length, Extent extent, Call call) {
   require(length >= 0);
   if (length > kMostElements) return;
-  const size_t size = static_cast<size_t>(length) * sizeof(Sample);
-  const auto once = std::make_unique<Sample[]>(static_cast<size_t>(length));
-  const auto again = std::make_unique<Sample[]>(static_cast<size_t>(length));
+  const auto count = static_cast<size_t>(length), size = count * sizeof(Sample);
+  const auto once = std::make_unique<Sample[]>(count), again = std::make_unique<Sample[]>(count);
   std::memset(again.get(), extent == Extent::kWhole ? 0xA5 : 0, size);
   const int32_t status = call(once.get());
   require(status == 0 || status == -1);
   if (status == 0) {
-    require(call(again.get()) == 0);
-    require(std::memcmp(once.get(), again.get(), size) == 0);
+    require(call(again.get()) == 0 && std::memcmp(once.get(), again.get(), size) == 0);
   } else if (extent == Extent::kWhole) {
-    require(std::all_of(once.get(), once.get() + length, [](Sample sample) { return sample == Sample{}; }));
+    require(std::count(once.get(), once.get() + count, Sample{}) == length);
   }
   if (length > 0) require(call(static_cast<Sample*>(nullptr)) == -1);
 }

@@ -37,13 +37,12 @@ TEST(FrequencyCurves, OffsetsAroundABase) {
     const ScopedProfile profile(motor, 0, boost_flag);
     EXPECT_EQ(getFrequency_4096(base_hz, offset), hz) << motor << " " << offset;
   }
-  EXPECT_EQ(getFrequency_1040(123456789, 0), 123456789);  // which single precision cannot hold
-  EXPECT_EQ(getFrequency_0832(123456789, 0), 123456789);
+  // Which single precision cannot hold.
+  for (const auto hertz : {getFrequency_0832, getFrequency_1040}) EXPECT_EQ(hertz(123456789, 0), 123456789);
   // The functions of one model do not clamp.
-  EXPECT_EQ(getFrequency_1040(170, 60), 332);
-  EXPECT_EQ(getFrequency_9595(170, 60), 320);
-  EXPECT_EQ(getFrequency_0832(235, -60), 193);
-  EXPECT_EQ(getFrequency_081540(130, 60), 394);
+  EXPECT_THAT(Integers({getFrequency_1040(170, 60), getFrequency_9595(170, 60), getFrequency_0832(235, -60),
+                        getFrequency_081540(130, 60)}),
+              ElementsAre(332, 320, 193, 394));
 }
 
 TEST(FrequencyCurves, StepValueIsSinglePrecision) {

@@ -23,8 +23,7 @@ TEST(FloatingPoint, EnvironmentIsLeftAsItWas) {
   static uint8_t out[4096];
   for (const unsigned flush : {0U, kFlushSubnormals}) {
     for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_TOWARDZERO}) {
-      fenv_t before;
-      fenv_t after;
+      fenv_t before, after;
       std::fesetround(rounding);
       std::fegetenv(&before);
       control(before) |= flush;

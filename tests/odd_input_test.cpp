@@ -6,6 +6,7 @@
 
 namespace {
 
+constexpr int32_t kMin = INT32_MIN, kMax = INT32_MAX;
 constexpr std::size_t kPerMs = 24;
 
 Integers vibration(int32_t start_ms, int32_t duration_ms) {
@@ -16,50 +17,48 @@ Integers tap_at(int32_t start_ms) { return transient(start_ms, 80, 60); }
 Rendered render(const std::vector<Integers>& records) { return pattern(request_of(records)); }
 
 TEST(OddInput, FloatsOutOfRangeSaturateAndNanIsZero) {
-  const std::pair<float, int32_t> rows[] = {
-      {1e30F, INT32_MAX}, {INFINITY, INT32_MAX}, {-1e30F, 0}, {NAN, 0}, {-INFINITY, 0}};
+  const std::pair<float, int32_t> rows[] = {{1e30F, kMax}, {INFINITY, kMax}, {-1e30F, 0}, {NAN, 0}, {-INFINITY, 0}};
   for (const auto& [value, count] : rows) {
     EXPECT_EQ(get_sine_wave_len(170, value), count) << value;
     EXPECT_EQ(get_wave_func_wave_len_custom(50, 0, 0, 0, 0, 0, value), count) << value;
     EXPECT_EQ(get_wave_func_wave_len_custom(50, 300, 100, value, 0, 0, 0), count) << value;
   }
   for (const auto hertz : {getFrequency_0832, getFrequency_1040, getFrequency_081540}) {
-    for (const int32_t limit : {INT32_MIN, INT32_MAX}) EXPECT_EQ(hertz(limit, limit), limit);
+    for (const int32_t limit : {kMin, kMax}) EXPECT_EQ(hertz(limit, limit), limit);
   }
-  EXPECT_THAT(Integers({getFrequency_0832_ShortData(INT32_MAX), getFrequency_1040_ShortData(INT32_MAX),
-                        getFrequency_9595_ShortData(INT32_MAX), getFrequency_0815_ShortData(INT32_MAX)}),
-              Each(INT32_MAX));
+  EXPECT_THAT(Integers({getFrequency_0832_ShortData(kMax), getFrequency_1040_ShortData(kMax),
+                        getFrequency_9595_ShortData(kMax), getFrequency_0815_ShortData(kMax)}),
+              Each(kMax));
 }
 
 TEST(OddInput, HugeValuesDoNotOverflow) {
-  for (const int32_t limit : {INT32_MIN, INT32_MAX}) EXPECT_EQ(getA1(56, limit), limit);
-  const auto tone = filled<float>(141, [](float* out) { return get_sine(170, INT32_MAX, out, 1); });
+  for (const int32_t limit : {kMin, kMax}) EXPECT_EQ(getA1(56, limit), limit);
+  const auto tone = filled<float>(141, [](float* out) { return get_sine(170, kMax, out, 1); });
   EXPECT_EQ(*std::max_element(tone.begin(), tone.end()), 382);
   EXPECT_NEAR(*std::min_element(tone.begin(), tone.end()), -2.55F * 2147483647.0F, 1e6F);
   for (const int32_t motor : {832, 1040, 9595}) {
     const ScopedProfile profile(motor);
-    for (const int32_t intensity : {INT32_MIN, INT32_MAX}) {
+    for (const int32_t intensity : {kMin, kMax}) {
       for (int32_t level = 0; level <= 100; level += 5) tap(level, intensity);
       EXPECT_EQ(pattern(curve(0, 30, {0, 10, 20, 30}, {0, intensity, 7, intensity})).status, 0);
     }
   }
   // Phases beyond any estimate.
-  filled<uint8_t>(get_sine_wave_len(30000, 40000), [](uint8_t* out) { return sine(80000, 30000, INT32_MIN, out); });
+  filled<uint8_t>(get_sine_wave_len(30000, 40000), [](uint8_t* out) { return sine(80000, 30000, kMin, out); });
   filled<int32_t>(get_wave_func_wave_len_custom(50, 30000, 0, 0, 4e4F, 0, 0),
                   [](int32_t* out) { return wave_func_custom(170, 0, 30000, 9, 0, 0, 0, out, 0, 4e4F, 0, 0); });
 }
 
 TEST(OddInput, WithoutAPositiveDriveFrequencyThereIsNothing) {
   const ScopedProfile profile(1234);
-  EXPECT_EQ(getFrequency(0), 0);
-  EXPECT_THAT(Integers({get_custom_wave_len(0), get_wav_len_high_frequency(0), getShortSignalDataLength_1040(0),
-                        get_sine_wave_len(0, 1), get_wave_func_wave_len(0, 300, 100, 2.5F)}),
-              Each(0));
-  EXPECT_THAT(Integers({shortWave_func(0, 80, nullptr), shortWave_func_custom(0, 80, nullptr),
-                        getShortSignalData_1040(0, 80, nullptr), sine(2, 0, 80, nullptr), get_sine(0, 80, nullptr, 1),
-                        wave_func(0, 80, 300, 10, 100, 10, nullptr, 2.5F)}),
-              Each(0));
-  for (const int32_t hz : {0, -170, INT32_MIN}) {
+  EXPECT_THAT(
+      Integers({getFrequency(0), get_custom_wave_len(0), get_wav_len_high_frequency(0),
+                getShortSignalDataLength_1040(0), get_sine_wave_len(0, 1), get_wave_func_wave_len(0, 300, 100, 2.5F),
+                shortWave_func(0, 80, nullptr), shortWave_func_custom(0, 80, nullptr),
+                getShortSignalData_1040(0, 80, nullptr), sine(2, 0, 80, nullptr), get_sine(0, 80, nullptr, 1),
+                wave_func(0, 80, 300, 10, 100, 10, nullptr, 2.5F)}),
+      Each(0));
+  for (const int32_t hz : {0, -170, kMin}) {
     EXPECT_EQ(wave_func_custom(hz, 80, 300, 10, 100, 10, 0, nullptr, 1, 1, 1, 2.5F), 0) << hz;
   }
 }
@@ -80,7 +79,7 @@ TEST(OddInput, NegativeCountsAndZeroTimesCountAsZero) {
 }
 
 TEST(OddInput, AnySampleRateFillsExactlyTheReportedLength) {
-  for (const int32_t rate : {INT32_MIN, -24000, -1, 0, 1, 999, 1000, 7919, 16000, 44100, 96000, 10000000}) {
+  for (const int32_t rate : {kMin, -24000, -1, 0, 1, 999, 1000, 7919, 16000, 44100, 96000, 10000000}) {
     const ScopedProfile profile(1040);
     SAMPLE_RATE = rate;
     const bool huge = rate > 96000;
@@ -99,7 +98,7 @@ TEST(OddInput, AnySampleRateFillsExactlyTheReportedLength) {
 }
 
 TEST(OddInput, RequestsShorterThanARecordAreEmpty) {
-  for (const int32_t length : {16, 1, 0, -1, INT32_MIN}) {
+  for (const int32_t length : {16, 1, 0, -1, kMin}) {
     const Integers exact(static_cast<std::size_t>(std::max(1, length)), 4096);
     Bytes bytes(2, kUntouched);
     EXPECT_EQ(getLongSignalDataLength(3, 5, exact.data(), length), 0);
@@ -144,14 +143,8 @@ TEST(OddInput, CurvesAreDrawnWhereTheyFallInsideTheEvent) {
   const struct {
     Integers times;
     std::size_t end_ms;  // of what is drawn; rest beyond
-  } rows[] = {{{0, 10, 20, 30}, 30},
-              {{0, 10, 20, 90}, 50},
-              {{60, 70, 80, 90}, 30},
-              {{0, 0, -9, -9}, 0},
-              {{0, 30, 20, 40}, 40},
-              {{0, -9, -9, 20}, 20},
-              {{0, INT32_MAX, INT32_MIN, -1}, 0},
-              {{0, -1, -40, -20}, 0}};
+  } rows[] = {{{0, 10, 20, 30}, 30}, {{0, 10, 20, 90}, 50}, {{60, 70, 80, 90}, 30},   {{0, 0, -9, -9}, 0},
+              {{0, 30, 20, 40}, 40}, {{0, -9, -9, 20}, 20}, {{0, kMax, kMin, -1}, 0}, {{0, -1, -40, -20}, 0}};
   for (const auto& row : rows) {
     const Bytes out = pattern(curve(0, 50, row.times, {80, 80, 80, 80})).bytes;
     ASSERT_EQ(out.size(), 50 * kPerMs);
@@ -181,7 +174,7 @@ TEST(OddInput, TransientsAreCutAtTheEndOfPassOrFurthestVibration) {
 
 TEST(OddInput, LayoutsThatDoNotFitAreRefused) {
   const int32_t rows[][4] = {
-      {0, 2, -21, 0}, {0, INT32_MAX, 0, 0}, {0, 2, 85000000, 8000000}, {0, 300, -1, 89478000}, {11, INT32_MAX, 0, 0}};
+      {0, 2, -21, 0}, {0, kMax, 0, 0}, {0, 2, 85000000, 8000000}, {0, 300, -1, 89478000}, {11, kMax, 0, 0}};
   for (const auto& [chip, loops, gap_ms, start_ms] : rows) {
     const ScopedProfile profile(1040, chip);
     const Integers exact = vibration(start_ms, 20);
