@@ -1,7 +1,4 @@
 // Fuzzes long-signal requests: well-formed ones, such bent in a few places, and arbitrary integers.
-#include <cstdint>
-#include <vector>
-
 #include "digest_families.h"
 #include "input.h"
 

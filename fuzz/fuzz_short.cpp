@@ -1,7 +1,4 @@
 // Fuzzes the profile, the short signals and all building blocks.
-#include <cstdint>
-#include <vector>
-
 #include "digest_families.h"
 #include "input.h"
 

@@ -1,6 +1,4 @@
 // Prints a digest of every family of results: two builds that print the same render the same bytes.
-#include <cmath>
-#include <cstdint>
 #include <cstdio>
 
 #include "digest_families.h"

@@ -32,8 +32,8 @@ TEST(FloatingPoint, EnvironmentIsLeftAsItWas) {
       EXPECT_EQ(smallest / 2 == 0, flush != 0);
       void* const library = dlopen(LRASYNTH_LIBRARY, RTLD_NOW | RTLD_LOCAL);
       ASSERT_NE(library, nullptr) << dlerror();
-      using Data = int32_t (*)(int32_t level, int32_t intensity, uint8_t * out);
-      EXPECT_EQ(reinterpret_cast<Data>(dlsym(library, "getShortSignalData"))(50, 80, out), 0);
+      const auto data = reinterpret_cast<int32_t (*)(int32_t, int32_t, uint8_t*)>(dlsym(library, "getShortSignalData"));
+      EXPECT_EQ(data(50, 80, out), 0);
       EXPECT_EQ(dlclose(library), 0);
       std::fegetenv(&after);
       std::fesetenv(FE_DFL_ENV);

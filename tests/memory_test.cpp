@@ -3,12 +3,8 @@
 #include <pthread.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
-#include <vector>
 
 #include "digest_families.h"
 

@@ -2,9 +2,7 @@
 // silent.
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <thread>
-#include <vector>
 
 #include "digest_families.h"
 

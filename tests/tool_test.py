@@ -1,7 +1,6 @@
 """The lrasynth command as its users call it. Takes the command's path from the environment variable LRASYNTH."""
 
 import csv
-import io
 import json
 import os
 import pathlib
@@ -19,16 +18,13 @@ def transient(start, level=50, intensity=80):
 
 
 def continuous(start, duration, offset=0):
-    times = (0, duration // 3, duration // 2, duration)
-    points = [[time, 80, offset] for time in times]
+    points = [[time, 80, offset] for time in (0, duration // 3, duration // 2, duration)]
     return {"type": "continuous", "start": start, "duration": duration, "points": points}
 
 
 class ToolTest(unittest.TestCase):
     def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.directory = pathlib.Path(directory.name)
+        self.directory = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def run_tool(self, *arguments, pattern=None):
         text = pattern if isinstance(pattern, str) else json.dumps({"events": pattern})
@@ -82,7 +78,7 @@ class ToolTest(unittest.TestCase):
         for chip, rate, arguments in ((0, 24000, "--motor 832"), (1, 12000, "--level 90"), (0, 24000, "--level 90")):
             self.output_of("tap", *arguments.split(), "--chip", chip, "x.wav", "x.csv", "x.bin")
             codes = (self.directory / "x.bin").read_bytes()
-            rows = list(csv.DictReader(io.StringIO((self.directory / "x.csv").read_text())))
+            rows = list(csv.DictReader((self.directory / "x.csv").read_text().splitlines()))
             amplitudes = [int(row["amplitude"]) for row in rows]
             self.assertEqual(bytes(int(row["code"]) for row in rows), codes)
             self.assertEqual([amplitude % 256 for amplitude in amplitudes], list(codes))
@@ -152,8 +148,7 @@ class ToolTest(unittest.TestCase):
     def test_event_stream_csv(self):
         events = [transient(40, intensity=33), continuous(0, 600), transient(300)]
         printed = self.output_of("pattern", "-", "--chip", 11, "--loop", 2, "--format", "csv", "-", pattern=events)
-        groups = ["0,80,600", "40,33,5", "260,80,5"] * 2
-        expected = [f"{i},{group}" for i, group in enumerate(groups, 1)]
+        expected = [f"{i},{group}" for i, group in enumerate(["0,80,600", "40,33,5", "260,80,5"] * 2, 1)]
         self.assertEqual(printed.decode().split(), ["event,delta_ms,strength,duration_ms", *expected, "total,,,1820"])
 
 
