@@ -47,15 +47,12 @@ TEST(GetSine, WritesOffsetValuesClippedFromAbove) {
   EXPECT_EQ(*std::max_element(clipped.begin(), clipped.end()), 382.0F);
 }
 
-TEST(Ramp, RunsAlongAQuarterSineAt24000) {
+TEST(Ramp, RunsAlongAQuarterSineAt24000AndAHalfSineAt12000) {
   EXPECT_THAT(ramp(4, 0.25F, 0.875F), ElementsAre(0.25F, 0.48917717F, 0.69194174F, 0.8274247F));
   EXPECT_THAT(ramp(3, 1.0F, 0.5F), ElementsAre(1.0F, 0.75F, 0.5669873F));
   EXPECT_EQ(ramp(240, 0, 1)[120], 0.70710677F);
   EXPECT_EQ(ramp(240, 0, 1)[239], 0.9999786F);
   EXPECT_EQ(ramp(240, 0.25F, 0.875F)[23], 0.3437292F);  // 0.34372923 fused
-}
-
-TEST(Ramp, RunsAlongAHalfSineAt12000) {
   const ScopedProfile half_rate(1040, 1);
   EXPECT_EQ(ramp(240, 0, 1)[120], 1.0F);
   EXPECT_EQ(ramp(240, 0, 1)[239], 0.013089434F);
