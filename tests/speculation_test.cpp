@@ -37,7 +37,9 @@ CurvePoint random_point(grid::Random& random) {
 
 TEST(FastSine, KeepsItsBoundOverTheWholeRange) {
   double worst = 0;
-  const auto check = [&](float x) { worst = std::max(worst, std::fabs(double{fast_sine(x)} - std::sin(double{x}))); };
+  const auto check = [&](float x) {
+    worst = std::max(worst, std::fabs(static_cast<double>(fast_sine(x)) - std::sin(static_cast<double>(x))));
+  };
   for (float x = 1e-6F; x < kFastSineLimit; x = x * 1.00003F + 1e-7F) {
     check(x);
     check(-x);
