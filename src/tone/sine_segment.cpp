@@ -16,8 +16,11 @@ constexpr double kFullTurn = 6.2831853071586;
 
 constexpr float kClip = 254.0F;  // of the product, from above only
 
-// In 64 bits, so that no intensity overflows.
-float peak_of(int32_t amplitude) { return static_cast<float>(int64_t{amplitude} * 255 / 100); }
+// A whole number, in 64 bits, so that no intensity overflows.
+float peak_of(int32_t amplitude) {
+  const int64_t peak = int64_t{amplitude} * 255 / 100;
+  return static_cast<float>(peak);
+}
 
 }  // namespace
 

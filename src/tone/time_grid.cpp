@@ -15,7 +15,7 @@ int32_t sine_count(int32_t frequency_hz, float cycles) {
 }
 
 // Two quotients, not one by a product.
-TimeGrid::TimeGrid(int32_t frequency_hz, float cycles) : count(sine_count(frequency_hz, cycles)), step(0.0F) {
+TimeGrid::TimeGrid(int32_t frequency_hz, float cycles) : count(sine_count(frequency_hz, cycles)) {
   if (count == 0) return;
   const float duration = cycles / static_cast<float>(frequency_hz);
   step = duration / static_cast<float>(count);

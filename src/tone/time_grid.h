@@ -16,7 +16,7 @@ struct TimeGrid {
   float time(int32_t i) const { return step * static_cast<float>(i); }
 
   int32_t count;
-  float step;  // seconds
+  float step = 0.0F;  // seconds
 };
 
 }  // namespace lrasynth
