@@ -33,8 +33,6 @@ class Record {
   int32_t point_intensity(int32_t point) const { return fields_[6 + 3 * point]; }
   int32_t point_offset(int32_t point) const { return fields_[7 + 3 * point]; }
 
-  const int32_t* fields() const { return fields_; }
-
   // 32-bit products, as all positions in a pattern.
   int32_t start_samples() const { return wrapping_multiply(samples_per_ms(), start_ms()); }
   int32_t duration_samples() const { return wrapping_multiply(samples_per_ms(), duration_ms()); }
