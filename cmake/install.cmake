@@ -3,10 +3,6 @@
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lrasynth)
-set(libraries lrasynth)
-if(TARGET lrasynth_static)
-  list(APPEND libraries lrasynth_static)
-endif()
 
 install(FILES ${PROJECT_SOURCE_DIR}/include/lrasynth.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(TARGETS ${libraries} EXPORT lrasynth)

@@ -6,14 +6,14 @@ namespace {
 
 void bend(Input& in, std::vector<int32_t>& pattern) {
   for (int32_t bends = in.raw<uint8_t>() % 4; bends >= 0; --bends) {
-    pattern[in.raw<uint8_t>() % pattern.size()] = in.flip() ? 4096 + in.flip() : in.integer();
+    pattern[in.raw<uint8_t>() % pattern.size()] = in.flip() ? LRASYNTH_CONTINUOUS + in.flip() : in.integer();
   }
   if (in.flip()) pattern.resize(pattern.size() - in.raw<uint8_t>() % 17);
 }
 
 std::vector<int32_t> arbitrary(Input& in) {
   std::vector<int32_t> pattern(in.raw<uint8_t>() % 80);
-  for (int32_t& value : pattern) value = in.raw<uint8_t>() % 8 == 0 ? 4096 + in.flip() : in.integer();
+  for (int32_t& value : pattern) value = in.raw<uint8_t>() % 8 == 0 ? LRASYNTH_CONTINUOUS + in.flip() : in.integer();
   return pattern;
 }
 
@@ -33,14 +33,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   const int32_t plain = getLongSignalDataLength(loops, gap_ms, pattern.data(), length);
   const int32_t whole = getLongSignalBufferLength(loops, gap_ms, pattern.data(), length);
   const bool plain_rate = SAMPLE_RATE == 24000 || SAMPLE_RATE == 12000;
-  if (kind == 0 && plain_rate && (loops < 2 || IC_TYPE == 11)) require(plain == whole);
-  check_output<uint8_t>(whole, IC_TYPE == 11 ? Extent::kWhole : Extent::kPart, [&](uint8_t* out) {
-    const int32_t status = getLongSignalData(loops, gap_ms, pattern.data(), out, length, limit_ms);
-    const int32_t gap = to_samples(gap_ms);
-    if (status == 0 && kind == 0 && plain_rate && IC_TYPE != 11 && loops > 1 && gap >= 0 && out != nullptr) {
-      require(std::equal(out, out + plain, out + (loops - 1) * (int64_t{plain} + gap)));
-    }
-    return status;
-  });
+  if (kind == 0 && plain_rate && (loops < 2 || IC_TYPE == LRASYNTH_CHIP_EVENT_STREAM)) require(plain == whole);
+  check_output<uint8_t>(
+      whole, IC_TYPE == LRASYNTH_CHIP_EVENT_STREAM ? Extent::kWhole : Extent::kPart, [&](uint8_t* out) {
+        const int32_t status = getLongSignalData(loops, gap_ms, pattern.data(), out, length, limit_ms);
+        const int32_t gap = to_samples(gap_ms);
+        if (status == 0 && kind == 0 && plain_rate && IC_TYPE != LRASYNTH_CHIP_EVENT_STREAM && loops > 1 && gap >= 0 &&
+            out != nullptr) {
+          require(std::equal(out, out + plain, out + (loops - 1) * (int64_t{plain} + gap)));
+        }
+        return status;
+      });
   return 0;
 }

@@ -49,7 +49,7 @@ void tone(Input& in) {
 
 // The parts of a long signal as functions of their own.
 void event(Input& in) {
-  std::vector<int32_t> record(17);
+  std::vector<int32_t> record(LRASYNTH_RECORD_LENGTH);
   for (int32_t& field : record) field = in.integer();
   const int32_t limit = in.integer(), start = to_samples(record[1]), length = getShortSignalDataLength(record[3]);
   check_output<uint8_t>(std::max(0, to_samples(record[4])), Extent::kWhole,

@@ -20,9 +20,10 @@
  *
  * ## Promises
  *   - Total: every argument has a defined outcome. Conversions from floating point to integers saturate, NaN becomes
- *     0; integer arithmetic documented as 32-bit wraps. Buffers are written up to the extent that the matching length
- *     function reports under the same profile and never beyond. A null pointer is refused with status -1 (a length:
- *     0) where something would be read or written, and ignored where not.
+ *     0; integer arithmetic documented as 32-bit wraps, all other is computed without overflow. Buffers are written up
+ *     to the extent that the matching length function reports under the same profile and never beyond; nothing is
+ *     written where that is 0 or less. A null pointer is refused with status -1 (a length: 0) where at least one
+ *     element would be read or written, and ignored where not.
  *   - Buffers belong to the caller, are not kept, and must not overlap one another. Sizes are element counts.
  *   - No heap, less than 16 KiB of stack whatever the request.
  *   - The floating-point environment must be the default one (round to nearest, subnormals kept). Calls leave it so;
@@ -43,6 +44,30 @@
 #define LRASYNTH_VERSION_PATCH 0
 /** @} */
 
+/** Motor models.
+ * @{ */
+#define LRASYNTH_MOTOR_832 832
+#define LRASYNTH_MOTOR_1040 1040
+#define LRASYNTH_MOTOR_9595 9595
+#define LRASYNTH_MOTOR_81540 81540 /**< Has no taps. */
+/** @} */
+
+/** Chip types. Every other one behaves like 0: samples, 24000 a second.
+ * @{ */
+#define LRASYNTH_CHIP_HALF_RATE 1     /**< 12000 samples a second. */
+#define LRASYNTH_CHIP_EVENT_STREAM 11 /**< Long signals as a compact stream of events. */
+/** @} */
+
+/** Events of a long signal and the integers of a record.
+ * @{ */
+#define LRASYNTH_CONTINUOUS 4096 /**< Type of a continuous vibration. */
+#define LRASYNTH_TRANSIENT 4097  /**< Type of a tap. */
+#define LRASYNTH_RECORD_LENGTH 17
+/** @} */
+
+/** The largest limitMs of getLongSignalData that does not wrap at 24000 samples a second. */
+#define LRASYNTH_NO_LIMIT_MS 89478
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -56,13 +81,13 @@ extern "C" {
  * The variables may be read and written directly; any value is safe.
  * @{ */
 
-extern int32_t IC_TYPE;     /**< Chip type, 0 at load. 11 makes getLongSignalData write the compact event stream. */
+extern int32_t IC_TYPE;     /**< Chip type, 0 at load. */
 extern int32_t SAMPLE_RATE; /**< Samples per second, 24000 at load. */
-extern int32_t giMotorType; /**< Motor model: 832, 1040 (at load), 9595 or 81540; others fall back as documented. */
+extern int32_t giMotorType; /**< Motor model, 1040 at load; unknown ones fall back as documented. */
 extern int32_t giBoostFlg;  /**< Boost flag as stored, 1 at load: 1 is boost, 0 is none. */
 extern int32_t F0; /**< Resonant frequency last derived or set, in Hz, 170 at load. Nothing computes with it. */
 
-/** Stores the chip type; sets SAMPLE_RATE to 12000 for chip type 1 and to 24000 for every other. */
+/** Stores the chip type; sets SAMPLE_RATE to 12000 for LRASYNTH_CHIP_HALF_RATE and to 24000 for every other. */
 void setChipType(int32_t chipType);
 
 /** Stores the motor model unchecked. Returns 0. */
@@ -125,7 +150,7 @@ int32_t getFrequency_0815_ShortData(int32_t level); /* motor 81540 */
 int32_t getFrequency_4096(int32_t baseHz, int32_t offset);
 
 /** Each motor model's offset curve, whatever the profile's motor; the offset is not clamped. Motor 832 takes its wide
- * curve when giBoostFlg is 1 and its narrow one otherwise.
+ * curve when giBoostFlg is 1 and its narrow one otherwise. At offset 0 the base comes back as it is.
  * @{ */
 int32_t getFrequency_0832(int32_t baseHz, int32_t offset);
 int32_t getFrequency_1040(int32_t baseHz, int32_t offset);
@@ -179,7 +204,10 @@ int32_t getCycle(int32_t level);
 int32_t getShortSignalDataLength(int32_t level);
 
 /** Writes the tap: exactly getShortSignalDataLength(level) bytes from out on. Returns 0, also where the length is 0 on
- * a motor model with taps; -1, nothing written, for a model without taps or a null out. */
+ * a motor model with taps; -1, nothing written, for a model without taps or a null out.
+ *
+ * On motor 1040 an intensity of 100 can code single samples at the positive peak as 128, which a driver reads as -128;
+ * 99 never does. Inside a pattern a tap plays at its level band's share of the intensity: see getIntensity. */
 int32_t getShortSignalData(int32_t level, int32_t intensity, uint8_t *out);
 
 /** The same with the routing of motor 1040; frequencies still follow the profile's motor. Data returns 0, or -1 for a
@@ -205,8 +233,8 @@ int32_t getShortSignalData_9595(int32_t level, int32_t intensity, uint8_t *out);
  * the mid-level shape (1, 1/2 and 1/2 cycles), all others the edge-level shape (getC0, 1 and 1/2 cycles; F1 and F2
  * silent).
  *
- * Lengths are sample counts at SAMPLE_RATE. A segment at frequency 0 and a negative count or zero time count as 0; a
- * transient without a positive drive frequency has length 0.
+ * Lengths are sample counts at SAMPLE_RATE: plain arithmetic, whose result is negative where cycles, frequencies or
+ * times are. A segment at frequency 0 counts as 0; a transient without a positive drive frequency has length 0.
  * @{ */
 
 float getC0(int32_t level);                      /**< Drive cycles: 2 above level 70, 1.5 below 25, else 1. */
@@ -246,7 +274,7 @@ int32_t get_wav_len_high_frequency(int32_t level);
 int32_t shortWave_func(int32_t level, int32_t intensity, uint8_t *out);
 
 /** Renders a mid-level transient as one coded sample per integer; intensity and amplitudes in percent of 255, F2
- * mirrored. Writes the sum of the four truncated segment counts, at most
+ * mirrored. Writes the sum of the four truncated segment counts (those above 0), at most
  * get_wave_func_wave_len(level, f1Hz, f2Hz, zeroTimeMs) integers. Returns 0, or -1 for a null out. */
 int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2, int32_t *out,
                   float zeroTimeMs);
@@ -255,8 +283,9 @@ int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, in
 int32_t shortWave_func_custom(int32_t level, int32_t intensity, uint8_t *out);
 
 /** Renders a general transient from its drive frequency (Hz), cycle counts and amplitudes (percent of 255) as one coded
- * sample per integer. F2 is mirrored when reverse is exactly 1. Writes the sum of the four truncated segment counts,
- * at most what get_wave_func_wave_len_custom gives for the same values. Returns 0, or -1 for a null out. */
+ * sample per integer. F2 is mirrored when reverse is exactly 1. Writes the sum of the four truncated segment counts
+ * (those above 0), at most what get_wave_func_wave_len_custom gives for the same values. Returns 0, or -1 for a null
+ * out. */
 int32_t wave_func_custom(int32_t frequencyHz, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2,
                          int32_t reverse, int32_t *out, float c0, float c1, float c2, float zeroTimeMs);
 
@@ -264,7 +293,8 @@ int32_t wave_func_custom(int32_t frequencyHz, int32_t intensity, int32_t f1Hz, i
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup tables Table transients of motors 832 and 9595
- * Stored bursts, replayed at the intensity whatever SAMPLE_RATE holds.
+ * Stored bursts, replayed at the intensity whatever SAMPLE_RATE holds: at 12000 they keep their sample count and so
+ * last twice as long.
  *
  * A burst is a row of lobes (half-waves), which push one way and the other, and rest after the last one. On motor 832 a
  * lobe has 52 samples; after the slash stand the lobes that brake, the first of them with the sign of the last that
@@ -368,11 +398,13 @@ extern const uint8_t wave_custom_T100[824];
  *     14..16   curve point 4
  * @endverbatim
  *
- * Between two points the intensity moves along a quarter sine and the frequency linearly. Point times do not decrease
- * and span the duration exactly; only their differences matter. Where they do not, segments are drawn as far as they
- * fall inside the event, rest (255) elsewhere.
+ * Between two points the intensity moves along a quarter sine and the frequency linearly. The phase is that frequency
+ * times the time since the point, and not summed up, so that it restarts at each point and a sweep moves at about twice
+ * the distance that its points name: from 170 to 310 Hz it ends near 450. Point times do not decrease and span the
+ * duration exactly; only their differences matter. Where they do not, segments are drawn as far as they fall inside
+ * the event, rest (255) elsewhere.
  *
- * The last record must be the event that ends last. For chip type 11 records stand in ascending order of start.
+ * The last record must be the event that ends last. For the event stream records stand in ascending order of start.
  *
  * Every integer that equals 4096 or 4097 starts a record, wherever it stands: a pattern's author avoids these two
  * values as times, durations and intensities (take 4095 or 4098), or an unintended event appears. Such a record that
@@ -386,8 +418,9 @@ extern const uint8_t wave_custom_T100[824];
  * whole compact stream: 2 + 6 * events * max(1, loopCount).
  *
  * This sizes the buffer when the pattern plays once and its last record ends last; for anything else ask
- * getLongSignalBufferLength. 0 for fewer than 17 integers (sample output), a null pattern, a last record that is not
- * an event, and where the length is negative or beyond 32 bits. */
+ * getLongSignalBufferLength. The arithmetic is 32-bit: a start or duration below 0 can make the length negative, and
+ * times beyond 89478485 ms at 24000 samples a second wrap, perhaps to a positive number. 0 for fewer than 17 integers
+ * (sample output), a null pattern, a last record that is not an event, and a stream beyond 2^31 - 1 bytes. */
 int32_t getLongSignalDataLength(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, int32_t patternLen);
 
 /** Number of bytes from out to the end of what getLongSignalData with the same arguments may write: size buffers by
@@ -404,16 +437,18 @@ int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const i
  * that lies later. With loopCount of 2 or more, the pass is copied loopCount - 1 times, intervalMs of silence apart.
  *
  * limitMs: the latest time at which a continuous vibration may start. The limit in samples is the 32-bit product
- * SAMPLE_RATE * limitMs, which wraps above 89478 ms at 24000 samples a second, divided by 1000.
+ * SAMPLE_RATE * limitMs, which wraps above LRASYNTH_NO_LIMIT_MS at 24000 samples a second, divided by 1000.
  *
  * Compact stream (chip type 11): bytes 0..1 the total time * loopCount, little-endian; then 6 bytes per event, as
  * often as the pattern plays: 0, delta (16 bits little-endian), strength, duration (16 bits little-endian; 5 for a
  * transient). Delta is the start relative to the record 17 integers before; the strength of a continuous vibration is
  * the intensity of its point 2. intervalMs and limitMs are not read.
  *
- * Returns 0. Returns -1 with nothing written for a null pointer, for a size beyond 2^31 - 1 and for a negative
- * interval that would start copies before the buffer; -1 with the events drawn so far when a continuous vibration
- * starts beyond the limit or an event starts before the pattern. */
+ * Returns 0: everything was drawn, but for what is cut as said above, records that do not fit into the array and taps
+ * that the motor does not have; none of these is reported. Returns -1 with nothing written for a null pointer, an event
+ * that starts before the pattern, a negative interval that would start copies before the buffer, and a size beyond
+ * 2^31 - 1; -1 with the continuous vibrations before it drawn when one starts beyond the limit. F0 is set to the
+ * motor's resonant frequency when there is a continuous vibration to draw or to find too late. */
 int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, uint8_t *out,
                           int32_t patternLen, int32_t limitMs);
 

@@ -136,7 +136,7 @@ std::vector<int32_t> make_pattern(Source& source, int32_t least_last_ms) {
   const auto add = [&](const std::initializer_list<int32_t>& fields) { pattern.insert(pattern.end(), fields); };
   const int32_t events = source.between(1, 12);
   for (int32_t i = 1, start_ms = 0; i <= events; ++i, start_ms += source.between(0, 200)) {
-    const int32_t type = i == events || source.between(0, 2) > 0 ? 4096 : 4097;
+    const int32_t type = i == events || source.between(0, 2) > 0 ? LRASYNTH_CONTINUOUS : LRASYNTH_TRANSIENT;
     const int32_t duration_ms = source.between(i == events ? least_last_ms : 10, 300);
     add({type, start_ms, source.between(0, 120), source.between(-1, 101), duration_ms});
     for (int32_t point = 0; point < 4; ++point)

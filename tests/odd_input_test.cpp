@@ -17,13 +17,14 @@ Integers tap_at(int32_t start_ms) { return transient(start_ms, 80, 60); }
 Rendered render(const std::vector<Integers>& records) { return pattern(request_of(records)); }
 
 TEST(OddInput, FloatsOutOfRangeSaturateAndNanIsZero) {
-  const std::pair<float, int32_t> rows[] = {{1e30F, kMax}, {INFINITY, kMax}, {-1e30F, 0}, {NAN, 0}, {-INFINITY, 0}};
+  const std::pair<float, int32_t> rows[] = {
+      {1e30F, kMax}, {INFINITY, kMax}, {-1e30F, kMin}, {NAN, 0}, {-INFINITY, kMin}};
   for (const auto& [value, count] : rows) {
     EXPECT_EQ(get_sine_wave_len(170, value), count) << value;
     EXPECT_EQ(get_wave_func_wave_len_custom(50, 0, 0, 0, 0, 0, value), count) << value;
     EXPECT_EQ(get_wave_func_wave_len_custom(50, 300, 100, value, 0, 0, 0), count) << value;
   }
-  for (const auto hertz : {getFrequency_0832, getFrequency_1040, getFrequency_081540}) {
+  for (const auto hertz : {getFrequency_0832, getFrequency_1040, getFrequency_9595, getFrequency_081540}) {
     for (const int32_t limit : {kMin, kMax}) EXPECT_EQ(hertz(limit, limit), limit);
   }
   EXPECT_THAT(Integers({getFrequency_0832_ShortData(kMax), getFrequency_1040_ShortData(kMax),
@@ -63,25 +64,28 @@ TEST(OddInput, WithoutAPositiveDriveFrequencyThereIsNothing) {
   }
 }
 
-TEST(OddInput, NegativeCountsAndZeroTimesCountAsZero) {
-  EXPECT_THAT(Integers({get_sine_wave_len(-170, 1), get_sine_wave_len(170, -1), sine(-4, 170, 80, nullptr),
-                        get_sine(170, 80, nullptr, -1), getIncreasingStepIntensity(-1, nullptr, 0, 1),
-                        transStringDataToInt(nullptr, -1, nullptr)}),
+// Lengths are plain arithmetic; what draws draws nothing for a negative piece and at most the length.
+TEST(OddInput, NegativeCountsAndZeroTimesShortenTheWhole) {
+  EXPECT_THAT(Integers({get_sine_wave_len(170, -2), get_sine_wave_len(-170, 1),
+                        get_wave_func_wave_len_custom(50, 300, 100, 1, 1, 0.5F, -2.5F),
+                        get_wave_func_wave_len_custom(50, 300, 100, -1, 1, 0.5F, 2.5F),
+                        get_wave_func_wave_len(50, -300, 100, 0)}),
+              ElementsAre(-282, -141, 281, 119, 221));
+  EXPECT_THAT(Integers({sine(-4, 170, 80, nullptr), get_sine(170, 80, nullptr, -1),
+                        wave_func(50, 80, 300, 10, 100, 10, nullptr, -50),
+                        getIncreasingStepIntensity(-1, nullptr, 0, 1), transStringDataToInt(nullptr, -1, nullptr)}),
               Each(0));
-  const int32_t length = get_wave_func_wave_len(50, 300, 100, -5);
-  EXPECT_EQ(get_wave_func_wave_len(50, 300, 100, 0), length);
-  EXPECT_EQ(get_wave_func_wave_len_custom(50, -300, 100, 1, 3, 0.5F, -5),
-            get_wave_func_wave_len_custom(50, 0, 100, 1, 3, 0.5F, 0));
-  const auto with_zero_time = [=](float ms) {
-    return filled<int32_t>(length, [=](int32_t* out) { return wave_func(50, 80, 300, 10, 100, 10, out, ms); });
-  };
-  EXPECT_EQ(with_zero_time(-5), with_zero_time(0));
+  const auto drawn = filled<int32_t>(
+      119, [](int32_t* out) { return wave_func_custom(170, 50, 300, 10, 100, 10, 0, out, -1, 1, 0.5F, 2.5F); });
+  EXPECT_THAT(slice(drawn, 1, 60), Each(255));
+  EXPECT_NE(drawn[70], 255);
 }
 
 TEST(OddInput, AnySampleRateFillsExactlyTheReportedLength) {
   for (const int32_t rate : {kMin, -24000, -1, 0, 1, 999, 1000, 7919, 16000, 44100, 96000, 10000000}) {
     const ScopedProfile profile(1040);
     SAMPLE_RATE = rate;
+    EXPECT_EQ(get_custom_wave_len(50) < 0, rate < -1);
     const bool huge = rate > 96000;
     for (int32_t level = 0; level <= 100; level += huge ? 50 : 1) {
       filled<uint8_t>(get_custom_wave_len(level), [=](uint8_t* out) { return shortWave_func(level, 80, out); });
@@ -124,16 +128,16 @@ TEST(OddInput, TypeCodesTooCloseToTheEndArePassedOverInSamples) {
   }
 }
 
-TEST(OddInput, EventsBeforeThePatternAreRefusedAtTheirTurn) {
-  const Rendered continuous = render({vibration(0, 20), vibration(-1, 5), vibration(30, 9), tap_at(50)});
-  EXPECT_EQ(continuous.status, -1);
-  EXPECT_EQ(slice(continuous.bytes, 0, 20 * kPerMs), pattern(vibration(0, 20)).bytes);
-  EXPECT_THAT(slice(continuous.bytes, 20 * kPerMs, 40 * kPerMs), Each(kUntouched));
-  const Rendered transient = render({tap_at(5), tap_at(-1), tap_at(50), vibration(60, 20)});
-  EXPECT_EQ(transient.status, -1);
-  EXPECT_THAT(slice(transient.bytes, 0, 5 * kPerMs), Each(kUntouched));
-  EXPECT_EQ(slice(transient.bytes, 5 * kPerMs, kPerMs), slice(tap(60, 64), 0, kPerMs));
-  EXPECT_THAT(slice(transient.bytes, 50 * kPerMs, 10 * kPerMs), Each(kUntouched));
+TEST(OddInput, EventsBeforeThePatternAreRefused) {
+  for (const Integers& early : {vibration(-1, 5), tap_at(-1)}) {
+    const Integers request = request_of({vibration(0, 20), early, tap_at(5), vibration(60, 20)});
+    const auto length = static_cast<int32_t>(request.size());
+    uint8_t byte = kUntouched;
+    EXPECT_EQ(getLongSignalBufferLength(1, 0, request.data(), length), 0);
+    EXPECT_EQ(getLongSignalData(1, 0, request.data(), &byte, length, 1000), -1);
+    EXPECT_EQ(byte, kUntouched);
+  }
+  EXPECT_EQ(getLongSignalDataLength(1, 0, vibration(-9, 5).data(), 17), -4 * 24);
   uint8_t byte = kUntouched;
   EXPECT_EQ(get_4097_wave(-1, 80, 50, &byte), -1);
   EXPECT_EQ(byte, kUntouched);

@@ -39,11 +39,11 @@ std::vector<Sample> slice(const std::vector<Sample>& samples, std::size_t first,
   return {samples.data() + first, samples.data() + first + count};
 }
 
-// Fails unless the call returns 0 and writes every one of `length` elements.
+// Fails unless the call returns 0 and writes every one of `length` elements, none where that is negative.
 template <class Sample>
 std::vector<Sample> filled(int32_t length, const std::function<int32_t(Sample*)>& call) {
-  std::vector<Sample> once(static_cast<std::size_t>(length), Sample{17});
-  std::vector<Sample> again(static_cast<std::size_t>(length), Sample{34});
+  std::vector<Sample> once(static_cast<std::size_t>(std::max(0, length)), Sample{17});
+  std::vector<Sample> again(once.size(), Sample{34});
   EXPECT_EQ(call(once.data()), 0);
   EXPECT_EQ(call(again.data()), 0);
   EXPECT_EQ(once, again);
@@ -56,18 +56,35 @@ inline Bytes tap(int32_t level, int32_t intensity) {
 }
 
 inline Integers transient(int32_t start_ms, int32_t intensity, int32_t level) {
-  return {4097, start_ms, intensity, level};
+  return {LRASYNTH_TRANSIENT, start_ms, intensity, level};
 }
 
 inline Integers curve(int32_t start_ms, int32_t duration_ms, const Integers& ms, const Integers& at) {
-  return {4096, start_ms, 0, 0, duration_ms, ms[0], at[0], 0, ms[1], at[1], 0, ms[2], at[2], 0, ms[3], at[3], 0};
+  return {LRASYNTH_CONTINUOUS,
+          start_ms,
+          0,
+          0,
+          duration_ms,
+          ms[0],
+          at[0],
+          0,
+          ms[1],
+          at[1],
+          0,
+          ms[2],
+          at[2],
+          0,
+          ms[3],
+          at[3],
+          0};
 }
 
 // Records laid end to end, in a block of exactly that size.
 inline Integers request_of(const std::vector<Integers>& records) {
-  Integers request(17 * records.size());
+  Integers request(LRASYNTH_RECORD_LENGTH * records.size());
   auto* next = request.data();
-  for (const Integers& record : records) next = std::copy(record.begin(), record.end(), next) + 17 - record.size();
+  for (const Integers& record : records)
+    next = std::copy(record.begin(), record.end(), next) + LRASYNTH_RECORD_LENGTH - record.size();
   return request;
 }
 

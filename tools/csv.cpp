@@ -2,7 +2,7 @@
 #include "output.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 
 std::string to_csv(const Waveform& waveform) {
   std::string lines = "sample,time_ms,code,amplitude\n";
@@ -13,4 +13,4 @@ std::string to_csv(const Waveform& waveform) {
   return lines;
 }
 
-}  // namespace lrasynth
+}  // namespace command

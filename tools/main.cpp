@@ -8,7 +8,7 @@
 #include "options.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 int complain(const std::string& lines, int status) {
@@ -39,14 +39,14 @@ int run(int argc, const char* const* argv) {
 }
 
 }  // namespace
-}  // namespace lrasynth
+}  // namespace command
 
 int main(int argc, char** argv) {
   try {
-    return lrasynth::run(argc, argv);
-  } catch (const lrasynth::Failure& failure) {
-    return lrasynth::complain(failure.what(), failure.status);
+    return command::run(argc, argv);
+  } catch (const command::Failure& failure) {
+    return command::complain(failure.what(), failure.status);
   } catch (const std::exception& error) {
-    return lrasynth::complain(error.what(), lrasynth::kCannotRender);
+    return command::complain(error.what(), command::kCannotRender);
   }
 }

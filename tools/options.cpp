@@ -7,7 +7,7 @@
 
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 struct Form {
@@ -50,7 +50,8 @@ CLI::Option* add_integer(CLI::App& command, const std::string& name, int32_t& va
 
 void Profile::add_motor(CLI::App& command) {
   command.add_option("--motor", motor, "Motor model")
-      ->check(quiet(CLI::IsMember(std::vector<int32_t>{832, 1040, 9595, 81540})))
+      ->check(quiet(CLI::IsMember(
+          std::vector<int32_t>{LRASYNTH_MOTOR_832, LRASYNTH_MOTOR_1040, LRASYNTH_MOTOR_9595, LRASYNTH_MOTOR_81540})))
       ->type_name("832|1040|9595|81540")
       ->capture_default_str();
 }
@@ -111,4 +112,4 @@ void check_length(const std::string& options, int32_t samples) {
   throw Failure(kWrongInput, text("%s: the waveform may last %d ms at most", options.c_str(), kLongestMs));
 }
 
-}  // namespace lrasynth
+}  // namespace command

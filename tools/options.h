@@ -8,7 +8,7 @@
 #include "output.h"
 #include "waveform.h"
 
-namespace lrasynth {
+namespace command {
 
 // Each adds its command.
 void add_tap(CLI::App& app);
@@ -61,4 +61,4 @@ struct Outputs {
 // those that made it so.
 void check_length(const std::string& options, int32_t samples);
 
-}  // namespace lrasynth
+}  // namespace command

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <iostream>
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 namespace fs = std::filesystem;
@@ -74,4 +74,4 @@ void write_files(const std::vector<File>& files) {
   if (!std::cout.flush()) fail("standard output", errno);
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -7,7 +7,7 @@
 
 #include "waveform.h"
 
-namespace lrasynth {
+namespace command {
 
 // Exit statuses beside 0.
 constexpr int kCannotRender = 1;
@@ -37,4 +37,4 @@ std::string to_svg(const Waveform& waveform);
 std::string to_wav(const Waveform& waveform);
 std::string to_audible_wav(const Waveform& waveform);
 
-}  // namespace lrasynth
+}  // namespace command

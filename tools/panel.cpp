@@ -6,7 +6,7 @@
 
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 std::vector<double> ticks(const Axis& axis) {
@@ -85,4 +85,4 @@ void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform) {
   picture.path(points, points.size() == waveform.codes.size() ? "curve shaded" : "dense");
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -7,7 +7,7 @@
 #include "svg.h"
 #include "waveform.h"
 
-namespace lrasynth {
+namespace command {
 
 // A range of values with a grid line at every multiple of step.
 struct Axis {
@@ -39,4 +39,4 @@ void label_y(Svg& picture, const Panel& panel);
 // The waveform over milliseconds; one that has many samples per pixel keeps the extremes of each pixel.
 void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform);
 
-}  // namespace lrasynth
+}  // namespace command

@@ -9,13 +9,10 @@
 #include "pattern_file.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A later limit, in samples, would wrap at 24000 samples a second.
-constexpr int32_t kLatestLimitMs = 89478;
 
 constexpr const char* kPatternHelp = R"(FILE:
   {"events": [
@@ -39,12 +36,12 @@ struct PatternCommand {
   Profile profile;
   int32_t loops = 1;
   int32_t interval_ms = 0;
-  int32_t limit_ms = kLatestLimitMs;
+  int32_t limit_ms = LRASYNTH_NO_LIMIT_MS;
   std::string save_path;
   bool print_request = false;
   Outputs outputs;
 
-  bool makes_event_stream() const { return profile.chip == kEventStreamChip; }
+  bool makes_event_stream() const { return profile.chip == LRASYNTH_CHIP_EVENT_STREAM; }
 };
 
 std::string content_of(const std::string& path) {
@@ -86,7 +83,7 @@ std::vector<Event> checked_events(const PatternCommand& command) {
 std::string as_c_array(const std::vector<int32_t>& request) {
   std::string lines = text("static const int32_t pattern[%zu] = {", request.size());
   for (size_t i = 0; i < request.size(); ++i) {
-    lines += text("%s%d,", i % kRecordLength == 0 ? "\n    " : " ", request[i]);
+    lines += text("%s%d,", i % LRASYNTH_RECORD_LENGTH == 0 ? "\n    " : " ", request[i]);
   }
   return lines + "\n};\n";
 }
@@ -204,7 +201,8 @@ void add_pattern(CLI::App& app) {
   add_integer(command, "--loop", pattern->loops, "How often it plays", 1, 65535)->capture_default_str();
   add_integer(command, "--interval", pattern->interval_ms, "Silence between two passes in ms", 0, kLongestMs)
       ->capture_default_str();
-  add_integer(command, "--limit", pattern->limit_ms, "Latest start of a continuous event in ms", 0, kLatestLimitMs)
+  add_integer(command, "--limit", pattern->limit_ms, "Latest start of a continuous event in ms", 0,
+              LRASYNTH_NO_LIMIT_MS)
       ->capture_default_str();
   command.add_option("--save", pattern->save_path, "Write the checked pattern in canonical form to this file, or -")
       ->type_name("FILE");
@@ -214,4 +212,4 @@ void add_pattern(CLI::App& app) {
   command.callback([pattern] { run(*pattern); });
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -9,7 +9,7 @@
 #include "text.h"
 #include "waveform.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -38,7 +38,7 @@ std::span<const EventField> fields_of(const Event& event) {
   return kTransientFields;
 }
 
-constexpr bool is_event(int32_t value) { return value == kContinuous || value == kTransient; }
+constexpr bool is_event(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
 
 // Reads one event and notes its faults.
 class EventReader {
@@ -89,7 +89,7 @@ class EventReader {
     const auto whole = static_cast<int32_t>(number);
     if (is_event(whole)) {
       fault(text("%s: %d would read as the start of an event, take %d", place.c_str(), whole,
-                 whole == kContinuous ? kContinuous - 1 : kTransient + 1));
+                 whole == LRASYNTH_CONTINUOUS ? LRASYNTH_CONTINUOUS - 1 : LRASYNTH_TRANSIENT + 1));
     }
     return whole;
   }
@@ -141,11 +141,11 @@ class EventReader {
 // The integers of an event's record after the type.
 std::vector<int32_t> record_of(const Event& event) {
   if (!event.continuous) {
-    std::vector<int32_t> record = {kTransient, event.start_ms, event.intensity, event.level};
-    record.resize(kRecordLength);
+    std::vector<int32_t> record = {LRASYNTH_TRANSIENT, event.start_ms, event.intensity, event.level};
+    record.resize(LRASYNTH_RECORD_LENGTH);
     return record;
   }
-  std::vector<int32_t> record = {kContinuous, event.start_ms, 0, 0, event.duration_ms};
+  std::vector<int32_t> record = {LRASYNTH_CONTINUOUS, event.start_ms, 0, 0, event.duration_ms};
   for (const CurvePoint& point : event.points) {
     record.insert(record.end(), {point.time_ms, point.intensity, point.offset});
   }
@@ -217,7 +217,7 @@ std::string canonical_json(const std::vector<Event>& events) {
 }
 
 std::vector<int32_t> request_of(std::vector<Event> events) {
-  if (IC_TYPE != kEventStreamChip) put_last_end_last(events);
+  if (IC_TYPE != LRASYNTH_CHIP_EVENT_STREAM) put_last_end_last(events);
   std::vector<int32_t> request;
   for (const Event& event : events) {
     const std::vector<int32_t> record = record_of(event);
@@ -226,4 +226,4 @@ std::vector<int32_t> request_of(std::vector<Event> events) {
   return request;
 }
 
-}  // namespace lrasynth
+}  // namespace command

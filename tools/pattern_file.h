@@ -6,12 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace lrasynth {
-
-constexpr int32_t kEventStreamChip = 11;
-constexpr int32_t kContinuous = 4096;
-constexpr int32_t kTransient = 4097;
-constexpr size_t kRecordLength = 17;
+namespace command {
 
 struct CurvePoint {
   int32_t time_ms = 0;
@@ -49,4 +44,4 @@ std::string canonical_json(const std::vector<Event>& events);
 // so moving it there could hide others; an empty vibration at its end then stands last instead.
 std::vector<int32_t> request_of(std::vector<Event> events);
 
-}  // namespace lrasynth
+}  // namespace command

@@ -6,7 +6,7 @@
 #include "panel.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 struct Sheet {
@@ -117,4 +117,4 @@ void add_sheet(CLI::App& app) {
   command.callback([sheet] { run(*sheet); });
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -3,7 +3,7 @@
 
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 // Readable in black and white: tones differ in lightness, never in hue alone.
@@ -65,4 +65,4 @@ void Svg::label(Point at, const char* anchor, const char* style, const std::stri
                 escaped(words).c_str());
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace lrasynth {
+namespace command {
 
 struct Point {
   double x;
@@ -42,4 +42,4 @@ class Svg {
   std::string body_;
 };
 
-}  // namespace lrasynth
+}  // namespace command

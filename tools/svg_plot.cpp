@@ -3,7 +3,7 @@
 #include "panel.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 constexpr double kLeft = 80;
@@ -73,4 +73,4 @@ std::string to_svg(const Waveform& waveform) {
   return picture.finished();
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -4,7 +4,7 @@
 #include "options.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 struct Tap {
@@ -16,7 +16,7 @@ struct Tap {
 
 // The four segments of motor 1040; what the stored bursts of the other motors are made of is not told.
 std::vector<Section> segments(int32_t level) {
-  if (getMotorType() != 1040) return {};
+  if (getMotorType() != LRASYNTH_MOTOR_1040) return {};
   const bool mid = getA1(level, 100) != 0;  // only the mid-level shape sounds F1
   const int32_t drive_hz = getFrequency(level);
   const auto ms = [](int32_t hz, float cycles) { return 1000.0 * get_sine_wave_len(hz, cycles) / SAMPLE_RATE; };
@@ -67,4 +67,4 @@ void add_tap(CLI::App& app) {
   command.callback([tap] { run(*tap); });
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace lrasynth {
+namespace command {
 
 std::string text(const char* format, ...) {
   char* printed = nullptr;
@@ -19,4 +19,4 @@ std::string text(const char* format, ...) {
   return result;
 }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -3,9 +3,9 @@
 
 #include <string>
 
-namespace lrasynth {
+namespace command {
 
 // What printf would print.
 [[gnu::format(printf, 1, 2)]] std::string text(const char* format, ...);
 
-}  // namespace lrasynth
+}  // namespace command

@@ -4,7 +4,7 @@
 #include "options.h"
 #include "text.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 struct Tone {
@@ -46,4 +46,4 @@ void add_tone(CLI::App& app) {
   command.callback([tone] { run(*tone); });
 }
 
-}  // namespace lrasynth
+}  // namespace command

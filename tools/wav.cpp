@@ -8,7 +8,7 @@
 
 #include "output.h"
 
-namespace lrasynth {
+namespace command {
 namespace {
 
 // Written by libsndfile into a file in memory. Clipped where resampling overshoots.
@@ -54,4 +54,4 @@ std::string to_audible_wav(const Waveform& waveform) {
   return wav_file(resampled, kRate);
 }
 
-}  // namespace lrasynth
+}  // namespace command

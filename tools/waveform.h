@@ -8,7 +8,7 @@
 
 #include "lrasynth.h"
 
-namespace lrasynth {
+namespace command {
 
 constexpr int32_t kLongestMs = 600'000;  // of anything that the command renders
 
@@ -40,4 +40,4 @@ struct Waveform {
 // A sample code is an amplitude in two's complement.
 constexpr int amplitude(uint8_t code) { return static_cast<int8_t>(code); }
 
-}  // namespace lrasynth
+}  // namespace command

@@ -3,12 +3,14 @@
 
 #include <cstdint>
 
+#include "profile/motor.h"
+
 namespace lrasynth {
 
-// Intensity of a tap of this level inside a long signal, for the profile's motor.
-int32_t tap_intensity(int32_t level, int32_t intensity);
+// Intensity at which a tap of this level is driven inside a pattern.
+int32_t intensity_in_pattern(const Motor& motor, int32_t level, int32_t intensity);
 
-// Gain of continuous vibration at a frequency offset (clamped), for the profile's motor.
-float offset_gain(int32_t offset);
+// Gain of continuous vibration at a frequency offset (clamped to -50..50).
+float gain_at(const GainCurve& curve, int32_t offset);
 
 }  // namespace lrasynth

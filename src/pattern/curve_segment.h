@@ -15,6 +15,7 @@
 namespace lrasynth {
 
 struct CurvePoint {
+  int32_t at;  // samples from the first point
   int32_t frequency_hz;
   float amplitude;  // sample units
 };
@@ -22,9 +23,9 @@ struct CurvePoint {
 // The phase starts at 0 and is the instantaneous frequency times the time since then, not an accumulated sum.
 class CurveSegment {
  public:
-  CurveSegment(const CurvePoint& from, const CurvePoint& to, int32_t count)
-      : period_(sample_period()),
-        slope_(frequency_step(from.frequency_hz, to.frequency_hz, count)),
+  CurveSegment(Rate rate, const CurvePoint& from, const CurvePoint& to, int32_t count)
+      : period_(rate.period()),
+        slope_(hz_per_step(from.frequency_hz, to.frequency_hz, count)),
         start_hz_(static_cast<float>(from.frequency_hz)),
         highest_hz_(static_cast<float>(std::max(from.frequency_hz, to.frequency_hz))),
         ramp_(count, from.amplitude, to.amplitude) {}
@@ -65,11 +66,11 @@ class CurveSegment {
   // On a copy of the segment, which the compiler knows not to change with what is written.
   template <class Envelope>
   void estimate_under(int32_t first, int32_t n, float* offsets, Envelope envelope) const {
-    for_whole_steps(n, [=, segment = *this](int32_t j) {
-      const int32_t i = wrapping_add(first, j);
-      const float time = sample_time(segment.period_, i);
-      offsets[j] = fast_sine(segment.phase(i)) * envelope(time) + kRest;
-    });
+    const CurveSegment segment = *this;
+    for (int32_t j = 0; j < n; ++j) {
+      const float time = sample_time(segment.period_, first + j);
+      offsets[j] = fast_sine(segment.phase(first + j)) * envelope(time) + kRest;
+    }
   }
 
   float period_;  // seconds

@@ -3,12 +3,25 @@
 
 #include <cstdint>
 
+#include "pattern/repetition.h"
+#include "pattern/request.h"
+#include "tone/window.h"
+
 namespace lrasynth {
 
-// Length in bytes; 0 where the stream would not fit 2^31 - 1 or a null pattern would have to be read.
-int32_t event_stream_length(int32_t loop_count, const int32_t* pattern, int32_t pattern_length);
+class EventStream {
+ public:
+  EventStream(const Request& request, int32_t loop_count);
 
-// Writes the stream. Returns 0, or -1 with nothing written where its length is 0 or out is null.
-int32_t write_event_stream(int32_t loop_count, const int32_t* pattern, int32_t pattern_length, uint8_t* out);
+  int64_t length() const;
+  void draw(const Window<uint8_t>& window) const;
+
+ private:
+  void draw_groups(const Window<uint8_t>& window) const;
+
+  Request request_;
+  Repetition groups_;     // counted from behind the header
+  int32_t total_ms_ = 0;  // as the header has it
+};
 
 }  // namespace lrasynth

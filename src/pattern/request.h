@@ -4,16 +4,11 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "profile/arithmetic.h"
-#include "profile/profile.h"
+#include "lrasynth.h"
 
 namespace lrasynth {
 
-constexpr int32_t kContinuous = 4096;
-constexpr int32_t kTransient = 4097;
-constexpr int32_t kRecordLength = 17;
-
-constexpr bool is_event(int32_t value) { return value == kContinuous || value == kTransient; }
+constexpr bool is_event(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
 
 // The fields of a record that lies whole in the array.
 class Record {
@@ -33,12 +28,40 @@ class Record {
   int32_t point_intensity(int32_t point) const { return fields_[6 + 3 * point]; }
   int32_t point_offset(int32_t point) const { return fields_[7 + 3 * point]; }
 
-  // 32-bit products, as all positions in a pattern.
-  int32_t start_samples() const { return wrapping_multiply(samples_per_ms(), start_ms()); }
-  int32_t duration_samples() const { return wrapping_multiply(samples_per_ms(), duration_ms()); }
-
  private:
   const int32_t* fields_;
+};
+
+// The records of one type in the order of the array, those that lie whole in it.
+class Records {
+ public:
+  class Iterator {
+   public:
+    Iterator(const int32_t* at, const Records& records) : at_(at), records_(records) {}
+    Record operator*() const { return Record(at_); }
+    Iterator& operator++() {
+      at_ = records_.next(at_ + 1);
+      return *this;
+    }
+    bool operator!=(const int32_t* end) const { return at_ != end; }
+
+   private:
+    const int32_t* at_;
+    const Records& records_;
+  };
+
+  // `end` is behind the last integer at which a record may start.
+  Records(int32_t type, const int32_t* begin, const int32_t* end) : type_(type), begin_(begin), end_(end) {}
+
+  Iterator begin() const { return {next(begin_), *this}; }
+  const int32_t* end() const { return end_; }
+
+ private:
+  const int32_t* next(const int32_t* from) const;
+
+  int32_t type_;
+  const int32_t* begin_;
+  const int32_t* end_;
 };
 
 class Request {
@@ -48,21 +71,16 @@ class Request {
       : values_(values), length_(values == nullptr ? 0 : std::max(0, length)) {}
 
   int32_t length() const { return length_; }
-  bool has_record() const { return length_ >= kRecordLength; }
-  Record last_record() const { return record(length_ - kRecordLength); }
+  bool has_record() const { return length_ >= LRASYNTH_RECORD_LENGTH; }
+  Record last_record() const { return Record(values_ + (length_ - LRASYNTH_RECORD_LENGTH)); }
+
+  Records records(int32_t type) const {
+    const int32_t starts = has_record() ? length_ - LRASYNTH_RECORD_LENGTH + 1 : 0;
+    return {type, values_, values_ + starts};
+  }
 
   // Integers outside the array read as 0.
   int32_t at(int64_t index) const { return index >= 0 && index < length_ ? values_[index] : 0; }
-
-  // Index of the first record of that type at or after `from` that lies whole in the array, or length().
-  int32_t find(int32_t type, int32_t from) const {
-    for (; from <= length_ - kRecordLength; ++from) {
-      if (values_[from] == type) return from;
-    }
-    return length_;
-  }
-
-  Record record(int32_t index) const { return Record(values_ + index); }
 
  private:
   const int32_t* values_;

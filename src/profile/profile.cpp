@@ -1,35 +1,32 @@
 // The device profile: five process-wide variables and their setters.
 #include "profile/profile.h"
 
-#include "profile/arithmetic.h"
+#include "lrasynth.h"
 
 int32_t IC_TYPE = 0;
 int32_t SAMPLE_RATE = 24000;
-int32_t giMotorType = lrasynth::kMotor1040;
+int32_t giMotorType = LRASYNTH_MOTOR_1040;
 int32_t giBoostFlg = 1;
 int32_t F0 = 170;
 
 namespace lrasynth {
-
-int32_t base_frequency_hz() {
-  switch (giMotorType) {
-    case kMotor0832:
-      return 235;
-    case kMotor081540:
-      return 130;
-    default:
-      return 170;
-  }
-}
+namespace {
 
 void store_f0(int32_t frequency_hz) { __atomic_store_n(&F0, frequency_hz, __ATOMIC_RELAXED); }
+
+}  // namespace
+
+Profile current_profile() {
+  return {.chip_type = IC_TYPE, .rate = {SAMPLE_RATE}, .motor = motor_of(giMotorType), .boost_flag = giBoostFlg};
+}
+
+void publish_f0(const Motor& motor) { store_f0(motor.base_hz); }
 
 }  // namespace lrasynth
 
 void setChipType(int32_t chipType) {
-  constexpr int32_t kHalfRateChip = 1;
   IC_TYPE = chipType;
-  SAMPLE_RATE = chipType == kHalfRateChip ? 12000 : 24000;
+  SAMPLE_RATE = chipType == LRASYNTH_CHIP_HALF_RATE ? 12000 : 24000;
 }
 
 int32_t setMotorType(int32_t motorType) {
@@ -42,9 +39,9 @@ int32_t getMotorType() { return giMotorType; }
 void setF0(int32_t frequencyHz) { lrasynth::store_f0(frequencyHz); }
 
 int32_t getF0() {
-  const int32_t frequency_hz = lrasynth::base_frequency_hz();
-  lrasynth::store_f0(frequency_hz);
-  return frequency_hz;
+  const lrasynth::Profile profile = lrasynth::current_profile();
+  lrasynth::publish_f0(profile.motor);
+  return profile.motor.base_hz;
 }
 
 int32_t setBoostFlg(int32_t flag) {

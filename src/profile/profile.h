@@ -1,30 +1,40 @@
-// What the rest of the library derives from the device profile. The five variables themselves are in the public header.
+// The device profile as a value. The five variables that hold it between calls are in the public header.
 #pragma once
 
 #include <cstdint>
 
-#include "lrasynth.h"
+#include "profile/arithmetic.h"
+#include "profile/motor.h"
 
 namespace lrasynth {
 
-constexpr int32_t kMotor0832 = 832;
-constexpr int32_t kMotor1040 = 1040;
-constexpr int32_t kMotor9595 = 9595;
-constexpr int32_t kMotor081540 = 81540;
+// A sample rate, and what follows from it. Any value is safe.
+struct Rate {
+  int32_t hz;
 
-constexpr int32_t kEventStreamChip = 11;
+  int32_t per_ms() const { return hz / 1000; }
 
-// Resonant frequency in Hz of the profile's motor.
-int32_t base_frequency_hz();
+  // 32-bit, as all times within a pattern.
+  int32_t samples(int32_t ms) const { return wrapping_multiply(per_ms(), ms); }
 
-// Publishes a frequency in F0. Relaxed, because several threads may render (and so store the same value) at once.
-void store_f0(int32_t frequency_hz);
+  float single() const { return static_cast<float>(hz); }
 
-inline int32_t samples_per_ms() { return SAMPLE_RATE / 1000; }
+  // Seconds per sample, divided in double precision before the narrowing; 0 for a rate of 0.
+  float period() const { return hz == 0 ? 0.0F : static_cast<float>(1.0 / hz); }
+};
 
-inline float sample_rate() { return static_cast<float>(SAMPLE_RATE); }
+struct Profile {
+  int32_t chip_type;
+  Rate rate;
+  const Motor& motor;
+  int32_t boost_flag;
+};
 
-// Seconds per sample, divided in double precision before the narrowing; 0 for a rate of 0.
-inline float sample_period() { return SAMPLE_RATE == 0 ? 0.0F : static_cast<float>(1.0 / SAMPLE_RATE); }
+// What the host has set. An exported function takes it once, on entry; nothing else reads the variables.
+Profile current_profile();
+
+// Publishes the motor's resonant frequency in F0. Relaxed, because several threads may render (and so store the same
+// value) at once.
+void publish_f0(const Motor& motor);
 
 }  // namespace lrasynth

@@ -13,8 +13,8 @@ namespace {
 // Unlike the sine segment: single-precision phase, amplitude in sample units, no clip, no forced rest.
 class Tone {
  public:
-  Tone(int32_t frequency_hz, float cycles, int32_t amplitude)
-      : grid_(frequency_hz, cycles),
+  Tone(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude)
+      : grid_(rate, frequency_hz, cycles),
         angular_(static_cast<float>(frequency_hz) * kTwoPi),
         amplitude_(static_cast<float>(amplitude)) {}
 
@@ -26,7 +26,7 @@ class Tone {
   }
 
   void estimate(int32_t first, int32_t n, float* offsets) const {
-    for_whole_steps(n, [&](int32_t j) { offsets[j] = amplitude_ * fast_sine(phase(wrapping_add(first, j))) + kRest; });
+    for (int32_t j = 0; j < n; ++j) offsets[j] = amplitude_ * fast_sine(phase(first + j)) + kRest;
   }
 
   float error(int32_t last) const {
@@ -48,10 +48,10 @@ class Tone {
 
 int32_t sine(int32_t halfPeriods, int32_t frequencyHz, int32_t amplitude, uint8_t* out) {
   const float cycles = static_cast<float>(halfPeriods) * 0.5F;
-  const lrasynth::Tone tone(frequencyHz, cycles, amplitude);
+  const lrasynth::Tone tone(lrasynth::current_profile().rate, frequencyHz, cycles, amplitude);
   if (lrasynth::refuses(out, tone.count())) return -1;
-  lrasynth::PlainCoding coding;
-  lrasynth::render(tone, coding, 0, tone.count(), out);
-  if (tone.count() > 0) out[0] = lrasynth::kFirstCode;
+  if (tone.count() < 1) return 0;
+  lrasynth::render<lrasynth::PlainCoding>(tone, lrasynth::Window<uint8_t>{0, tone.count(), out});
+  out[0] = lrasynth::kFirstCode;
   return 0;
 }

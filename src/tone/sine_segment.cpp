@@ -24,8 +24,8 @@ float peak_of(int32_t amplitude) {
 
 }  // namespace
 
-SineSegment::SineSegment(int32_t frequency_hz, float cycles, int32_t amplitude, bool mirrored)
-    : grid_(frequency_hz, cycles),
+SineSegment::SineSegment(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude, bool mirrored)
+    : grid_(rate, frequency_hz, cycles),
       angular_(static_cast<double>(frequency_hz) * kFullTurn),
       peak_(peak_of(amplitude)),
       mirrored_(mirrored) {}
@@ -44,8 +44,7 @@ void SineSegment::estimate(int32_t first, int32_t n, float* offsets) const {
   const float peak = mirrored_ ? -peak_ : peak_;
   const auto angular = static_cast<float>(angular_);
   const TimeGrid grid = grid_;
-  for_whole_steps(
-      n, [&](int32_t j) { offsets[j] = peak * fast_sine(angular * grid.time(wrapping_add(first, j))) + kRest; });
+  for (int32_t j = 0; j < n; ++j) offsets[j] = peak * fast_sine(angular * grid.time(first + j)) + kRest;
 }
 
 // The single-precision phase errs by 2^-23 of itself; sine and product are rounded to single precision on both sides,
@@ -61,7 +60,7 @@ float SineSegment::error(int32_t last) const {
 }  // namespace lrasynth
 
 int32_t get_sine(int32_t frequencyHz, int32_t strength, float* out, float cycles) {
-  const lrasynth::SineSegment segment(frequencyHz, cycles, strength);
+  const lrasynth::SineSegment segment(lrasynth::current_profile().rate, frequencyHz, cycles, strength);
   if (lrasynth::refuses(out, segment.count())) return -1;
   for (int32_t i = 0; i < segment.count(); ++i) out[i] = segment.exact(i);
   return 0;

@@ -10,7 +10,7 @@ namespace lrasynth {
 class SineSegment {
  public:
   // Amplitude in percent of 255. A mirrored segment is turned upside down about rest.
-  SineSegment(int32_t frequency_hz, float cycles, int32_t amplitude, bool mirrored = false);
+  SineSegment(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude, bool mirrored = false);
 
   int32_t count() const { return grid_.count; }
 

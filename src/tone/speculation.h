@@ -4,41 +4,30 @@
 // estimated in single precision, in loops that vectorise; where an estimate is farther than its proven error from
 // every whole number, truncation gives the same code as the defined value would. The few others are computed again by
 // the definition, `exact`, which is the one reference for every sample.
-//
-// A source provides
-//   float exact(int32_t i)                                      offset value of sample i by its definition
-//   void estimate(int32_t first, int32_t n, float* offsets)     about the same for n samples from `first` on, and for
-//                                                               more up to a whole step
-//   float error(int32_t last)                                   bound of the difference up to sample `last`
 #pragma once
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
+#include <concepts>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 
-#include "curves/pieces.h"
 #include "profile/arithmetic.h"
 #include "profile/sample_code.h"
 #include "tone/fast_sine.h"
+#include "tone/window.h"
 
 namespace lrasynth {
 
+// Samples from 0 on, as offset values.
+template <class Source>
+concept SampleSource = requires(const Source& source, int32_t i, int32_t n, float* offsets) {
+  { source.exact(i) } -> std::same_as<float>;  // sample i by its definition
+  {source.estimate(i, n, offsets)};            // about the same for n samples from i on
+  { source.error(i) } -> std::same_as<float>;  // bound of the difference up to sample i
+};
+
 constexpr int32_t kBlock = 256;
-
-// Loops over a block run over whole steps: compilers then vectorise them without code for a remainder. What they write
-// beyond n is never read; indices there may wrap.
-constexpr int32_t kStep = 16;
-static_assert(kBlock % kStep == 0);
-
-template <class Body>
-void for_whole_steps(int32_t n, Body body) {
-  for (int32_t step = 0; step < n; step += kStep) {
-    for (int32_t j = step; j < step + kStep; ++j) body(j);
-  }
-}
 
 // An error without a proof.
 constexpr float kUnproven = std::numeric_limits<float>::infinity();
@@ -55,92 +44,69 @@ inline float offset_error(float amplitude, float error) {
   return amplitude <= kMaxEstimatedAmplitude ? error + 2.0F * kSumRounding : kUnproven;
 }
 
-// Signed distance of an offset value from the nearest whole number.
-inline float distance_to_whole(float offset_value) {
-  return offset_value - ((offset_value + kRoundingShift) - kRoundingShift);
-}
+// Marks the code of an estimate in doubt, which is negative then and never else.
+constexpr int32_t kDoubtful = std::numeric_limits<int32_t>::min();
 
-// Whether truncation could go either way. Written so that a NaN is in doubt too.
-inline bool in_doubt(float offset_value, float margin) {
-  return !(std::fabs(distance_to_whole(offset_value)) >= margin);
-}
+// The codes of n estimates: their integer parts, which count from 127 up to `last_low` and from 1 above it. In doubt
+// are those whose distance from a whole number is below the margin, so that truncation could go either way, and NaN.
+// Returns whether any is.
+bool code_estimates(const float* estimates, int32_t n, float last_low, float margin, int32_t* codes);
 
-// A coding turns an offset value into a code. `kSwitch` is the whole offset value up to which codes count from 127,
-// `kRounding` bounds what it rounds before it truncates, for values below 256.
+// Writes n codes as integers or as bytes, their low 8 bits.
+void put_codes(const int32_t* codes, int32_t n, int32_t* out);
+void put_codes(const int32_t* codes, int32_t n, uint8_t* out);
+
+// A coding turns an offset value into a code. `kLastLow` is the whole offset value up to which codes count from
+// 127, `kRounding` bounds what it rounds before it truncates, for values below 256. Where a code hangs on the one
+// before, `begin` looks back from the first sample of a window and `settle` goes through the codes in order.
 
 // Codes the float and truncates (`sine` and continuous vibration).
 struct PlainCoding {
-  static constexpr float kSwitch = 128.0F;
+  static constexpr float kLastLow = 128.0F;
   static constexpr float kRounding = kSumRounding;
   static int32_t code(float offset_value) { return truncate(code_offset(offset_value)); }
+  static void begin(const SampleSource auto& /*source*/, int32_t /*first*/) {}
   static void settle(int32_t* /*codes*/, int32_t /*n*/) {}
 };
-
-// The code of an offset value that is not in doubt: its integer part, shifted.
-template <class Coding>
-int32_t undoubted_code(float offset_value) {
-  const auto nearest = static_cast<int32_t>(std::bit_cast<uint32_t>(offset_value + kRoundingShift) -
-                                            std::bit_cast<uint32_t>(kRoundingShift));
-  const int32_t floor = nearest - static_cast<int32_t>(distance_to_whole(offset_value) < 0.0F);
-  return floor + (offset_value > Coding::kSwitch ? -127 : 127);
-}
 
 // Wider margins leave too little to be worth a try.
 constexpr float kMaxMargin = 0.125F;
 
 // How far from a whole number an estimate must lie: half as far again as its error and the coding's.
-template <class Coding, class Source>
-float margin(const Source& source, int32_t last) {
+template <class Coding>
+float margin(const SampleSource auto& source, int32_t last) {
   return 1.5F * (source.error(last) + Coding::kRounding);
 }
 
-// Codes from estimates, and which of them are in doubt.
-template <class Coding, class Source>
-void speculate(const Source& source, int32_t first, int32_t n, float margin, int32_t* codes, uint8_t* doubts) {
-  float estimates[kBlock];
-  source.estimate(first, n, estimates);
-  for_whole_steps(n, [&](int32_t j) { codes[j] = undoubted_code<Coding>(estimates[j]); });
-  for_whole_steps(n, [&](int32_t j) { doubts[j] = in_doubt(estimates[j], margin) ? 1 : 0; });
-}
-
 // The codes of up to a block of samples.
-template <class Coding, class Source>
-void code_block(const Source& source, int32_t first, int32_t n, int32_t* codes) {
-  uint8_t doubts[kBlock];
+template <class Coding>
+void code_block(const SampleSource auto& source, int32_t first, int32_t n, int32_t* codes) {
   const float least_distance = margin<Coding>(source, first + n - 1);
   if (least_distance < kMaxMargin) {
-    speculate<Coding>(source, first, n, least_distance, codes, doubts);
+    float estimates[kBlock];
+    source.estimate(first, n, estimates);
+    if (!code_estimates(estimates, n, Coding::kLastLow, least_distance, codes)) return;
   } else {
-    std::memset(doubts, 1, static_cast<std::size_t>(n));
-    std::fill_n(codes, kBlock, 0);  // what lies beyond n is stored, too
+    std::fill_n(codes, n, kDoubtful);
   }
-  const auto next_doubt = [&](int32_t from) -> int32_t {
-    const void* const found = std::memchr(doubts + from, 1, static_cast<std::size_t>(n - from));
-    return found == nullptr ? n : static_cast<int32_t>(static_cast<const uint8_t*>(found) - doubts);
-  };
-  for (int32_t j = next_doubt(0); j < n; j = next_doubt(j + 1)) codes[j] = Coding::code(source.exact(first + j));
+  for (int32_t j = 0; j < n; ++j) {
+    if (codes[j] < 0) codes[j] = Coding::code(source.exact(first + j));
+  }
 }
 
-// Writes n codes as integers or as bytes, their low 8 bits.
-inline void put_codes(const int32_t* codes, int32_t n, int32_t* out) { std::copy_n(codes, n, out); }
-
-inline void put_codes(const int32_t* codes, int32_t n, uint8_t* out) {
-  uint8_t bytes[kBlock];
-  for_whole_steps(n, [&](int32_t j) { bytes[j] = low_byte(codes[j]); });
-  std::memcpy(out, bytes, static_cast<std::size_t>(n));
-}
-
-// Samples first .. first + count - 1 of the source.
-template <class Coding, class Source, class Sample>
-void render(const Source& source, Coding& coding, int32_t first, int32_t count, Sample* out) {
+// The source's samples in the window, which lies within 2^31 samples.
+template <class Coding, class Sample>
+void render(const SampleSource auto& source, const Window<Sample>& window) {
+  Coding coding;
+  coding.begin(source, static_cast<int32_t>(window.first));
+  Sample* out = window.out;
   int32_t codes[kBlock];
-  for (const int32_t end = first + count; first < end;) {
-    const int32_t n = std::min(kBlock, end - first);
-    code_block<Coding>(source, first, n, codes);
+  for (int64_t first = window.first; first < window.end; first += kBlock) {
+    const auto n = static_cast<int32_t>(std::min<int64_t>(kBlock, window.end - first));
+    code_block<Coding>(source, static_cast<int32_t>(first), n, codes);
     coding.settle(codes, n);
     put_codes(codes, n, out);
     out += n;
-    first += n;
   }
 }
 

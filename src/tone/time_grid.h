@@ -3,20 +3,22 @@
 
 #include <cstdint>
 
+#include "profile/profile.h"
+
 namespace lrasynth {
 
-// Samples of that many cycles at the profile's rate: the product first, then the quotient, truncated; never negative,
-// and 0 for a frequency of 0.
-int32_t sine_count(int32_t frequency_hz, float cycles);
+// Samples of that many cycles: the product first, then the quotient, truncated; negative where one of them is. 0 for a
+// frequency of 0.
+int32_t sine_count(Rate rate, int32_t frequency_hz, float cycles);
 
 // Since the count is truncated, the step is not the sample period but the burst's duration over the count.
 struct TimeGrid {
-  TimeGrid(int32_t frequency_hz, float cycles);
+  TimeGrid(Rate rate, int32_t frequency_hz, float cycles);
 
   float time(int32_t i) const { return step * static_cast<float>(i); }
 
   int32_t count;
-  float step = 0.0F;  // seconds
+  float step;  // seconds
 };
 
 }  // namespace lrasynth

@@ -1,4 +1,4 @@
-// The stored bursts of motors 832 and 9595 as sample codes. Made by generate_tables.cpp.
+// The stored bursts of motors 832 and 9595 as sample codes. Made by tables/generate_tables.cpp.
 #include "lrasynth.h"
 
 // clang-format off

@@ -1,11 +1,13 @@
-// Timing model of a motor-1040 transient: what each level's segments are, and how long.
+// Timing model of the four-segment transient: what each level's segments are, and how long.
 #pragma once
 
 #include <cstdint>
 
+#include "profile/profile.h"
+
 namespace lrasynth {
 
-// The four-segment transient in general: drive, zero time, F1, F2.
+// Drive, zero time, F1, F2.
 struct TransientShape {
   int32_t drive_hz;
   int32_t f1_hz;
@@ -16,12 +18,10 @@ struct TransientShape {
   float zero_ms;
 };
 
-// Levels 25..70 have the mid-level shape, all others the edge-level shape.
+// Which of the two shapes a level's tap has; a level can be had in either.
 bool is_mid_level(int32_t level);
-
-// A level in either shape, at the drive frequency of the profile's motor.
-TransientShape mid_shape(int32_t level);
-TransientShape edge_shape(int32_t level);
+TransientShape mid_shape(int32_t drive_hz, int32_t level);
+TransientShape edge_shape(int32_t drive_hz, int32_t level);
 
 // The mid-level shape with segments of its own.
 TransientShape mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms);
@@ -30,10 +30,10 @@ TransientShape mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float z
 int32_t f1_amplitude(int32_t level, int32_t intensity);
 int32_t f2_amplitude(int32_t level, int32_t intensity);
 
-// Samples of a zero time, not truncated. Never negative.
-float zero_samples(float zero_ms);
+// Samples of a zero time, not truncated.
+float zero_samples(Rate rate, float zero_ms);
 
-// Samples of the whole transient; 0 without a positive drive frequency.
-int32_t transient_length(const TransientShape& shape);
+// Samples of the whole transient, negative where cycles or times are; 0 without a positive drive frequency.
+int32_t transient_length(Rate rate, const TransientShape& shape);
 
 }  // namespace lrasynth

@@ -7,7 +7,7 @@
 #include <numbers>
 #include <vector>
 
-#include "transient/burst_recipes.h"
+#include "burst_recipes.h"
 
 namespace {
 
@@ -68,7 +68,7 @@ void print(const Recipe& recipe, std::vector<int> samples) {
 
 int main() {
   std::printf(
-      "// The stored bursts of motors 832 and 9595 as sample codes. Made by generate_tables.cpp.\n"
+      "// The stored bursts of motors 832 and 9595 as sample codes. Made by tables/generate_tables.cpp.\n"
       "#include \"lrasynth.h\"\n\n"
       "// clang-format off\n");
   for (const Recipe& recipe : lrasynth::recipes::kMotor0832) print(recipe, burst_0832(recipe));

@@ -1,25 +1,26 @@
-// How one byte of a stored burst is scaled by an intensity.
+// Replay of stored bursts: which one a level takes, and how its samples are scaled.
 #pragma once
 
 #include <cstdint>
 
-#include "curves/pieces.h"
-#include "profile/arithmetic.h"
+#include "curves/narrow.h"
+#include "profile/motor.h"
 #include "profile/sample_code.h"
+#include "tone/window.h"
 
 namespace lrasynth {
 
+// How one byte of a stored burst is scaled by an intensity in percent.
 class Scaling {
  public:
-  // Intensity in percent.
   explicit Scaling(int32_t intensity)
       : scale_(static_cast<float>(intensity) / 100.0F), threshold_(truncate(scale_ * 128.0F)) {}
 
   // The definition. Scale, scaled value and narrowing are single precision, the two sums double: in double precision
   // throughout, some bytes would differ by one.
-  uint8_t exact(uint8_t code) const {
-    if (code == 0) return 0;
-    const float scaled = scale_ * offset_value(code);
+  uint8_t exact(uint8_t stored) const {
+    if (stored == 0) return 0;
+    const float scaled = scale_ * offset_value(stored);
     const auto wide = static_cast<double>(scaled);
     const double sum = narrow(scaled) > threshold_ ? wide - static_cast<double>(scale_) * 128.0
                                                    : static_cast<double>(1.0F - scale_) * 128.0 + (wide + 128.0);
@@ -28,8 +29,8 @@ class Scaling {
 
   // The same for intensities 0..100, where single precision and bare truncation give the same bytes. Selects by masks,
   // because compilers vectorise those.
-  uint8_t nominal(uint8_t code) const {
-    const float scaled = scale_ * offset_value(code);
+  uint8_t nominal(uint8_t stored) const {
+    const float scaled = scale_ * offset_value(stored);
     const auto above = static_cast<int32_t>(scaled - scale_ * 128.0F);
     const auto below = static_cast<int32_t>((1.0F - scale_) * 128.0F + (scaled + 128.0F));
     const int32_t is_above = -static_cast<int32_t>(static_cast<int32_t>(scaled) > threshold_);
@@ -37,10 +38,23 @@ class Scaling {
   }
 
  private:
-  static float offset_value(uint8_t code) { return static_cast<float>(static_cast<int8_t>(code) + 128); }
+  static float offset_value(uint8_t stored) { return static_cast<float>(static_cast<int8_t>(stored) + 128); }
 
   float scale_;
   int32_t threshold_;
+};
+
+class Replay {
+ public:
+  // Of a motor's burst for a level; of nothing where it has none.
+  Replay(const Motor& motor, int32_t level, int32_t intensity);
+
+  int32_t length() const { return static_cast<int32_t>(burst_.size()); }
+  void draw(const Window<uint8_t>& window) const;
+
+ private:
+  Burst burst_;
+  int32_t intensity_;
 };
 
 }  // namespace lrasynth

@@ -1,0 +1,59 @@
+// The long signal in sample output, resolved: where its pass ends, where its copies lie, and how any window of it is
+// drawn.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "pattern/repetition.h"
+#include "pattern/request.h"
+#include "profile/profile.h"
+#include "tone/window.h"
+
+namespace lrasynth {
+
+// Samples from the pattern's start to the end of its last record, of which a transient counts in whole milliseconds:
+// 32-bit, as the rule gives it, also below 0. 0 without a record.
+int32_t pass_length(const Profile& profile, const Request& request);
+
+class LongSignal {
+ public:
+  LongSignal(const Profile& profile, const Request& request, int32_t loop_count, int32_t interval_ms);
+
+  // Whether an event or a copy of the pass would start before the signal. Such a signal is not drawn.
+  bool has_early_event() const { return earliest_start_ < 0; }
+  bool has_early_copy() const { return repetition_.stride < 0; }
+
+  // Whether every continuous vibration starts at or before the limit.
+  bool starts_by(int64_t limit_samples) const { return latest_vibration_start_ <= limit_samples; }
+
+  bool has_vibration() const { return latest_vibration_start_ != kNever; }
+
+  // Samples up to the end of whatever may be drawn.
+  int64_t length() const { return std::max(room_, repetition_.end()); }
+
+  // Draws all events and copies. Samples that no event covers are left alone.
+  void draw(const Window<uint8_t>& window) const;
+
+  // Draws, of the first pass, the continuous vibrations before the first that starts beyond the limit.
+  void draw_until(int64_t limit_samples, uint8_t* out) const;
+
+ private:
+  static constexpr int64_t kNever = std::numeric_limits<int64_t>::min();
+
+  int32_t start_of(const Record& record) const { return profile_.rate.samples(record.start_ms()); }
+  void take_in(const Record& vibration);
+  void draw_vibration(const Record& record, const Window<uint8_t>& window) const;
+  void draw_transient(const Record& record, const Window<uint8_t>& window) const;
+  void draw_pass(const Window<uint8_t>& window) const;
+
+  Profile profile_;
+  Request request_;
+  Repetition repetition_;
+  int64_t room_;  // samples that the first pass may cover: the pass, or up to the furthest continuous vibration's end
+  int64_t earliest_start_ = 0;
+  int64_t latest_vibration_start_ = kNever;
+};
+
+}  // namespace lrasynth

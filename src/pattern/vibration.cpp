@@ -1,0 +1,58 @@
+// Resolving and drawing a continuous vibration.
+#include "pattern/vibration.h"
+
+#include <algorithm>
+
+#include "curves/frequency.h"
+#include "curves/intensity.h"
+#include "profile/arithmetic.h"
+#include "profile/sample_code.h"
+#include "tone/speculation.h"
+
+namespace lrasynth {
+namespace {
+
+// Gain times 128 times intensity over 100, single precision, in that order.
+float amplitude_of(float gain, int32_t intensity) {
+  const float full = gain * 128.0F;
+  const float scaled = full * static_cast<float>(intensity);
+  return scaled / 100.0F;
+}
+
+// Points are timed in samples from the first one, 32-bit.
+CurvePoint point_of(const Profile& profile, const Record& record, int32_t point) {
+  const Motor& motor = profile.motor;
+  const int32_t offset = record.point_offset(point);
+  const float gain = gain_at(motor.gain_at(profile.boost_flag), offset);
+  return {.at = profile.rate.samples(wrapping_subtract(record.point_ms(point), record.point_ms(0))),
+          .frequency_hz = offset_hz(motor.offsets_at(profile.boost_flag), motor.base_hz, offset),
+          .amplitude = amplitude_of(gain, record.point_intensity(point))};
+}
+
+}  // namespace
+
+Vibration::Vibration(const Profile& profile, const Record& record)
+    : rate_(profile.rate),
+      length_(profile.rate.samples(record.duration_ms())),
+      points_{point_of(profile, record, 0), point_of(profile, record, 1), point_of(profile, record, 2),
+              point_of(profile, record, 3)} {}
+
+// Segments are drawn as far as they fall inside the event, rest where none does.
+void Vibration::draw(const Window<uint8_t>& window) const {
+  const Window<uint8_t> inside = window.of_piece(0, length_);
+  int64_t covered = 0;
+  const auto rest_up_to = [&](int64_t end) { fill(inside.of_piece(covered, end - covered), kRestCode); };
+  for (const CurvePoint* from = points_; from != points_ + kPoints - 1; ++from) {
+    const int32_t count = wrapping_subtract(from[1].at, from[0].at);
+    if (count < 1) continue;
+    rest_up_to(from->at);
+    covered = std::max(covered, int64_t{from->at} + count);
+    const CurveSegment segment(rate_, from[0], from[1], count);
+    const Window<uint8_t> part = inside.of_piece(from->at, count);
+    segment.silent() ? fill(part, kRestCode) : render<PlainCoding>(segment, part);
+  }
+  rest_up_to(length_);
+  if (!inside.empty() && inside.first == 0) inside.out[0] = kFirstCode;
+}
+
+}  // namespace lrasynth

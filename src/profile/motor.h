@@ -1,0 +1,68 @@
+// What differs between motor models: one row each.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "profile/pieces.h"
+
+namespace lrasynth {
+
+// Drive frequency of a level: (level - 50) * slope + intercept_hz.
+struct LevelPiece {
+  int32_t from;
+  double slope;
+  double intercept_hz;
+};
+
+// Frequency at an offset around a base: (slope * offset + lift_hz) + base. Without a slope it is the base itself.
+struct OffsetPiece {
+  int32_t from;
+  double slope = 0;
+  double lift_hz = 0;
+};
+
+// Gain at an offset: offset^2 / divisor + floor.
+struct GainCurve {
+  double divisor;
+  double floor;
+};
+
+// Share of the intensity at which a tap is driven inside a pattern.
+struct ShareBand {
+  int32_t from;
+  double share;
+};
+
+// The stored burst of a level, as sample codes; empty where there is none.
+using Burst = std::span<const uint8_t>;
+
+struct BurstBand {
+  int32_t from;
+  Burst burst;
+};
+
+enum class TapKind { kNone, kFourSegments, kStoredBurst };
+
+struct Motor {
+  int32_t code;
+  int32_t base_hz;  // the resonant frequency
+  std::span<const LevelPiece> levels;
+  std::span<const OffsetPiece> offsets;          // without boost
+  std::span<const OffsetPiece> boosted_offsets;  // where the boost flag is 1
+  GainCurve gain;                                // without boost
+  GainCurve boosted_gain;                        // where the boost flag is not 0
+  std::span<const ShareBand> shares = {};        // none: all of the intensity
+  TapKind tap_kind = TapKind::kNone;
+  std::span<const BurstBand> bursts = {};
+
+  std::span<const OffsetPiece> offsets_at(int32_t boost_flag) const {
+    return boost_flag == 1 ? boosted_offsets : offsets;
+  }
+  const GainCurve& gain_at(int32_t boost_flag) const { return boost_flag != 0 ? boosted_gain : gain; }
+};
+
+// The row of a motor code; codes that no row names share the one of every other model.
+const Motor& motor_of(int32_t code);
+
+}  // namespace lrasynth
