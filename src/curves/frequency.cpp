@@ -52,34 +52,30 @@ int32_t clamped_offset(int32_t offset) { return std::clamp(offset, -50, 50); }
 
 }  // namespace lrasynth
 
-int32_t getFrequency(int32_t level) { return lrasynth::level_hz(lrasynth::current_profile().motor, level); }
+using namespace lrasynth;
 
-int32_t getFrequency_0832_ShortData(int32_t level) { return lrasynth::on_levels_of(LRASYNTH_MOTOR_832, level); }
-int32_t getFrequency_1040_ShortData(int32_t level) { return lrasynth::on_levels_of(LRASYNTH_MOTOR_1040, level); }
-int32_t getFrequency_9595_ShortData(int32_t level) { return lrasynth::on_levels_of(LRASYNTH_MOTOR_9595, level); }
-int32_t getFrequency_0815_ShortData(int32_t level) { return lrasynth::on_levels_of(LRASYNTH_MOTOR_81540, level); }
+int32_t getFrequency(int32_t level) { return level_hz(current_profile().motor, level); }
+
+int32_t getFrequency_0832_ShortData(int32_t level) { return on_levels_of(LRASYNTH_MOTOR_832, level); }
+int32_t getFrequency_1040_ShortData(int32_t level) { return on_levels_of(LRASYNTH_MOTOR_1040, level); }
+int32_t getFrequency_9595_ShortData(int32_t level) { return on_levels_of(LRASYNTH_MOTOR_9595, level); }
+int32_t getFrequency_0815_ShortData(int32_t level) { return on_levels_of(LRASYNTH_MOTOR_81540, level); }
 
 int32_t getFrequency_4096(int32_t baseHz, int32_t offset) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  return lrasynth::offset_hz(profile.motor.offsets_at(profile.boost_flag), baseHz, offset);
+  const Profile profile = current_profile();
+  return offset_hz(profile.motor.offsets_at(profile.boost_flag), baseHz, offset);
 }
 
-int32_t getFrequency_0832(int32_t baseHz, int32_t offset) {
-  return lrasynth::on_offsets_of(LRASYNTH_MOTOR_832, baseHz, offset);
-}
+int32_t getFrequency_0832(int32_t baseHz, int32_t offset) { return on_offsets_of(LRASYNTH_MOTOR_832, baseHz, offset); }
 
-int32_t getFrequency_1040(int32_t baseHz, int32_t offset) {
-  return lrasynth::on_offsets_of(LRASYNTH_MOTOR_1040, baseHz, offset);
-}
+int32_t getFrequency_1040(int32_t baseHz, int32_t offset) { return on_offsets_of(LRASYNTH_MOTOR_1040, baseHz, offset); }
 
-int32_t getFrequency_9595(int32_t baseHz, int32_t offset) {
-  return lrasynth::on_offsets_of(LRASYNTH_MOTOR_9595, baseHz, offset);
-}
+int32_t getFrequency_9595(int32_t baseHz, int32_t offset) { return on_offsets_of(LRASYNTH_MOTOR_9595, baseHz, offset); }
 
 int32_t getFrequency_081540(int32_t baseHz, int32_t offset) {
-  return lrasynth::on_offsets_of(LRASYNTH_MOTOR_81540, baseHz, offset);
+  return on_offsets_of(LRASYNTH_MOTOR_81540, baseHz, offset);
 }
 
 float getFrequencyStepValue(int32_t fromHz, int32_t toHz, int32_t stepCount) {
-  return lrasynth::hz_per_step(fromHz, toHz, stepCount);
+  return hz_per_step(fromHz, toHz, stepCount);
 }

@@ -34,27 +34,29 @@ float gain_at(const GainCurve& curve, int32_t offset) {
 
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 int32_t getIntensity(int32_t level, int32_t intensity) {
-  return lrasynth::intensity_in_pattern(lrasynth::current_profile().motor, level, intensity);
+  return intensity_in_pattern(current_profile().motor, level, intensity);
 }
 
 int32_t getIntensity_0832(int32_t level, int32_t intensity) {
-  return lrasynth::intensity_on(LRASYNTH_MOTOR_832, level, intensity);
+  return intensity_on(LRASYNTH_MOTOR_832, level, intensity);
 }
 
 int32_t getIntensity_1040(int32_t level, int32_t intensity) {
-  return lrasynth::intensity_on(LRASYNTH_MOTOR_1040, level, intensity);
+  return intensity_on(LRASYNTH_MOTOR_1040, level, intensity);
 }
 
 int32_t getIntensity_9595(int32_t level, int32_t intensity) {
-  return lrasynth::intensity_on(LRASYNTH_MOTOR_9595, level, intensity);
+  return intensity_on(LRASYNTH_MOTOR_9595, level, intensity);
 }
 
 float getIntensityMax(int32_t offset) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  return lrasynth::gain_at(profile.motor.gain_at(profile.boost_flag), offset);
+  const Profile profile = current_profile();
+  return gain_at(profile.motor.gain_at(profile.boost_flag), offset);
 }
 
-float getIntensityMax_0832(int32_t offset) { return lrasynth::gain_of(LRASYNTH_MOTOR_832, offset); }
-float getIntensityMax_1040(int32_t offset) { return lrasynth::gain_of(LRASYNTH_MOTOR_1040, offset); }
-float getIntensityMax_9595(int32_t offset) { return lrasynth::gain_of(LRASYNTH_MOTOR_9595, offset); }
+float getIntensityMax_0832(int32_t offset) { return gain_of(LRASYNTH_MOTOR_832, offset); }
+float getIntensityMax_1040(int32_t offset) { return gain_of(LRASYNTH_MOTOR_1040, offset); }
+float getIntensityMax_9595(int32_t offset) { return gain_of(LRASYNTH_MOTOR_9595, offset); }

@@ -17,8 +17,6 @@ class EventStream {
   void draw(const Window<uint8_t>& window) const;
 
  private:
-  void draw_groups(const Window<uint8_t>& window) const;
-
   Request request_;
   Repetition groups_;     // counted from behind the header
   int32_t total_ms_ = 0;  // as the header has it

@@ -48,55 +48,57 @@ int32_t write_samples(const Profile& profile, const LongSignal& signal, int32_t 
 }  // namespace
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 int32_t getLongSignalDataLength(int32_t loopCount, int32_t /*intervalMs*/, const int32_t* pattern, int32_t patternLen) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  if (lrasynth::refuses_request(profile, pattern, patternLen)) return 0;
-  const lrasynth::Request request(pattern, patternLen);
-  if (profile.chip_type != LRASYNTH_CHIP_EVENT_STREAM) return lrasynth::pass_length(profile, request);
-  return lrasynth::stream_length(lrasynth::EventStream(request, loopCount));
+  const Profile profile = current_profile();
+  if (refuses_request(profile, pattern, patternLen)) return 0;
+  const Request request(pattern, patternLen);
+  if (profile.chip_type != LRASYNTH_CHIP_EVENT_STREAM) return pass_length(profile, request);
+  return stream_length(EventStream(request, loopCount));
 }
 
 int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const int32_t* pattern, int32_t patternLen) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  if (lrasynth::refuses_request(profile, pattern, patternLen)) return 0;
-  const lrasynth::Request request(pattern, patternLen);
+  const Profile profile = current_profile();
+  if (refuses_request(profile, pattern, patternLen)) return 0;
+  const Request request(pattern, patternLen);
   if (profile.chip_type == LRASYNTH_CHIP_EVENT_STREAM) {
-    return lrasynth::stream_length(lrasynth::EventStream(request, loopCount));
+    return stream_length(EventStream(request, loopCount));
   }
-  const lrasynth::LongSignal signal(profile, request, loopCount, intervalMs);
-  return lrasynth::is_servable(signal) ? static_cast<int32_t>(signal.length()) : 0;
+  const LongSignal signal(profile, request, loopCount, intervalMs);
+  return is_servable(signal) ? static_cast<int32_t>(signal.length()) : 0;
 }
 
 int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t* pattern, uint8_t* out,
                           int32_t patternLen, int32_t limitMs) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  if (lrasynth::refuses_request(profile, pattern, patternLen)) return -1;
-  const lrasynth::Request request(pattern, patternLen);
+  const Profile profile = current_profile();
+  if (refuses_request(profile, pattern, patternLen)) return -1;
+  const Request request(pattern, patternLen);
   if (profile.chip_type == LRASYNTH_CHIP_EVENT_STREAM) {
-    return lrasynth::write_stream(lrasynth::EventStream(request, loopCount), out);
+    return write_stream(EventStream(request, loopCount), out);
   }
-  const int32_t limit_samples = lrasynth::wrapping_multiply(profile.rate.hz, limitMs) / 1000;
-  const lrasynth::LongSignal signal(profile, request, loopCount, intervalMs);
-  return lrasynth::write_samples(profile, signal, limit_samples, out);
+  const int32_t limit_samples = wrapping_multiply(profile.rate.hz, limitMs) / 1000;
+  const LongSignal signal(profile, request, loopCount, intervalMs);
+  return write_samples(profile, signal, limit_samples, out);
 }
 
 int32_t get_4096_wave(const int32_t* event, uint8_t* out, int32_t limitSamples) {
   if (event == nullptr) return -1;
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  const lrasynth::Record record(event);
-  const lrasynth::Vibration vibration(profile, record);
-  if (lrasynth::refuses(out, vibration.length())) return -1;
-  lrasynth::publish_f0(profile.motor);
+  const Profile profile = current_profile();
+  const Record record(event);
+  const Vibration vibration(profile, record);
+  if (refuses(out, vibration.length())) return -1;
+  publish_f0(profile.motor);
   if (profile.rate.samples(record.start_ms()) > limitSamples) return -1;
   vibration.draw({0, vibration.length(), out});
   return 0;
 }
 
 int32_t get_4097_wave(int32_t startMs, int32_t intensity, int32_t level, uint8_t* out) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
+  const Profile profile = current_profile();
   const int32_t start = profile.rate.samples(startMs);
-  const lrasynth::Tap tap = lrasynth::tap_in_pattern(profile, level, intensity);
-  if (start < 0 || lrasynth::refuses(out, tap.length())) return -1;
+  const Tap tap = tap_in_pattern(profile, level, intensity);
+  if (start < 0 || refuses(out, tap.length())) return -1;
   if (tap.length() > 0) tap.draw({0, tap.length(), out + start});
   return 0;
 }

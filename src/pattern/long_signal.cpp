@@ -41,29 +41,33 @@ LongSignal::LongSignal(const Profile& profile, const Request& request, int32_t l
       request_(request),
       repetition_(repetition_of(profile, pass_length(profile, request), loop_count, interval_ms)),
       room_(repetition_.pass) {
-  for (const Record record : request_.records(LRASYNTH_CONTINUOUS)) take_in(record);
-  for (const Record record : request_.records(LRASYNTH_TRANSIENT)) {
+  request_.each(LRASYNTH_CONTINUOUS, [this](const Record& record) {
+    const int64_t start = start_of(record);
+    const int64_t length = profile_.rate.samples(record.duration_ms());
+    earliest_start_ = std::min(earliest_start_, start);
+    latest_vibration_start_ = std::max(latest_vibration_start_, start);
+    if (length > 0) room_ = std::max(room_, start + length);
+  });
+  request_.each(LRASYNTH_TRANSIENT, [this](const Record& record) {
     earliest_start_ = std::min<int64_t>(earliest_start_, start_of(record));
-  }
+  });
 }
 
-void LongSignal::take_in(const Record& vibration) {
-  const int64_t start = start_of(vibration);
-  const int64_t length = profile_.rate.samples(vibration.duration_ms());
-  earliest_start_ = std::min(earliest_start_, start);
-  latest_vibration_start_ = std::max(latest_vibration_start_, start);
-  if (length > 0) room_ = std::max(room_, start + length);
-}
-
+// Later events replace earlier ones, and any transient any continuous vibration. Nothing is mixed.
 void LongSignal::draw(const Window<uint8_t>& window) const {
-  draw_repeated(repetition_, window, [this](const Window<uint8_t>& part) { draw_pass(part); });
+  draw_repeated(repetition_, window, [this](const Window<uint8_t>& part) {
+    if (part.first >= room_) return;
+    request_.each(LRASYNTH_CONTINUOUS, [&](const Record& record) { draw_vibration(record, part); });
+    request_.each(LRASYNTH_TRANSIENT, [&](const Record& record) { draw_transient(record, part); });
+  });
 }
 
 void LongSignal::draw_until(int64_t limit_samples, uint8_t* out) const {
-  for (const Record record : request_.records(LRASYNTH_CONTINUOUS)) {
-    if (start_of(record) > limit_samples) return;
-    draw_vibration(record, {0, room_, out});
-  }
+  bool in_time = true;
+  request_.each(LRASYNTH_CONTINUOUS, [&](const Record& record) {
+    in_time = in_time && start_of(record) <= limit_samples;
+    if (in_time) draw_vibration(record, {0, room_, out});
+  });
 }
 
 void LongSignal::draw_vibration(const Record& record, const Window<uint8_t>& window) const {
@@ -79,13 +83,6 @@ void LongSignal::draw_transient(const Record& record, const Window<uint8_t>& win
   const Tap tap = tap_in_pattern(profile_, record.level(), record.intensity());
   const Window<uint8_t> part = window.of_piece(start, std::min<int64_t>(tap.length(), room_ - start));
   if (!part.empty()) tap.draw(part);
-}
-
-// Later events replace earlier ones, and any transient any continuous vibration. Nothing is mixed.
-void LongSignal::draw_pass(const Window<uint8_t>& window) const {
-  if (window.first >= room_) return;
-  for (const Record record : request_.records(LRASYNTH_CONTINUOUS)) draw_vibration(record, window);
-  for (const Record record : request_.records(LRASYNTH_TRANSIENT)) draw_transient(record, window);
 }
 
 }  // namespace lrasynth

@@ -43,10 +43,8 @@ class LongSignal {
   static constexpr int64_t kNever = std::numeric_limits<int64_t>::min();
 
   int32_t start_of(const Record& record) const { return profile_.rate.samples(record.start_ms()); }
-  void take_in(const Record& vibration);
   void draw_vibration(const Record& record, const Window<uint8_t>& window) const;
   void draw_transient(const Record& record, const Window<uint8_t>& window) const;
-  void draw_pass(const Window<uint8_t>& window) const;
 
   Profile profile_;
   Request request_;

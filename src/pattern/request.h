@@ -32,38 +32,6 @@ class Record {
   const int32_t* fields_;
 };
 
-// The records of one type in the order of the array, those that lie whole in it.
-class Records {
- public:
-  class Iterator {
-   public:
-    Iterator(const int32_t* at, const Records& records) : at_(at), records_(records) {}
-    Record operator*() const { return Record(at_); }
-    Iterator& operator++() {
-      at_ = records_.next(at_ + 1);
-      return *this;
-    }
-    bool operator!=(const int32_t* end) const { return at_ != end; }
-
-   private:
-    const int32_t* at_;
-    const Records& records_;
-  };
-
-  // `end` is behind the last integer at which a record may start.
-  Records(int32_t type, const int32_t* begin, const int32_t* end) : type_(type), begin_(begin), end_(end) {}
-
-  Iterator begin() const { return {next(begin_), *this}; }
-  const int32_t* end() const { return end_; }
-
- private:
-  const int32_t* next(const int32_t* from) const;
-
-  int32_t type_;
-  const int32_t* begin_;
-  const int32_t* end_;
-};
-
 class Request {
  public:
   // A null array and a negative length read as empty.
@@ -74,9 +42,13 @@ class Request {
   bool has_record() const { return length_ >= LRASYNTH_RECORD_LENGTH; }
   Record last_record() const { return Record(values_ + (length_ - LRASYNTH_RECORD_LENGTH)); }
 
-  Records records(int32_t type) const {
-    const int32_t starts = has_record() ? length_ - LRASYNTH_RECORD_LENGTH + 1 : 0;
-    return {type, values_, values_ + starts};
+  // Visits the records of one type that lie whole in the array, in its order. Every integer of the type's value starts
+  // one, wherever it stands.
+  template <class Visit>
+  void each(int32_t type, Visit visit) const {
+    for (int32_t i = 0; i <= length_ - LRASYNTH_RECORD_LENGTH; ++i) {
+      if (values_[i] == type) visit(Record(values_ + i));
+    }
   }
 
   // Integers outside the array read as 0.

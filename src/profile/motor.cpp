@@ -57,50 +57,21 @@ constexpr BurstBand kBursts9595[] = {{101, {}},
                                      {0, wave_custom_T05},
                                      {kBelow, {}}};
 
+// clang-format off
 constexpr Motor kMotors[] = {
-    {.code = LRASYNTH_MOTOR_1040,
-     .base_hz = 170,
-     .levels = kLevels1040,
-     .offsets = kOffsets1040,
-     .boosted_offsets = kOffsets1040,
-     .gain = kGain1040,
-     .boosted_gain = kGain1040,
-     .shares = kShares1040,
-     .tap_kind = TapKind::kFourSegments},
-    {.code = LRASYNTH_MOTOR_832,
-     .base_hz = 235,
-     .levels = kLevels832,
-     .offsets = kOffsets832,
-     .boosted_offsets = kBoostedOffsets832,
-     .gain = kGain832,
-     .boosted_gain = kBoostedGain832,
-     .tap_kind = TapKind::kStoredBurst,
-     .bursts = kBursts832},
-    {.code = LRASYNTH_MOTOR_9595,
-     .base_hz = 170,
-     .levels = kLevels9595,
-     .offsets = kOffsets9595,
-     .boosted_offsets = kOffsets9595,
-     .gain = kGain9595,
-     .boosted_gain = kGain9595,
-     .tap_kind = TapKind::kStoredBurst,
-     .bursts = kBursts9595},
-    {.code = LRASYNTH_MOTOR_81540,
-     .base_hz = 130,
-     .levels = kLevels81540,
-     .offsets = kOffsets81540,
-     .boosted_offsets = kOffsets81540,
-     .gain = kGain1040,
-     .boosted_gain = kGain1040},
+    {LRASYNTH_MOTOR_1040, 170, kLevels1040, kOffsets1040, kOffsets1040, kGain1040, kGain1040,
+     kShares1040, TapKind::kFourSegments, {}},
+    {LRASYNTH_MOTOR_832, 235, kLevels832, kOffsets832, kBoostedOffsets832, kGain832, kBoostedGain832,
+     {}, TapKind::kStoredBurst, kBursts832},
+    {LRASYNTH_MOTOR_9595, 170, kLevels9595, kOffsets9595, kOffsets9595, kGain9595, kGain9595,
+     {}, TapKind::kStoredBurst, kBursts9595},
+    {LRASYNTH_MOTOR_81540, 130, kLevels81540, kOffsets81540, kOffsets81540, kGain1040, kGain1040,
+     {}, TapKind::kNone, {}},
 };
-
-constexpr Motor kEveryOtherMotor = {.code = 0,
-                                    .base_hz = 170,
-                                    .levels = kLevelsThemselves,
-                                    .offsets = kBaseAlone,
-                                    .boosted_offsets = kBaseAlone,
-                                    .gain = kGain1040,
-                                    .boosted_gain = kGain1040};
+constexpr Motor kEveryOtherMotor =
+    {0, 170, kLevelsThemselves, kBaseAlone, kBaseAlone, kGain1040, kGain1040,
+     {}, TapKind::kNone, {}};
+// clang-format on
 
 }  // namespace
 

@@ -2,11 +2,21 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 
-#include "profile/pieces.h"
-
 namespace lrasynth {
+
+// `from` of a table's last row, which serves everything below the others.
+constexpr int32_t kBelow = std::numeric_limits<int32_t>::min();
+
+// The row that serves x: the first whose `from` is not above it. Tables run downward and end with kBelow.
+template <class Row>
+constexpr const Row& row_at(std::span<const Row> rows, int32_t x) {
+  const Row* row = rows.data();
+  while (x < row->from) ++row;
+  return *row;
+}
 
 // Drive frequency of a level: (level - 50) * slope + intercept_hz.
 struct LevelPiece {
@@ -52,13 +62,11 @@ struct Motor {
   std::span<const OffsetPiece> boosted_offsets;  // where the boost flag is 1
   GainCurve gain;                                // without boost
   GainCurve boosted_gain;                        // where the boost flag is not 0
-  std::span<const ShareBand> shares = {};        // none: all of the intensity
-  TapKind tap_kind = TapKind::kNone;
-  std::span<const BurstBand> bursts = {};
+  std::span<const ShareBand> shares;             // none: all of the intensity
+  TapKind tap_kind;
+  std::span<const BurstBand> bursts;
 
-  std::span<const OffsetPiece> offsets_at(int32_t boost_flag) const {
-    return boost_flag == 1 ? boosted_offsets : offsets;
-  }
+  auto offsets_at(int32_t boost_flag) const { return boost_flag == 1 ? boosted_offsets : offsets; }
   const GainCurve& gain_at(int32_t boost_flag) const { return boost_flag != 0 ? boosted_gain : gain; }
 };
 

@@ -24,6 +24,8 @@ void publish_f0(const Motor& motor) { store_f0(motor.base_hz); }
 
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 void setChipType(int32_t chipType) {
   IC_TYPE = chipType;
   SAMPLE_RATE = chipType == LRASYNTH_CHIP_HALF_RATE ? 12000 : 24000;
@@ -36,16 +38,16 @@ int32_t setMotorType(int32_t motorType) {
 
 int32_t getMotorType() { return giMotorType; }
 
-void setF0(int32_t frequencyHz) { lrasynth::store_f0(frequencyHz); }
+void setF0(int32_t frequencyHz) { store_f0(frequencyHz); }
 
 int32_t getF0() {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  lrasynth::publish_f0(profile.motor);
+  const Profile profile = current_profile();
+  publish_f0(profile.motor);
   return profile.motor.base_hz;
 }
 
 int32_t setBoostFlg(int32_t flag) {
-  giBoostFlg = lrasynth::wrapping_subtract(1, flag);
+  giBoostFlg = wrapping_subtract(1, flag);
   return 0;
 }
 

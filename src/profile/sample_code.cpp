@@ -3,10 +3,10 @@
 
 #include "lrasynth.h"
 
-float wave_transform(float offsetValue) { return lrasynth::code_offset(offsetValue); }
+using namespace lrasynth;
 
-float custom_wave_transform(int32_t offsetValue) {
-  return static_cast<float>(lrasynth::code_truncated_offset(offsetValue));
-}
+float wave_transform(float offsetValue) { return code_offset(offsetValue); }
 
-float wave_reverse(float offsetValue) { return lrasynth::mirror(offsetValue); }
+float custom_wave_transform(int32_t offsetValue) { return static_cast<float>(code_truncated_offset(offsetValue)); }
+
+float wave_reverse(float offsetValue) { return mirror(offsetValue); }

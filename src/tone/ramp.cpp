@@ -14,11 +14,13 @@ Ramp::Ramp(int32_t count, float start, float end)
 
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 int32_t getIncreasingStepIntensity(int32_t count, float* out, float start, float end) {
   if (count < 1) return 0;
   if (out == nullptr) return -1;
-  const lrasynth::Ramp ramp(count, start, end);
-  const float period = lrasynth::current_profile().rate.period();
-  for (int32_t i = 0; i < count; ++i) out[i] = ramp.exact(lrasynth::sample_time(period, i));
+  const Ramp ramp(count, start, end);
+  const float period = current_profile().rate.period();
+  for (int32_t i = 0; i < count; ++i) out[i] = ramp.exact(sample_time(period, i));
   return 0;
 }

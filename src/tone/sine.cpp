@@ -46,12 +46,14 @@ class Tone {
 }  // namespace
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 int32_t sine(int32_t halfPeriods, int32_t frequencyHz, int32_t amplitude, uint8_t* out) {
   const float cycles = static_cast<float>(halfPeriods) * 0.5F;
-  const lrasynth::Tone tone(lrasynth::current_profile().rate, frequencyHz, cycles, amplitude);
-  if (lrasynth::refuses(out, tone.count())) return -1;
+  const Tone tone(current_profile().rate, frequencyHz, cycles, amplitude);
+  if (refuses(out, tone.count())) return -1;
   if (tone.count() < 1) return 0;
-  lrasynth::render<lrasynth::PlainCoding>(tone, lrasynth::Window<uint8_t>{0, tone.count(), out});
-  out[0] = lrasynth::kFirstCode;
+  render<PlainCoding>(tone, Window<uint8_t>{0, tone.count(), out});
+  out[0] = kFirstCode;
   return 0;
 }

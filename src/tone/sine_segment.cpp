@@ -59,9 +59,11 @@ float SineSegment::error(int32_t last) const {
 
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 int32_t get_sine(int32_t frequencyHz, int32_t strength, float* out, float cycles) {
-  const lrasynth::SineSegment segment(lrasynth::current_profile().rate, frequencyHz, cycles, strength);
-  if (lrasynth::refuses(out, segment.count())) return -1;
+  const SineSegment segment(current_profile().rate, frequencyHz, cycles, strength);
+  if (refuses(out, segment.count())) return -1;
   for (int32_t i = 0; i < segment.count(); ++i) out[i] = segment.exact(i);
   return 0;
 }

@@ -9,6 +9,8 @@ namespace lrasynth {
 
 class SineSegment {
  public:
+  SineSegment() = default;  // of no samples
+
   // Amplitude in percent of 255. A mirrored segment is turned upside down about rest.
   SineSegment(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude, bool mirrored = false);
 
@@ -21,9 +23,9 @@ class SineSegment {
 
  private:
   TimeGrid grid_;
-  double angular_;  // radians per second
-  float peak_;      // sample units
-  bool mirrored_;
+  double angular_ = 0;  // radians per second
+  float peak_ = 0;      // sample units
+  bool mirrored_ = false;
 };
 
 }  // namespace lrasynth

@@ -13,12 +13,13 @@ int32_t sine_count(Rate rate, int32_t frequency_hz, float cycles);
 
 // Since the count is truncated, the step is not the sample period but the burst's duration over the count.
 struct TimeGrid {
+  TimeGrid() = default;
   TimeGrid(Rate rate, int32_t frequency_hz, float cycles);
 
   float time(int32_t i) const { return step * static_cast<float>(i); }
 
-  int32_t count;
-  float step;  // seconds
+  int32_t count = 0;
+  float step = 0.0F;  // seconds
 };
 
 }  // namespace lrasynth

@@ -1,4 +1,4 @@
-// Replay of stored bursts: which one a level takes, and how its samples are scaled.
+// Replay of stored bursts: how their samples are scaled.
 #pragma once
 
 #include <cstdint>
@@ -44,17 +44,13 @@ class Scaling {
   int32_t threshold_;
 };
 
-class Replay {
- public:
-  // Of a motor's burst for a level; of nothing where it has none.
-  Replay(const Motor& motor, int32_t level, int32_t intensity);
-
-  int32_t length() const { return static_cast<int32_t>(burst_.size()); }
+// A stored burst at an intensity in percent.
+struct Replay {
+  int32_t length() const { return static_cast<int32_t>(burst.size()); }
   void draw(const Window<uint8_t>& window) const;
 
- private:
-  Burst burst_;
-  int32_t intensity_;
+  Burst burst;
+  int32_t intensity = 0;
 };
 
 }  // namespace lrasynth

@@ -35,45 +35,37 @@ const LevelBand& band_of(int32_t level) { return row_at<LevelBand>(kBands, level
 
 int32_t fortieths(int32_t factor, int32_t intensity) { return static_cast<int32_t>(int64_t{factor} * intensity / 40); }
 
-// As the profile's motor drives the level.
-int32_t length_at(int32_t level, TransientShape (*shape)(int32_t drive_hz, int32_t level)) {
-  const Profile profile = current_profile();
-  return transient_length(profile.rate, shape(level_hz(profile.motor, level), level));
-}
+int32_t f1_amplitude(int32_t level, int32_t intensity) { return fortieths(band_of(level).f1_fortieths, intensity); }
+int32_t f2_amplitude(int32_t level, int32_t intensity) { return fortieths(band_of(level).f2_fortieths, intensity); }
 
 }  // namespace
 
 bool is_mid_level(int32_t level) { return band_of(level).mid; }
 
-TransientShape mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms) {
-  return {.drive_hz = drive_hz,
-          .f1_hz = f1_hz,
-          .f2_hz = f2_hz,
-          .drive_cycles = 1.0F,
-          .f1_cycles = 0.5F,
-          .f2_cycles = 0.5F,
-          .zero_ms = zero_ms};
+// Both shapes are driven at half the intensity; only the mid level also halves what F1 and F2 see.
+TransientShape mid_shape(int32_t drive_hz, int32_t level, int32_t intensity) {
+  const int32_t half = intensity / 2;
+  return custom_mid_shape(drive_hz, band_of(level).f1_hz, kF2Hz, band_of(level).zero_ms, half, f1_amplitude(level, half),
+                   f2_amplitude(level, half));
 }
 
-TransientShape mid_shape(int32_t drive_hz, int32_t level) {
+TransientShape edge_shape(int32_t drive_hz, int32_t level, int32_t intensity) {
   const LevelBand& band = band_of(level);
-  return mid_shape(drive_hz, band.f1_hz, kF2Hz, band.zero_ms);
+  return {.drive = {drive_hz, band.drive_cycles, intensity / 2},
+          .zero_ms = band.zero_ms,
+          .f1 = {band.f1_hz, kEdgeF1Cycles, f1_amplitude(level, intensity)},
+          .f2 = {kF2Hz, kEdgeF2Cycles, f2_amplitude(level, intensity)}};
 }
 
-TransientShape edge_shape(int32_t drive_hz, int32_t level) {
-  const LevelBand& band = band_of(level);
-  return {.drive_hz = drive_hz,
-          .f1_hz = band.f1_hz,
-          .f2_hz = kF2Hz,
-          .drive_cycles = band.drive_cycles,
-          .f1_cycles = kEdgeF1Cycles,
-          .f2_cycles = kEdgeF2Cycles,
-          .zero_ms = band.zero_ms};
+TransientShape custom_mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms, int32_t amplitude,
+                         int32_t f1_amplitude, int32_t f2_amplitude) {
+  return {.drive = {drive_hz, 1.0F, amplitude},
+          .zero_ms = zero_ms,
+          .f1 = {f1_hz, 0.5F, f1_amplitude},
+          .f2 = {f2_hz, 0.5F, f2_amplitude},
+          .f2_mirrored = true,
+          .coding = TransientCoding::kCodeFirst};
 }
-
-int32_t f1_amplitude(int32_t level, int32_t intensity) { return fortieths(band_of(level).f1_fortieths, intensity); }
-
-int32_t f2_amplitude(int32_t level, int32_t intensity) { return fortieths(band_of(level).f2_fortieths, intensity); }
 
 float zero_samples(Rate rate, float zero_ms) {
   const float product = rate.single() * zero_ms;
@@ -82,46 +74,47 @@ float zero_samples(Rate rate, float zero_ms) {
 
 // The segments are truncated one by one, the zero time only together with their sum, which is single precision.
 int32_t transient_length(Rate rate, const TransientShape& shape) {
-  if (shape.drive_hz <= 0) return 0;
-  const int64_t segments = int64_t{sine_count(rate, shape.drive_hz, shape.drive_cycles)} +
-                           sine_count(rate, shape.f1_hz, shape.f1_cycles) +
-                           sine_count(rate, shape.f2_hz, shape.f2_cycles);
+  if (shape.drive.hz <= 0) return 0;
+  int64_t segments = 0;
+  for (const SegmentShape& segment : {shape.drive, shape.f1, shape.f2}) {
+    segments += sine_count(rate, segment.hz, segment.cycles);
+  }
   return truncate(zero_samples(rate, shape.zero_ms) + static_cast<float>(segments));
 }
 
 }  // namespace lrasynth
 
-float getC0(int32_t level) { return lrasynth::band_of(level).drive_cycles; }
-float getC1() { return lrasynth::kEdgeF1Cycles; }
-float getC2() { return lrasynth::kEdgeF2Cycles; }
-int32_t getF1(int32_t level) { return lrasynth::band_of(level).f1_hz; }
-int32_t getF2() { return lrasynth::kF2Hz; }
-float getZeroTime(int32_t level) { return lrasynth::band_of(level).zero_ms; }
+using namespace lrasynth;
 
-int32_t getA1(int32_t level, int32_t intensity) { return lrasynth::f1_amplitude(level, intensity); }
-int32_t getA2(int32_t level, int32_t intensity) { return lrasynth::f2_amplitude(level, intensity); }
+float getC0(int32_t level) { return band_of(level).drive_cycles; }
+float getC1() { return kEdgeF1Cycles; }
+float getC2() { return kEdgeF2Cycles; }
+int32_t getF1(int32_t level) { return band_of(level).f1_hz; }
+int32_t getF2() { return kF2Hz; }
+float getZeroTime(int32_t level) { return band_of(level).zero_ms; }
+int32_t getA1(int32_t level, int32_t intensity) { return f1_amplitude(level, intensity); }
+int32_t getA2(int32_t level, int32_t intensity) { return f2_amplitude(level, intensity); }
 
 // Half cycles of the drive.
-int32_t getCycle(int32_t level) { return static_cast<int32_t>(2.0F * lrasynth::band_of(level).drive_cycles); }
+int32_t getCycle(int32_t level) { return static_cast<int32_t>(2.0F * band_of(level).drive_cycles); }
 
 int32_t get_wave_func_wave_len(int32_t level, int32_t f1Hz, int32_t f2Hz, float zeroTimeMs) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  const int32_t drive_hz = lrasynth::level_hz(profile.motor, level);
-  return lrasynth::transient_length(profile.rate, lrasynth::mid_shape(drive_hz, f1Hz, f2Hz, zeroTimeMs));
+  const Profile profile = current_profile();
+  return transient_length(profile.rate, custom_mid_shape(level_hz(profile.motor, level), f1Hz, f2Hz, zeroTimeMs));
 }
 
 int32_t get_wave_func_wave_len_custom(int32_t level, int32_t f1Hz, int32_t f2Hz, float c0, float c1, float c2,
                                       float zeroTimeMs) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  return lrasynth::transient_length(profile.rate, {.drive_hz = lrasynth::level_hz(profile.motor, level),
-                                                   .f1_hz = f1Hz,
-                                                   .f2_hz = f2Hz,
-                                                   .drive_cycles = c0,
-                                                   .f1_cycles = c1,
-                                                   .f2_cycles = c2,
-                                                   .zero_ms = zeroTimeMs});
+  const Profile profile = current_profile();
+  return transient_length(profile.rate, {{level_hz(profile.motor, level), c0}, zeroTimeMs, {f1Hz, c1}, {f2Hz, c2}});
 }
 
-int32_t get_custom_wave_len(int32_t level) { return lrasynth::length_at(level, lrasynth::mid_shape); }
+int32_t get_custom_wave_len(int32_t level) {
+  const Profile profile = current_profile();
+  return transient_length(profile.rate, mid_shape(level_hz(profile.motor, level), level, 0));
+}
 
-int32_t get_wav_len_high_frequency(int32_t level) { return lrasynth::length_at(level, lrasynth::edge_shape); }
+int32_t get_wav_len_high_frequency(int32_t level) {
+  const Profile profile = current_profile();
+  return transient_length(profile.rate, edge_shape(level_hz(profile.motor, level), level, 0));
+}

@@ -7,28 +7,33 @@
 
 namespace lrasynth {
 
-// Drive, zero time, F1, F2.
-struct TransientShape {
-  int32_t drive_hz;
-  int32_t f1_hz;
-  int32_t f2_hz;
-  float drive_cycles;
-  float f1_cycles;
-  float f2_cycles;
-  float zero_ms;
+struct SegmentShape {
+  int32_t hz;
+  float cycles;
+  int32_t amplitude = 0;  // percent of 255
 };
 
-// Which of the two shapes a level's tap has; a level can be had in either.
+// How offset values become codes: coded, then truncated, or truncated first.
+enum class TransientCoding { kCodeFirst, kTruncateFirst };
+
+// In time order.
+struct TransientShape {
+  SegmentShape drive;
+  float zero_ms;
+  SegmentShape f1;
+  SegmentShape f2;
+  bool f2_mirrored = false;
+  TransientCoding coding = TransientCoding::kTruncateFirst;
+};
+
+// Whether a level's tap has the mid-level shape, or the edge-level one. Any level can be had in either.
 bool is_mid_level(int32_t level);
-TransientShape mid_shape(int32_t drive_hz, int32_t level);
-TransientShape edge_shape(int32_t drive_hz, int32_t level);
+TransientShape mid_shape(int32_t drive_hz, int32_t level, int32_t intensity);
+TransientShape edge_shape(int32_t drive_hz, int32_t level, int32_t intensity);
 
-// The mid-level shape with segments of its own.
-TransientShape mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms);
-
-// Amplitudes of the F1 and F2 segments: fortieths of the intensity, computed in 64 bits; 0 at edge levels.
-int32_t f1_amplitude(int32_t level, int32_t intensity);
-int32_t f2_amplitude(int32_t level, int32_t intensity);
+// The mid-level shape with segments of its own; amplitudes are those of drive, F1 and F2.
+TransientShape custom_mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms, int32_t amplitude = 0,
+                         int32_t f1_amplitude = 0, int32_t f2_amplitude = 0);
 
 // Samples of a zero time, not truncated.
 float zero_samples(Rate rate, float zero_ms);

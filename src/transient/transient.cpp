@@ -76,14 +76,13 @@ int32_t write_integers(const Transient& transient, int32_t* out) {
 
 }  // namespace
 
-Transient::Transient(Rate rate, const TransientShape& shape, const Amplitudes& amplitudes, bool f2_mirrored,
-                     TransientCoding coding)
+Transient::Transient(Rate rate, const TransientShape& shape)
     : length_(transient_length(rate, shape)),
-      drive_(rate, shape.drive_hz, shape.drive_cycles, amplitudes.drive),
+      drive_(rate, shape.drive.hz, shape.drive.cycles, shape.drive.amplitude),
       zero_count_(truncate(zero_samples(rate, shape.zero_ms))),
-      f1_(rate, shape.f1_hz, shape.f1_cycles, amplitudes.f1),
-      f2_(rate, shape.f2_hz, shape.f2_cycles, amplitudes.f2, f2_mirrored),
-      coding_(coding) {}
+      f1_(rate, shape.f1.hz, shape.f1.cycles, shape.f1.amplitude),
+      f2_(rate, shape.f2.hz, shape.f2.cycles, shape.f2.amplitude, shape.f2_mirrored),
+      coding_(shape.coding) {}
 
 int32_t Transient::drawn_length() const {
   int64_t sum = 0;
@@ -93,58 +92,35 @@ int32_t Transient::drawn_length() const {
 
 template <class Sample>
 void Transient::draw(const Window<Sample>& window) const {
-  if (window.empty()) return;
-  const auto draw_pieces = [this](auto pen) {
+  const Window<Sample> inside = window.of_piece(0, length_);
+  const auto draw_with = [this](auto pen) {
     pen.draw(drive_);
     pen.rest(zero_count_);
     pen.draw(f1_);
     pen.draw(f2_);
     pen.rest(length_);
   };
-  if (coding_ == TransientCoding::kCodeFirst) {
-    draw_pieces(Pen<MidCoding, Sample>(window));
-  } else {
-    draw_pieces(Pen<EdgeCoding, Sample>(window));
-  }
-  if (window.first == 0) window.out[0] = kFirstCode;
+  if (inside.empty()) return;
+  coding_ == TransientCoding::kCodeFirst ? draw_with(Pen<MidCoding, Sample>(inside))
+                                         : draw_with(Pen<EdgeCoding, Sample>(inside));
+  if (inside.first == 0) inside.out[0] = kFirstCode;
 }
 
 template void Transient::draw(const Window<uint8_t>& window) const;
-template void Transient::draw(const Window<int32_t>& window) const;
-
-// Both shapes are driven at half the intensity; only the mid level also halves what F1 and F2 see.
-Transient mid_transient(Rate rate, int32_t drive_hz, int32_t level, int32_t intensity) {
-  const int32_t half = intensity / 2;
-  const Amplitudes amplitudes = {half, f1_amplitude(level, half), f2_amplitude(level, half)};
-  return {rate, mid_shape(drive_hz, level), amplitudes, true, TransientCoding::kCodeFirst};
-}
-
-Transient edge_transient(Rate rate, int32_t drive_hz, int32_t level, int32_t intensity) {
-  const Amplitudes amplitudes = {intensity / 2, f1_amplitude(level, intensity), f2_amplitude(level, intensity)};
-  return {rate, edge_shape(drive_hz, level), amplitudes, false, TransientCoding::kTruncateFirst};
-}
 
 }  // namespace lrasynth
 
+using namespace lrasynth;
+
 int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2, int32_t* out,
                   float zeroTimeMs) {
-  const lrasynth::Profile profile = lrasynth::current_profile();
-  const int32_t drive_hz = lrasynth::level_hz(profile.motor, level);
-  const lrasynth::TransientShape shape = lrasynth::mid_shape(drive_hz, f1Hz, f2Hz, zeroTimeMs);
-  const auto coding = lrasynth::TransientCoding::kCodeFirst;
-  return lrasynth::write_integers({profile.rate, shape, {intensity, a1, a2}, true, coding}, out);
+  const Profile profile = current_profile();
+  const int32_t drive_hz = level_hz(profile.motor, level);
+  return write_integers({profile.rate, custom_mid_shape(drive_hz, f1Hz, f2Hz, zeroTimeMs, intensity, a1, a2)}, out);
 }
 
 int32_t wave_func_custom(int32_t frequencyHz, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2,
                          int32_t reverse, int32_t* out, float c0, float c1, float c2, float zeroTimeMs) {
-  const lrasynth::TransientShape shape = {.drive_hz = frequencyHz,
-                                          .f1_hz = f1Hz,
-                                          .f2_hz = f2Hz,
-                                          .drive_cycles = c0,
-                                          .f1_cycles = c1,
-                                          .f2_cycles = c2,
-                                          .zero_ms = zeroTimeMs};
-  const lrasynth::Rate rate = lrasynth::current_profile().rate;
-  const auto coding = lrasynth::TransientCoding::kTruncateFirst;
-  return lrasynth::write_integers({rate, shape, {intensity, a1, a2}, reverse == 1, coding}, out);
+  const TransientShape shape = {{frequencyHz, c0, intensity}, zeroTimeMs, {f1Hz, c1, a1}, {f2Hz, c2, a2}, reverse == 1};
+  return write_integers({current_profile().rate, shape}, out);
 }
