@@ -10,6 +10,10 @@
  *     uint8_t *tap = malloc(length);
  *     getShortSignalData(50, 80, tap);                  // at 80 % intensity
  *
+ * Hosts with more than one motor, with small buffers, or that cannot afford an overrun take the functions of the last
+ * section instead: they have the profile as an argument and read any window of a waveform, of any length, into a
+ * buffer whose size they are told. The bytes are the same.
+ *
  * ## Terms
  *   - Sample code: one output byte, a two's-complement amplitude: 0 is rest, 1..127 push one way, 255 (weakest) down to
  *     129 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
@@ -40,8 +44,9 @@
 /** Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
  * @{ */
 #define LRASYNTH_VERSION_MAJOR 1
-#define LRASYNTH_VERSION_MINOR 0
+#define LRASYNTH_VERSION_MINOR 1
 #define LRASYNTH_VERSION_PATCH 0
+#define LRASYNTH_VERSION (LRASYNTH_VERSION_MAJOR * 10000 + LRASYNTH_VERSION_MINOR * 100 + LRASYNTH_VERSION_PATCH)
 /** @} */
 
 /** Motor models.
@@ -480,6 +485,166 @@ int32_t get_sine(int32_t frequencyHz, int32_t strength, float *out, float cycles
 /** Renders count envelope values from start toward end along a quarter sine (at 24000 samples a second; along a half
  * sine at 12000). Returns 0, or -1 for a null out. */
 int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float end);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup windows Profile in hand, any window
+ * The same waveforms without process-wide settings: the profile is an argument, and nothing is read or written but the
+ * arguments, not even F0. So any number of threads and motors work side by side.
+ *
+ * The functions of reading work like pread: they write samples first .. first + count - 1 of a waveform, every one of
+ * them (0, the rest code of drivers, where no event stands and in gaps), never one more, and return how many they
+ * wrote, less than count only at the waveform's end. Any window in any order; nothing is kept between calls. A pattern
+ * of hours plays through a buffer of 1 KiB:
+ *
+ *     lrasynth_profile motor = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+ *     lrasynth_pattern alarm = {records, length, 1000, 200, LRASYNTH_NO_LIMIT};
+ *     int64_t at = 0, n;
+ *     while ((n = lrasynth_pattern_read(&motor, &alarm, at, block, sizeof block)) > 0) {
+ *       play(block, n);
+ *       at += n;
+ *     }
+ *     if (n < 0) puts(lrasynth_error_text(n));
+ *
+ * The windows of a waveform put together are the bytes that getShortSignalData and getLongSignalData write into a
+ * cleared buffer under the same profile, wherever these return 0; with LRASYNTH_CHIP_EVENT_STREAM the event stream.
+ * What would be refused is refused here with a negative number that says why (LRASYNTH_ERROR_...), by the functions of
+ * length and of reading alike, and nothing is written.
+ * @{ */
+
+/** A chip and its motor. */
+typedef struct lrasynth_profile {
+  int32_t chip_type;
+  int32_t sample_rate; /**< Samples per second; any value is safe. */
+  int32_t motor_type;
+  int32_t boost_flag; /**< As giBoostFlg stores it: 1 is boost, 0 is none. */
+} lrasynth_profile;
+
+/** A long signal. Nothing of it is kept. */
+typedef struct lrasynth_pattern {
+  const int32_t *records; /**< Integers, 17 to a record, as getLongSignalData takes them. */
+  int32_t length;         /**< Number of integers. */
+  int32_t loop_count;     /**< How often it plays; 1 and less: once. */
+  int32_t interval_ms;    /**< Silence between two passes; negative where they overlap. */
+  int32_t limit_ms;       /**< Latest start of a continuous vibration. Does not wrap; negative: no limit. */
+} lrasynth_pattern;
+
+#define LRASYNTH_NO_LIMIT (-1) /**< As limit_ms. */
+
+/** Why a call was refused, or what is wrong with a request.
+ * @{ */
+#define LRASYNTH_ERROR_NULL_POINTER (-1)    /**< A profile, a pattern, its records or the buffer is missing. */
+#define LRASYNTH_ERROR_NEGATIVE_WINDOW (-2) /**< first or count is negative. */
+#define LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS (-3)
+#define LRASYNTH_ERROR_LEVEL_WITHOUT_TAP (-4)
+#define LRASYNTH_ERROR_EARLY_EVENT (-5) /**< An event starts before the pattern. */
+#define LRASYNTH_ERROR_LATE_EVENT (-6)  /**< A continuous vibration starts later than the limit. */
+#define LRASYNTH_ERROR_EARLY_COPY (-7)  /**< The interval would start a pass before the first one. */
+/** @} */
+
+/** What only lrasynth_pattern_check finds.
+ * @{ */
+#define LRASYNTH_ERROR_LENGTH (-16)            /**< The number of integers is no multiple of 17. */
+#define LRASYNTH_ERROR_NO_RECORD (-17)         /**< An integer that should be a type is none. */
+#define LRASYNTH_ERROR_INCOMPLETE_RECORD (-18) /**< A record that does not fit into the array. */
+#define LRASYNTH_ERROR_READS_AS_RECORD (-19)   /**< A parameter of the value of a type. */
+#define LRASYNTH_ERROR_NEGATIVE_TIME (-20)     /**< A start or duration. */
+#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< An event that ends beyond 2^31 - 1 samples. */
+#define LRASYNTH_ERROR_POINTS_BACKWARDS (-22)  /**< A point before the one that it follows. */
+#define LRASYNTH_ERROR_POINTS_SPAN (-23)       /**< The points do not span the duration. */
+#define LRASYNTH_ERROR_FULL_SCALE (-24)        /**< An amplitude beyond full scale, or a tap beyond 100 %. */
+#define LRASYNTH_ERROR_LAST_RECORD (-25)       /**< The last record is not the event that ends last. */
+/** @} */
+
+/** LRASYNTH_VERSION of the library that runs, which may be newer than that of the header. */
+int32_t lrasynth_version(void);
+
+/** An English half sentence for one of the errors above; "no error" for 0 and more, "unknown error" for others. Never
+ * null, not to be freed. */
+const char *lrasynth_error_text(int64_t error);
+
+/** A profile whose sample rate is the one that setChipType derives. The boost flag is taken as stored, without the
+ * inversion of setBoostFlg. */
+lrasynth_profile lrasynth_profile_of(int32_t chip_type, int32_t motor_type, int32_t boost_flag);
+
+/** Length of a tap in samples, or one of
+ * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, LRASYNTH_ERROR_LEVEL_WITHOUT_TAP. */
+int64_t lrasynth_tap_length(const lrasynth_profile *profile, int32_t level);
+
+/** Reads a window of a tap into out, count bytes. Returns how many samples were written, or an error as
+ * lrasynth_tap_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW. out may be null where nothing is to be written. */
+int64_t lrasynth_tap_read(const lrasynth_profile *profile, int32_t level, int32_t intensity, int64_t first,
+                          uint8_t *out, int64_t count);
+
+/** Length of a long signal with all its passes in samples, or one of LRASYNTH_ERROR_NULL_POINTER,
+ * LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_LATE_EVENT, LRASYNTH_ERROR_EARLY_COPY. Where getLongSignalBufferLength
+ * has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a pass are 32-bit in samples. */
+int64_t lrasynth_pattern_length(const lrasynth_profile *profile, const lrasynth_pattern *pattern);
+
+/** Reads a window of a long signal into out, count bytes. Returns how many samples were written, or an error as
+ * lrasynth_pattern_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW. out may be null where nothing is to be written. Finding
+ * the events of a window takes a few nanoseconds for each integer of the request. */
+int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int64_t first,
+                              uint8_t *out, int64_t count);
+
+/** Whether a request is well formed, before a host ships it. Returns 0 or the first fault, record by record, and stores
+ * the index of the integer at fault in *index, unless index is null:
+ *
+ * @verbatim
+ *     LRASYNTH_ERROR_...   index of
+ *     NULL_POINTER         0
+ *     EARLY_COPY           the number of integers: it is no integer's fault
+ *     NO_RECORD            the integer where a record should begin
+ *     INCOMPLETE_RECORD    the type of the record that does not fit into the array
+ *     READS_AS_RECORD      the parameter that is equal to 4096 or 4097
+ *     NEGATIVE_TIME        the start or the duration
+ *     HUGE_TIME            the start
+ *     LATE_EVENT           the start
+ *     FULL_SCALE           the intensity
+ *     POINTS_BACKWARDS     the time of the later point
+ *     POINTS_SPAN          the time of point 4
+ *     LENGTH               the first integer behind the last whole record
+ *     LAST_RECORD          the type of the event that ends later than the last one
+ * @endverbatim
+ *
+ * A request without a fault plays as its author wrote it on this profile: nothing is passed over, cut by more than the
+ * part of a millisecond, or wrapped. */
+int32_t lrasynth_pattern_check(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int32_t *index);
+
+/** One of the four points of a continuous vibration. */
+typedef struct lrasynth_point {
+  int32_t ms;
+  int32_t intensity; /**< Percent. */
+  int32_t offset;    /**< Frequency offset, -50..50. */
+} lrasynth_point;
+
+/** Fills the LRASYNTH_RECORD_LENGTH integers of a record with a tap. */
+static inline void lrasynth_put_transient(int32_t *record, int32_t start_ms, int32_t intensity, int32_t level) {
+  int i;
+  record[0] = LRASYNTH_TRANSIENT;
+  record[1] = start_ms;
+  record[2] = intensity;
+  record[3] = level;
+  for (i = 4; i < LRASYNTH_RECORD_LENGTH; ++i) record[i] = 0;
+}
+
+/** Fills the LRASYNTH_RECORD_LENGTH integers of a record with a continuous vibration of four points, which span its
+ * duration. */
+static inline void lrasynth_put_continuous(int32_t *record, int32_t start_ms, int32_t duration_ms,
+                                           const lrasynth_point *points) {
+  int i;
+  record[0] = LRASYNTH_CONTINUOUS;
+  record[1] = start_ms;
+  record[2] = 0;
+  record[3] = 0;
+  record[4] = duration_ms;
+  for (i = 0; i < 4; ++i) {
+    record[5 + 3 * i] = points[i].ms;
+    record[6 + 3 * i] = points[i].intensity;
+    record[7 + 3 * i] = points[i].offset;
+  }
+}
 
 /** @} */
 

@@ -4,7 +4,7 @@ import pathlib
 import re
 import sys
 import unittest
-from ctypes import POINTER, c_float, c_int32, c_uint8
+from ctypes import POINTER, c_char, c_char_p, c_float, c_int32, c_int64, c_uint8
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.dont_write_bytecode = True
@@ -12,12 +12,24 @@ sys.path.insert(0, str(ROOT / "examples" / "python"))
 import lrasynth  # noqa: E402
 
 HEADER = (ROOT / "include" / "lrasynth.h").read_text()
-TYPES = {"void": None, "int32_t": c_int32, "float": c_float, "uint8_t": c_uint8}
+TYPES = {
+    "void": None,
+    "int32_t": c_int32,
+    "int64_t": c_int64,
+    "float": c_float,
+    "uint8_t": c_uint8,
+    "char": c_char,
+    "lrasynth_profile": lrasynth.Profile,
+    "lrasynth_pattern": lrasynth.Pattern,
+}
 
 
 def declared_type(text):
-    base = TYPES[re.search(r"\b(void|int32_t|float|uint8_t)\b", text)[0]]
-    return POINTER(base) if "*" in text else base
+    """Of a result, or of a parameter with its name."""
+    base = TYPES[re.search(rf"\b({'|'.join(TYPES)})\b", text)[0]]
+    if "*" not in text:
+        return base
+    return c_char_p if base is c_char else POINTER(base)
 
 
 class Bindings(unittest.TestCase):
@@ -26,8 +38,11 @@ class Bindings(unittest.TestCase):
         self.assertCountEqual([*lrasynth.FUNCTIONS, *lrasynth.DATA], exported)
 
     def test_have_the_types_of_the_header(self):
-        functions = re.findall(r"^(void|int32_t|float) (\w+)\(([^)]*)\);", HEADER, re.MULTILINE)
-        declared = {n: (TYPES[r], tuple(map(declared_type, a.split(","))) if a != "void" else ()) for r, n, a in functions}
+        functions = re.findall(r"^((?:const )?\w+ \*?)(\w+)\(([^)]*)\);", HEADER, re.MULTILINE)
+        declared = {
+            name: (declared_type(result), tuple(map(declared_type, arguments.split(","))) if arguments != "void" else ())
+            for result, name, arguments in functions
+        }
         self.assertEqual(lrasynth.FUNCTIONS, declared)
         data = re.findall(r"^extern (?:const )?(\w+) (\w+)(?:\[(\d+)\])?;", HEADER, re.MULTILINE)
         self.assertEqual(lrasynth.DATA, {n: TYPES[t] * int(size) if size else TYPES[t] for t, n, size in data})

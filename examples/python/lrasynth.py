@@ -1,9 +1,25 @@
 """ctypes declarations of everything that liblrasynth.so.1 exports."""
 
 import ctypes
-from ctypes import POINTER, c_float, c_int32, c_uint8
+from ctypes import POINTER, Structure, c_char_p, c_float, c_int32, c_int64, c_uint8
 
 _bytes, _ints, _floats = POINTER(c_uint8), POINTER(c_int32), POINTER(c_float)
+
+
+
+class Profile(Structure):
+    """lrasynth_profile: a chip and its motor."""
+
+    _fields_ = [(name, c_int32) for name in "chip_type sample_rate motor_type boost_flag".split()]
+
+
+class Pattern(Structure):
+    """lrasynth_pattern: a long signal. Keep the array of records as long as the pattern."""
+
+    _fields_ = [("records", _ints)] + [(name, c_int32) for name in "length loop_count interval_ms limit_ms".split()]
+
+
+_profile, _pattern = POINTER(Profile), POINTER(Pattern)
 
 # Result, arguments, and the functions that have them.
 _SIGNATURES = (
@@ -36,6 +52,14 @@ _SIGNATURES = (
     (c_int32, (c_int32,) * 3 + (_bytes,), "get_4097_wave sine"),
     (c_int32, (c_int32, c_int32, _floats, c_float), "get_sine"),
     (c_int32, (c_int32, _floats, c_float, c_float), "getIncreasingStepIntensity"),
+    (c_int32, (), "lrasynth_version"),
+    (c_char_p, (c_int64,), "lrasynth_error_text"),
+    (Profile, (c_int32,) * 3, "lrasynth_profile_of"),
+    (c_int64, (_profile, c_int32), "lrasynth_tap_length"),
+    (c_int64, (_profile, c_int32, c_int32, c_int64, _bytes, c_int64), "lrasynth_tap_read"),
+    (c_int64, (_profile, _pattern), "lrasynth_pattern_length"),
+    (c_int64, (_profile, _pattern, c_int64, _bytes, c_int64), "lrasynth_pattern_read"),
+    (c_int32, (_profile, _pattern, _ints), "lrasynth_pattern_check"),
 )
 
 FUNCTIONS = {name: (result, arguments) for result, arguments, names in _SIGNATURES for name in names.split()}

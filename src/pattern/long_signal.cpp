@@ -6,12 +6,13 @@
 #include "transient/tap.h"
 
 namespace lrasynth {
-namespace {
 
 int32_t whole_ms_of_tap(const Profile& profile, int32_t level) {
   const int32_t per_ms = profile.rate.per_ms();
   return per_ms == 0 ? 0 : tap_of(profile, level, 0).length() / per_ms;
 }
+
+namespace {
 
 int32_t end_ms(const Profile& profile, const Record& record) {
   switch (record.type()) {

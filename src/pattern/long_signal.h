@@ -13,6 +13,9 @@
 
 namespace lrasynth {
 
+// Whole milliseconds of a level's tap.
+int32_t whole_ms_of_tap(const Profile& profile, int32_t level);
+
 // Samples from the pattern's start to the end of its last record, of which a transient counts in whole milliseconds:
 // 32-bit, as the rule gives it, also below 0. 0 without a record.
 int32_t pass_length(const Profile& profile, const Request& request);

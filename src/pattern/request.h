@@ -8,8 +8,6 @@
 
 namespace lrasynth {
 
-constexpr bool is_event(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
-
 // The fields of a record that lies whole in the array.
 class Record {
  public:

@@ -21,9 +21,12 @@ class Vibration {
   // The window counts from the event's start. What of it lies beyond the event is left alone.
   void draw(const Window<uint8_t>& window) const;
 
- private:
   static constexpr int32_t kPoints = 4;
 
+  // In sample units. Points count from 0.
+  float amplitude(int32_t point) const { return points_[point].amplitude; }
+
+ private:
   Rate rate_;
   int32_t length_;
   CurvePoint points_[kPoints];

@@ -12,13 +12,17 @@ int32_t F0 = 170;
 namespace lrasynth {
 namespace {
 
+int32_t rate_of_chip(int32_t chip_type) { return chip_type == LRASYNTH_CHIP_HALF_RATE ? 12000 : 24000; }
+
 void store_f0(int32_t frequency_hz) { __atomic_store_n(&F0, frequency_hz, __ATOMIC_RELAXED); }
 
 }  // namespace
 
-Profile current_profile() {
-  return {.chip_type = IC_TYPE, .rate = {SAMPLE_RATE}, .motor = motor_of(giMotorType), .boost_flag = giBoostFlg};
+Profile profile_of(const lrasynth_profile& profile) {
+  return {profile.chip_type, {profile.sample_rate}, motor_of(profile.motor_type), profile.boost_flag};
 }
+
+Profile current_profile() { return profile_of({IC_TYPE, SAMPLE_RATE, giMotorType, giBoostFlg}); }
 
 void publish_f0(const Motor& motor) { store_f0(motor.base_hz); }
 
@@ -28,7 +32,7 @@ using namespace lrasynth;
 
 void setChipType(int32_t chipType) {
   IC_TYPE = chipType;
-  SAMPLE_RATE = chipType == LRASYNTH_CHIP_HALF_RATE ? 12000 : 24000;
+  SAMPLE_RATE = rate_of_chip(chipType);
 }
 
 int32_t setMotorType(int32_t motorType) {
@@ -52,3 +56,7 @@ int32_t setBoostFlg(int32_t flag) {
 }
 
 int32_t getBoostFlg() { return giBoostFlg; }
+
+lrasynth_profile lrasynth_profile_of(int32_t chip_type, int32_t motor_type, int32_t boost_flag) {
+  return {chip_type, rate_of_chip(chip_type), motor_type, boost_flag};
+}

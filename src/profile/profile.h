@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "lrasynth.h"
 #include "profile/arithmetic.h"
 #include "profile/motor.h"
 
@@ -29,6 +30,9 @@ struct Profile {
   const Motor& motor;
   int32_t boost_flag;
 };
+
+// A profile as hosts hand it in.
+Profile profile_of(const lrasynth_profile& profile);
 
 // What the host has set. An exported function takes it once, on entry; nothing else reads the variables.
 Profile current_profile();

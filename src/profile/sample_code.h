@@ -5,9 +5,10 @@
 
 namespace lrasynth {
 
-constexpr float kRest = 128.0F;     // as an offset value
-constexpr uint8_t kRestCode = 255;  // as a sample code of the sine synthesisers
-constexpr uint8_t kFirstCode = 0;   // what every sine waveform starts with instead
+constexpr float kFullScale = 127.0F;  // largest amplitude
+constexpr float kRest = 128.0F;       // as an offset value
+constexpr uint8_t kRestCode = 255;    // as a sample code of the sine synthesisers
+constexpr uint8_t kFirstCode = 0;     // what every sine waveform starts with instead
 
 // The shift is 127 and not 128: rest codes as 255 and both extremes, 1 and 255, as 128.
 constexpr float code_offset(float offset_value) {

@@ -32,16 +32,14 @@ constexpr int32_t kBlock = 256;
 // An error without a proof.
 constexpr float kUnproven = std::numeric_limits<float>::infinity();
 
-// Full scale. Beyond it offset values could fall below 0, where truncation rounds the other way.
-constexpr float kMaxEstimatedAmplitude = 127.0F;
-
 // Half a unit in the last place of values below 256: one rounded sum of an offset value and a constant.
 constexpr float kSumRounding = 0x1p-17F;
 
 // Error of an estimated offset value, amplitude * sine + 128, where the sines and products before the sum err by
-// `error`: estimate and definition round the sum.
+// `error`: estimate and definition round the sum. Beyond full scale offset values could fall below 0, where truncation
+// rounds the other way.
 inline float offset_error(float amplitude, float error) {
-  return amplitude <= kMaxEstimatedAmplitude ? error + 2.0F * kSumRounding : kUnproven;
+  return amplitude <= kFullScale ? error + 2.0F * kSumRounding : kUnproven;
 }
 
 // Marks the code of an estimate in doubt, which is negative then and never else.

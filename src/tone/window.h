@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "lrasynth.h"
+
 namespace lrasynth {
 
 // Samples first .. end - 1 of a waveform; `out` is where sample `first` goes. Nothing where end <= first.
@@ -27,6 +29,19 @@ struct Window {
 template <class Sample>
 void fill(const Window<Sample>& window, Sample value) {
   if (!window.empty()) std::fill_n(window.out, window.end - window.first, value);
+}
+
+// Writes the window's part of a whole that has a length and draws itself, with 0 where it draws nothing. Returns how
+// many samples that are, or why it is none.
+template <class Whole>
+int64_t read(const Whole& whole, int64_t first, uint8_t* out, int64_t count) {
+  if (first < 0 || count < 0) return LRASYNTH_ERROR_NEGATIVE_WINDOW;
+  const int64_t n = std::min(count, std::max<int64_t>(0, whole.length() - first));
+  if (n == 0) return 0;
+  if (out == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  std::fill_n(out, n, uint8_t{0});
+  whole.draw(Window<uint8_t>{first, first + n, out});
+  return n;
 }
 
 }  // namespace lrasynth

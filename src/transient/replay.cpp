@@ -1,8 +1,6 @@
-// Replay of stored bursts, and the widening that is exported with them.
+// Replay of stored bursts.
 #include "transient/replay.h"
 
-#include "lrasynth.h"
-#include "profile/arithmetic.h"
 
 namespace lrasynth {
 
@@ -20,11 +18,3 @@ void Replay::draw(const Window<uint8_t>& window) const {
 }
 
 }  // namespace lrasynth
-
-using namespace lrasynth;
-
-int32_t transStringDataToInt(const uint8_t* source, int32_t count, int32_t* destination) {
-  if (refuses(source, count) || refuses(destination, count)) return -1;
-  for (int32_t i = 0; i < count; ++i) destination[i] = source[i];
-  return 0;
-}

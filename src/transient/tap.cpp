@@ -1,6 +1,8 @@
 // Taps by motor and level, and the exports of short signals.
 #include "transient/tap.h"
 
+#include <algorithm>
+
 #include "curves/frequency.h"
 #include "curves/intensity.h"
 #include "lrasynth.h"
@@ -39,6 +41,12 @@ int32_t write(const Tap& tap, uint8_t* out) {
 
 // Refuses where there is no burst.
 int32_t write_burst(const Tap& tap, uint8_t* out) { return tap.length() == 0 ? -1 : write(tap, out); }
+
+// Why a motor has no tap for a level, or 0.
+int32_t missing_tap(const Motor& motor, const Tap& tap) {
+  if (motor.tap_kind == TapKind::kNone) return LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS;
+  return motor.tap_kind == TapKind::kStoredBurst && tap.length() == 0 ? LRASYNTH_ERROR_LEVEL_WITHOUT_TAP : 0;
+}
 
 }  // namespace
 
@@ -93,4 +101,27 @@ int32_t shortWave_func_custom_0832(int32_t level, int32_t intensity, uint8_t* ou
 
 int32_t shortWave_func_custom_9595(int32_t level, int32_t intensity, uint8_t* out) {
   return write_burst(routed_tap(LRASYNTH_MOTOR_9595, level, intensity), out);
+}
+
+int32_t transStringDataToInt(const uint8_t* source, int32_t count, int32_t* destination) {
+  if (refuses(source, count) || refuses(destination, count)) return -1;
+  for (int32_t i = 0; i < count; ++i) destination[i] = source[i];
+  return 0;
+}
+
+int64_t lrasynth_tap_length(const lrasynth_profile* profile, int32_t level) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  const Profile resolved = profile_of(*profile);
+  const Tap tap = tap_of(resolved, level, 0);
+  const int32_t missing = missing_tap(resolved.motor, tap);
+  return missing != 0 ? missing : std::max(0, tap.length());
+}
+
+int64_t lrasynth_tap_read(const lrasynth_profile* profile, int32_t level, int32_t intensity, int64_t first,
+                          uint8_t* out, int64_t count) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  const Profile resolved = profile_of(*profile);
+  const Tap tap = tap_of(resolved, level, intensity);
+  const int32_t missing = missing_tap(resolved.motor, tap);
+  return missing != 0 ? missing : read(tap, first, out, count);
 }

@@ -1,0 +1,263 @@
+// Windows with the profile in hand: put together they are the waveforms of the documented functions, refusals say why,
+// and nothing but the arguments counts.
+#include <thread>
+
+#include "digest_families.h"
+#include "support.h"
+
+namespace {
+
+constexpr int32_t kMax = INT32_MAX;
+
+lrasynth_pattern pattern_of(const Integers& records, int32_t loops = 1, int32_t gap_ms = 0, int32_t limit_ms = -1) {
+  return {records.data(), static_cast<int32_t>(records.size()), loops, gap_ms, limit_ms};
+}
+
+// The whole, read in windows of random sizes in random order, each into a block of exactly its size.
+template <class Read>
+Bytes pieced(int64_t length, grid::Random& random, Read read) {
+  std::vector<int64_t> cuts = {0, length};
+  const int32_t count = random.between(0, 9);
+  for (int32_t i = 0; i < count; ++i) cuts.push_back(random.between(0, static_cast<int32_t>(length)));
+  if (length > 1) cuts.push_back(1);
+  std::sort(cuts.begin(), cuts.end());
+  std::vector<std::size_t> order(cuts.size() - 1);
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+  for (std::size_t i = order.size(); i > 1; --i) {
+    std::swap(order[i - 1], order[static_cast<std::size_t>(random.between(0, static_cast<int32_t>(i) - 1))]);
+  }
+  Bytes whole(static_cast<std::size_t>(length));
+  for (const std::size_t i : order) {
+    const int64_t first = cuts[i], count_of_piece = cuts[i + 1] - first;
+    Bytes piece(static_cast<std::size_t>(count_of_piece), kUntouched);
+    EXPECT_EQ(read(first, piece.data(), count_of_piece), count_of_piece);
+    std::copy(piece.begin(), piece.end(), whole.begin() + first);
+  }
+  uint8_t beyond[2] = {kUntouched, kUntouched};
+  EXPECT_EQ(read(length, beyond, 2), 0);
+  EXPECT_EQ(read(length - 1, beyond, 2), length > 0 ? 1 : LRASYNTH_ERROR_NEGATIVE_WINDOW);
+  EXPECT_EQ(beyond[1], kUntouched);
+  return whole;
+}
+
+Bytes documented(const lrasynth_pattern& p) {
+  Bytes out(static_cast<std::size_t>(getLongSignalBufferLength(p.loop_count, p.interval_ms, p.records, p.length)));
+  EXPECT_EQ(getLongSignalData(p.loop_count, p.interval_ms, p.records, out.data(), p.length, LRASYNTH_NO_LIMIT_MS), 0);
+  return out;
+}
+
+// Under the profile that is set.
+void compare_pattern(const lrasynth_profile& profile, const lrasynth_pattern& p, grid::Random& random) {
+  const Bytes expected = documented(p);
+  ASSERT_EQ(lrasynth_pattern_length(&profile, &p), std::ssize(expected));
+  F0 = 1;
+  const Bytes read = pieced(std::ssize(expected), random, [&](int64_t first, uint8_t* out, int64_t count) {
+    return lrasynth_pattern_read(&profile, &p, first, out, count);
+  });
+  EXPECT_TRUE(read == expected) << p.loop_count << " times " << p.interval_ms << " ms apart";
+  EXPECT_EQ(F0, 1);
+}
+
+void compare_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity, grid::Random& random) {
+  const int32_t length = getShortSignalDataLength(level);
+  if (length <= 0) return;
+  ASSERT_EQ(lrasynth_tap_length(&profile, level), length);
+  EXPECT_EQ(pieced(length, random,
+                   [&](int64_t first, uint8_t* out, int64_t count) {
+                     return lrasynth_tap_read(&profile, level, intensity, first, out, count);
+                   }),
+            tap(level, intensity))
+      << profile.motor_type << " " << level << " " << intensity;
+}
+
+TEST(Windows, PutTogetherAreTheWhole) {
+  grid::Random random;
+  for (const int32_t rate : {0, 15000}) {
+    grid::every_profile([&] {
+      if (rate != 0) SAMPLE_RATE = rate;
+      const lrasynth_profile profile = {IC_TYPE, SAMPLE_RATE, giMotorType, giBoostFlg};
+      for (int32_t level = -1; level <= 101; level += 3) compare_tap(profile, level, random.between(90, 130), random);
+      for (int32_t i = 0; i < 6; ++i) {
+        const Integers records = grid::make_pattern(random, 10);
+        const int32_t loops = random.between(0, 4);
+        compare_pattern(profile, pattern_of(records, loops, random.between(-10, 60)), random);
+      }
+    });
+  }
+  setMotorType(1040), setChipType(0), setBoostFlg(0);
+}
+
+// An event that hangs over the pass shows in the gap and under the copies; overlapping copies repeat the stride.
+TEST(Windows, SeeWhatHangsOverThePassAndOverlappingCopies) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  const auto vibration = [](int32_t start_ms, int32_t ms) {
+    return curve(start_ms, ms, {0, 9, 9, ms}, {9, 90, 60, 90});
+  };
+  grid::Random random;
+  for (const int32_t gap_ms : {-30, -27, -1, 0, 1, 40, 400}) {
+    const Integers records = request_of({vibration(3, 200), transient(20, 80, 50), vibration(2, 28)});
+    compare_pattern(profile, pattern_of(records, 4, gap_ms), random);
+  }
+}
+
+// A 128 right behind a 127 hangs on the sample before the window.
+TEST(Windows, LookBackWhereACodeHangsOnTheOneBefore) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  const Bytes whole = tap(0, 100);
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    uint8_t sample = kUntouched;
+    ASSERT_EQ(lrasynth_tap_read(&profile, 0, 100, static_cast<int64_t>(i), &sample, 1), 1);
+    ASSERT_EQ(sample, whole[i]) << i;
+  }
+}
+
+TEST(Windows, ReachBeyond32Bits) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  const Integers records = request_of({curve(0, 36000000, {0, 9, 10, 36000000}, {90, 90, 90, 90})});
+  const lrasynth_pattern alarm = pattern_of(records, kMax, 7);
+  const int64_t pass = int64_t{36000000} * 24, stride = pass + int64_t{7} * 24;
+  EXPECT_EQ(lrasynth_pattern_length(&profile, &alarm), pass + (int64_t{kMax} - 1) * stride);
+  EXPECT_EQ(getLongSignalBufferLength(kMax, 7, records.data(), 17), 0);
+  Bytes first(500), last(500);
+  EXPECT_EQ(lrasynth_pattern_read(&profile, &alarm, 0, first.data(), 500), 500);
+  EXPECT_EQ(lrasynth_pattern_read(&profile, &alarm, (int64_t{kMax} - 1) * stride - 168, last.data(), 500), 500);
+  EXPECT_THAT(slice(last, 0, 168), Each(0));
+  EXPECT_EQ(slice(last, 168, 332), slice(first, 0, 332));
+  const Integers late = request_of({transient(200000, 80, 50)}),
+                 later = request_of({curve(90000, 9, {0, 3, 6, 9}, {9, 9, 9, 9})});
+  for (const Integers& beyond : {late, later}) {
+    const lrasynth_pattern unlimited = pattern_of(beyond, 1, 0, 200000);
+    EXPECT_GT(lrasynth_pattern_length(&profile, &unlimited), 89478 * 24) << "the limit does not wrap";
+  }
+}
+
+TEST(Windows, RefuseWithACause) {
+  const Integers fine = request_of({curve(10, 9, {0, 3, 6, 9}, {9, 9, 9, 9})});
+  const Integers early = request_of({transient(-1, 80, 50), curve(10, 9, {0, 3, 6, 9}, {9, 9, 9, 9})});
+  const struct {
+    lrasynth_pattern pattern;
+    int64_t error;
+  } rows[] = {{pattern_of(fine, 2, -20), LRASYNTH_ERROR_EARLY_COPY},
+              {pattern_of(early), LRASYNTH_ERROR_EARLY_EVENT},
+              {pattern_of(fine, 1, 0, 9), LRASYNTH_ERROR_LATE_EVENT},
+              {{nullptr, 17, 1, 0, -1}, LRASYNTH_ERROR_NULL_POINTER}};
+  const lrasynth_profile profile = lrasynth_profile_of(1, LRASYNTH_MOTOR_1040, 1);
+  uint8_t byte = kUntouched;
+  for (const auto& row : rows) {
+    EXPECT_EQ(lrasynth_pattern_length(&profile, &row.pattern), row.error);
+    EXPECT_EQ(lrasynth_pattern_read(&profile, &row.pattern, 0, &byte, 1), row.error);
+  }
+  const lrasynth_pattern good = pattern_of(fine, 1, 0, 10);
+  EXPECT_EQ(lrasynth_pattern_length(&profile, &good), 12 * 19);
+  EXPECT_EQ(lrasynth_pattern_read(&profile, &good, 12 * 19, nullptr, 1), 0);
+  EXPECT_THAT((std::vector{lrasynth_pattern_length(nullptr, &good), lrasynth_pattern_length(&profile, nullptr),
+                           lrasynth_pattern_read(&profile, &good, 0, nullptr, 1), lrasynth_tap_length(nullptr, 50),
+                           lrasynth_tap_read(nullptr, 50, 80, 0, &byte, 1)}),
+              Each(LRASYNTH_ERROR_NULL_POINTER));
+  EXPECT_THAT((std::vector{lrasynth_pattern_read(&profile, &good, -1, &byte, 1),
+                           lrasynth_pattern_read(&profile, &good, 0, &byte, -1),
+                           lrasynth_tap_read(&profile, 50, 80, -1, &byte, 1)}),
+              Each(LRASYNTH_ERROR_NEGATIVE_WINDOW));
+  const lrasynth_profile silent = lrasynth_profile_of(0, LRASYNTH_MOTOR_81540, 1);
+  const lrasynth_profile stored = lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1);
+  EXPECT_EQ(lrasynth_tap_length(&silent, 50), LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS);
+  EXPECT_EQ(lrasynth_tap_read(&stored, 101, 80, 0, &byte, 1), LRASYNTH_ERROR_LEVEL_WITHOUT_TAP);
+  EXPECT_EQ(byte, kUntouched);
+}
+
+// Each row bends a sound request of a tap and a vibration in one or two integers.
+TEST(Check, FindsTheFirstFault) {
+  const struct {
+    int32_t error, index;
+    std::vector<std::pair<std::size_t, int32_t>> bends;
+    std::size_t length = 51;
+  } rows[] = {{0, 0, {}},
+              {0, 0, {{2, 126}, {23, 100}}},
+              {LRASYNTH_ERROR_NO_RECORD, 17, {{17, 4095}}},
+              {LRASYNTH_ERROR_READS_AS_RECORD, 9, {{9, 4096}}},
+              {LRASYNTH_ERROR_INCOMPLETE_RECORD, 34, {}, 50},
+              {LRASYNTH_ERROR_LENGTH, 34, {{34, 0}}, 50},
+              {LRASYNTH_ERROR_NEGATIVE_TIME, 1, {{1, -1}}},
+              {LRASYNTH_ERROR_NEGATIVE_TIME, 21, {{21, -1}}},
+              {LRASYNTH_ERROR_HUGE_TIME, 18, {{18, 89478480}}},
+              {LRASYNTH_ERROR_LATE_EVENT, 18, {{18, 1001}}},
+              {LRASYNTH_ERROR_FULL_SCALE, 2, {{2, 127}}},
+              {LRASYNTH_ERROR_FULL_SCALE, 26, {{26, 397}}},
+              {LRASYNTH_ERROR_POINTS_BACKWARDS, 28, {{28, 9}}},
+              {LRASYNTH_ERROR_POINTS_SPAN, 31, {{31, 41}}},
+              {LRASYNTH_ERROR_POINTS_SPAN, 31, {{22, 1}}},
+              {LRASYNTH_ERROR_LAST_RECORD, 17, {{35, 20}}}};
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  for (const auto& row : rows) {
+    Integers request =
+        request_of({transient(5, 100, 50), curve(10, 40, {0, 10, 20, 40}, {10, 100, 396, 0}), transient(60, 80, 20)});
+    for (const auto& [index, value] : row.bends) request[index] = value;
+    request.resize(row.length);
+    request.shrink_to_fit();
+    const lrasynth_pattern bent = pattern_of(request, 1, 0, 1000);
+    int32_t index = -1;
+    EXPECT_EQ(lrasynth_pattern_check(&profile, &bent, &index), row.error);
+    EXPECT_EQ(index, row.index) << lrasynth_error_text(row.error);
+    EXPECT_EQ(lrasynth_pattern_check(&profile, &bent, nullptr), row.error);
+  }
+  const Integers fine = request_of({curve(10, 9, {0, 3, 6, 9}, {9, 9, 9, 9})});
+  const lrasynth_pattern overlapping = pattern_of(fine, 2, -20);
+  int32_t index = -1;
+  EXPECT_EQ(lrasynth_pattern_check(&profile, &overlapping, &index), LRASYNTH_ERROR_EARLY_COPY);
+  EXPECT_EQ(index, 17);
+  EXPECT_EQ(lrasynth_pattern_check(nullptr, &overlapping, &index), LRASYNTH_ERROR_NULL_POINTER);
+  const lrasynth_pattern nothing = {nullptr, 17, 1, 0, -1};
+  EXPECT_EQ(lrasynth_pattern_check(&profile, &nothing, &index), LRASYNTH_ERROR_NULL_POINTER);
+}
+
+TEST(Builders, FillEveryIntegerOfARecord) {
+  Integers record(17, kMax);
+  lrasynth_put_transient(record.data(), 5, 80, 60);
+  EXPECT_EQ(record, request_of({transient(5, 80, 60)}));
+  const lrasynth_point points[] = {{0, 1, 2}, {3, 4, 5}, {6, 7, 8}, {9, 10, 11}};
+  lrasynth_put_continuous(record.data(), 7, 9, points);
+  EXPECT_THAT(record, ElementsAre(4096, 7, 0, 0, 9, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11));
+}
+
+TEST(Versions, AndTextsOfErrors) {
+  EXPECT_EQ(lrasynth_version(), LRASYNTH_VERSION);
+  EXPECT_STREQ(lrasynth_error_text(0), "no error");
+  EXPECT_STREQ(lrasynth_error_text(-1000), "unknown error");
+  EXPECT_STREQ(lrasynth_error_text(LRASYNTH_ERROR_LATE_EVENT), "a continuous vibration starts later than the limit");
+}
+
+// Eight motors on eight threads, each with its own profile and pattern.
+TEST(Windows, OfDifferentProfilesRunSideBySide) {
+  struct Job {
+    lrasynth_profile profile;
+    Integers records;
+    Bytes expected, read;
+  };
+  grid::Random random;
+  std::vector<Job> jobs;
+  for (const int32_t motor : {1040, 832, 9595, 81540}) {
+    for (const int32_t chip : {0, 1}) {
+      const ScopedProfile set(motor, chip, 0);
+      jobs.push_back({lrasynth_profile_of(chip, motor, 0), grid::make_pattern(random, 10), {}, {}});
+      jobs.back().expected = documented(pattern_of(jobs.back().records, 2, 3));
+    }
+  }
+  std::vector<std::thread> threads;
+  for (Job& job : jobs) {
+    threads.emplace_back([&job] {
+      const lrasynth_pattern p = pattern_of(job.records, 2, 3);
+      for (int repeat = 0; repeat < 20; ++repeat) {
+        job.read.assign(job.expected.size(), kUntouched);
+        for (int64_t at = 0, n = 1; n > 0; at += n) {
+          n = lrasynth_pattern_read(&job.profile, &p, at, job.read.data() + at,
+                                    std::min<int64_t>(777, std::ssize(job.read) - at));
+        }
+        if (job.read != job.expected) return;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const Job& job : jobs) EXPECT_TRUE(job.read == job.expected) << job.profile.motor_type;
+}
+
+}  // namespace
