@@ -98,6 +98,19 @@ Case event_stream_case() {
           }};
 }
 
+// A minute read in windows of one size.
+Case windows_case(int32_t window) {
+  const Request request = fade_and_chirp(0, 60000);
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  const int32_t samples = 60 * 24000;
+  return {"fades_and_chirps_60s_by_" + std::to_string(window), samples, [=](uint8_t* out) {
+            const lrasynth_pattern pattern = {request.data(), size_of(request), 1, 0, LRASYNTH_NO_LIMIT};
+            for (int64_t at = 0, n = 1; n > 0; at += n) {
+              n = lrasynth_pattern_read(&profile, &pattern, at, out, window);
+            }
+          }};
+}
+
 std::vector<Case> cases() {
   return {pattern_case("steady_10ms", steady(10)),
           pattern_case("steady_1s", steady(1000)),
@@ -105,6 +118,8 @@ std::vector<Case> cases() {
           pattern_case("fades_and_chirps_1s", fade_and_chirp(0, 1000)),
           pattern_case("fades_and_chirps_10s", fade_and_chirp(0, 10000)),
           pattern_case("fades_and_chirps_60s", fade_and_chirp(0, 60000)),
+          windows_case(1024),
+          windows_case(256),
           pattern_case("mixed_10s", mixed()),
           pattern_case("pattern_of_one_tap", one_tap()),
           tap_case(1040, 10),

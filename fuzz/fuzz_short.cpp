@@ -11,6 +11,18 @@ void tap(Input& in) {
                         [&](uint8_t* out) { return functions.data(level, intensity, out); });
 }
 
+void tap_window(Input& in) {
+  const lrasynth_profile profile = {IC_TYPE, SAMPLE_RATE, giMotorType, giBoostFlg};
+  const int32_t level = in.integer(), intensity = in.integer();
+  const int64_t length = lrasynth_tap_length(&profile, level);
+  if (length < 0 || length > kMostElements) return;
+  const auto whole = std::make_unique<uint8_t[]>(static_cast<size_t>(length));
+  require(getShortSignalData(level, intensity, whole.get()) == 0);
+  check_window(in, whole.get(), length, [&](int64_t first, uint8_t* out, int64_t count) {
+    return lrasynth_tap_read(&profile, level, intensity, first, out, count);
+  });
+}
+
 void curves(Input& in) {
   const int32_t x = in.integer(), y = in.integer(), z = in.integer();
   for (const auto curve : grid::kLevelCurves) require(curve(x) == curve(x));
@@ -66,7 +78,7 @@ void widen(Input& in) {
                         [&](int32_t* out) { return transStringDataToInt(source.data(), count, out); });
 }
 
-constexpr void (*kCalls[])(Input&) = {tap, curves, transient, tone, event, widen};
+constexpr void (*kCalls[])(Input&) = {tap, curves, transient, tone, event, widen, tap_window};
 
 }  // namespace
 

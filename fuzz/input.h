@@ -53,13 +53,24 @@ struct Input {
   }
 };
 
+// A window of a waveform, in a block of exactly its size, is that part of the whole.
+template <class Read>
+void check_window(Input& in, const uint8_t* whole, int64_t length, Read read) {
+  const int64_t first = in.raw<uint32_t>() % (length + 1), count = in.raw<uint16_t>();
+  const int64_t expected = std::min(count, length - first);
+  const auto window = std::make_unique<uint8_t[]>(static_cast<size_t>(count));
+  require(read(first, window.get(), count) == expected);
+  require(std::equal(window.get(), window.get() + expected, whole + first));
+}
+
 // So that one execution stays fast.
 constexpr int32_t kMostElements = 1 << 18;
 
 enum class Extent { kWhole, kPart };
 
-// Calls twice with heap blocks of exactly that length, of nothing where it is negative. Both calls agree; where the whole extent is promised they have
-// overwritten all of it; a null pointer is refused, and status -1 leaves everything untouched.
+// Calls twice with heap blocks of exactly that length, of nothing where it is negative. Both calls agree; where the
+// whole extent is promised they have overwritten all of it; a null pointer is refused, and status -1 leaves everything
+// untouched.
 template <class Sample, class Call>
 void check_output(int32_t reported, Extent extent, Call call) {
   const int32_t length = std::max(0, reported);
