@@ -499,18 +499,22 @@ int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float
  * of hours plays through a buffer of 1 KiB:
  *
  *     lrasynth_profile motor = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
- *     lrasynth_pattern alarm = {records, length, 1000, 200, LRASYNTH_NO_LIMIT};
+ *     lrasynth_pattern ring = {records, length, 1000, 200, LRASYNTH_NO_LIMIT};
  *     int64_t at = 0, n;
- *     while ((n = lrasynth_pattern_read(&motor, &alarm, at, block, sizeof block)) > 0) {
+ *     while ((n = lrasynth_pattern_read(&motor, &ring, at, block, sizeof block)) > 0) {
  *       play(block, n);
  *       at += n;
  *     }
  *     if (n < 0) puts(lrasynth_error_text(n));
  *
  * The windows of a waveform put together are the bytes that getShortSignalData and getLongSignalData write into a
- * cleared buffer under the same profile, wherever these return 0; with LRASYNTH_CHIP_EVENT_STREAM the event stream.
- * What would be refused is refused here with a negative number that says why (LRASYNTH_ERROR_...), by the functions of
- * length and of reading alike, and nothing is written.
+ * cleared buffer under the same profile and limit, wherever these return 0 and write anything; with
+ * LRASYNTH_CHIP_EVENT_STREAM the event stream, to which neither interval nor limit applies. As there, a tap inside a
+ * pattern plays at its level's share of the intensity (getIntensity).
+ *
+ * What cannot be served is refused with a negative number that says why (LRASYNTH_ERROR_...), by the functions of
+ * length and of reading alike, and nothing is written. Of several causes it is the first in the order of the function's
+ * own list.
  * @{ */
 
 /** A chip and its motor. */
@@ -518,7 +522,7 @@ typedef struct lrasynth_profile {
   int32_t chip_type;
   int32_t sample_rate; /**< Samples per second; any value is safe. */
   int32_t motor_type;
-  int32_t boost_flag; /**< As giBoostFlg stores it: 1 is boost, 0 is none. */
+  int32_t boost_flag; /**< As giBoostFlg stores it: 1 is boost, 0 is none. Only motor 832 has it. */
 } lrasynth_profile;
 
 /** A long signal. Nothing of it is kept. */
@@ -526,7 +530,8 @@ typedef struct lrasynth_pattern {
   const int32_t *records; /**< Integers, 17 to a record, as getLongSignalData takes them. */
   int32_t length;         /**< Number of integers. */
   int32_t loop_count;     /**< How often it plays; 1 and less: once. */
-  int32_t interval_ms;    /**< Silence between two passes; negative where they overlap. */
+  int32_t interval_ms;    /**< Silence between two passes. Negative: the next one begins before the pass ends, and what
+                               is left of the pass repeats up to the end of the last one. */
   int32_t limit_ms;       /**< Latest start of a continuous vibration. Does not wrap; negative: no limit. */
 } lrasynth_pattern;
 
@@ -555,6 +560,9 @@ typedef struct lrasynth_pattern {
 #define LRASYNTH_ERROR_POINTS_SPAN (-23)       /**< The points do not span the duration. */
 #define LRASYNTH_ERROR_FULL_SCALE (-24)        /**< An amplitude beyond full scale, or a tap beyond 100 %. */
 #define LRASYNTH_ERROR_LAST_RECORD (-25)       /**< The last record is not the event that ends last. */
+#define LRASYNTH_ERROR_STREAM_ORDER (-26)      /**< Records of an event stream not in ascending order of start. */
+#define LRASYNTH_ERROR_STREAM_TIME (-27)       /**< A time beyond the 16 bits of an event stream. */
+#define LRASYNTH_ERROR_SAMPLE_RATE (-28)       /**< A sample rate below 1000. */
 /** @} */
 
 /** LRASYNTH_VERSION of the library that runs, which may be newer than that of the header. */
@@ -568,53 +576,68 @@ const char *lrasynth_error_text(int64_t error);
  * inversion of setBoostFlg. */
 lrasynth_profile lrasynth_profile_of(int32_t chip_type, int32_t motor_type, int32_t boost_flag);
 
-/** Length of a tap in samples, or one of
+/** Length of a tap in samples, 0 where a sample rate below 1 leaves nothing of it, or one of
  * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, LRASYNTH_ERROR_LEVEL_WITHOUT_TAP. */
 int64_t lrasynth_tap_length(const lrasynth_profile *profile, int32_t level);
 
 /** Reads a window of a tap into out, count bytes. Returns how many samples were written, or an error as
- * lrasynth_tap_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW. out may be null where nothing is to be written. */
+ * lrasynth_tap_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW, or LRASYNTH_ERROR_NULL_POINTER for out, which may be null
+ * where nothing is to be written. */
 int64_t lrasynth_tap_read(const lrasynth_profile *profile, int32_t level, int32_t intensity, int64_t first,
                           uint8_t *out, int64_t count);
 
-/** Length of a long signal with all its passes in samples, or one of LRASYNTH_ERROR_NULL_POINTER,
- * LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_LATE_EVENT, LRASYNTH_ERROR_EARLY_COPY. Where getLongSignalBufferLength
- * has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a pass are 32-bit in samples. */
+/** Length of a long signal with all its passes in samples (an event stream: in bytes), or one of
+ * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_EARLY_COPY, LRASYNTH_ERROR_LATE_EVENT. An
+ * array of fewer than 17 integers (an event stream: of none) is empty and may be null. Where getLongSignalBufferLength
+ * has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a pass, and the interval, are 32-bit in
+ * samples. */
 int64_t lrasynth_pattern_length(const lrasynth_profile *profile, const lrasynth_pattern *pattern);
 
 /** Reads a window of a long signal into out, count bytes. Returns how many samples were written, or an error as
- * lrasynth_pattern_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW. out may be null where nothing is to be written. Finding
- * the events of a window takes a few nanoseconds for each integer of the request. */
+ * lrasynth_pattern_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW, or LRASYNTH_ERROR_NULL_POINTER for out, which may be null
+ * where nothing is to be written. Finding the events of a window takes a few nanoseconds for each integer of the
+ * request. */
 int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int64_t first,
                               uint8_t *out, int64_t count);
 
-/** Whether a request is well formed, before a host ships it. Returns 0 or the first fault, record by record, and stores
- * the index of the integer at fault in *index, unless index is null:
+/** Whether a request is well formed, before a host ships it. Returns 0 or the first fault, and stores the index of the
+ * integer at fault in *index, unless index is null; 0 where there is none. Looked for are, in this order,
  *
  * @verbatim
- *     LRASYNTH_ERROR_...   index of
+ *     LRASYNTH_ERROR_...   index of                                           what
  *     NULL_POINTER         0
- *     EARLY_COPY           the number of integers: it is no integer's fault
+ *     SAMPLE_RATE          0                                                  (samples)
+ *   record by record:
  *     NO_RECORD            the integer where a record should begin
- *     INCOMPLETE_RECORD    the type of the record that does not fit into the array
- *     READS_AS_RECORD      the parameter that is equal to 4096 or 4097
- *     NEGATIVE_TIME        the start or the duration
- *     HUGE_TIME            the start
- *     LATE_EVENT           the start
- *     FULL_SCALE           the intensity
- *     POINTS_BACKWARDS     the time of the later point
- *     POINTS_SPAN          the time of point 4
- *     LENGTH               the first integer behind the last whole record
- *     LAST_RECORD          the type of the event that ends later than the last one
+ *     LENGTH               the same, with fewer than 17 integers left
+ *     INCOMPLETE_RECORD    the type, with fewer than 17 integers left
+ *     READS_AS_RECORD      the parameter equal to 4096 or 4097
+ *     NEGATIVE_TIME        the start, the duration
+ *     HUGE_TIME            the start                                          (samples)
+ *     LATE_EVENT           the start                                          (samples)
+ *     MOTOR_WITHOUT_TAPS   the type                                           of a tap
+ *     LEVEL_WITHOUT_TAP    the level                                          of a tap
+ *     FULL_SCALE           the intensity: getIntensity beyond -100..100       of a tap
+ *   point by point:
+ *     POINTS_BACKWARDS     the time
+ *     FULL_SCALE           the intensity: an amplitude beyond -127..127
+ *   then:
+ *     POINTS_SPAN          the time of point 4: from point 1 it is not the duration
+ *     LAST_RECORD          the type of the event that ends later              (samples, in whole ms)
+ *     HUGE_TIME            the number of integers: the interval               (samples)
+ *     EARLY_COPY           the number of integers                             (samples)
+ *     STREAM_ORDER         the start                                          (event stream)
+ *     STREAM_TIME          the start, the duration, or, of the total, the     (event stream)
+ *                          number of integers
  * @endverbatim
  *
- * A request without a fault plays as its author wrote it on this profile: nothing is passed over, cut by more than the
- * part of a millisecond, or wrapped. */
+ * A request without a fault plays as its author wrote it on this profile: nothing is passed over or wrapped, and
+ * nothing cut but a tap at the end of a pass by less than a millisecond, and passes that overlap. */
 int32_t lrasynth_pattern_check(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int32_t *index);
 
 /** One of the four points of a continuous vibration. */
 typedef struct lrasynth_point {
-  int32_t ms;
+  int32_t ms;        /**< From the event's start; only the differences between points matter. */
   int32_t intensity; /**< Percent. */
   int32_t offset;    /**< Frequency offset, -50..50. */
 } lrasynth_point;
@@ -630,9 +653,9 @@ static inline void lrasynth_put_transient(int32_t *record, int32_t start_ms, int
 }
 
 /** Fills the LRASYNTH_RECORD_LENGTH integers of a record with a continuous vibration of four points, which span its
- * duration. */
+ * duration. Neither this nor the other checks anything: see lrasynth_pattern_check. */
 static inline void lrasynth_put_continuous(int32_t *record, int32_t start_ms, int32_t duration_ms,
-                                           const lrasynth_point *points) {
+                                           const lrasynth_point points[4]) {
   int i;
   record[0] = LRASYNTH_CONTINUOUS;
   record[1] = start_ms;

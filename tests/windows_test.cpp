@@ -152,12 +152,17 @@ TEST(Windows, RefuseWithACause) {
   EXPECT_EQ(lrasynth_pattern_read(&profile, &good, 12 * 19, nullptr, 1), 0);
   EXPECT_THAT((std::vector{lrasynth_pattern_length(nullptr, &good), lrasynth_pattern_length(&profile, nullptr),
                            lrasynth_pattern_read(&profile, &good, 0, nullptr, 1), lrasynth_tap_length(nullptr, 50),
-                           lrasynth_tap_read(nullptr, 50, 80, 0, &byte, 1)}),
+                           lrasynth_tap_read(nullptr, 50, 80, 0, &byte, 1),
+                           lrasynth_tap_read(&profile, 50, 80, 0, nullptr, 1)}),
               Each(LRASYNTH_ERROR_NULL_POINTER));
-  EXPECT_THAT((std::vector{lrasynth_pattern_read(&profile, &good, -1, &byte, 1),
-                           lrasynth_pattern_read(&profile, &good, 0, &byte, -1),
-                           lrasynth_tap_read(&profile, 50, 80, -1, &byte, 1)}),
-              Each(LRASYNTH_ERROR_NEGATIVE_WINDOW));
+  EXPECT_THAT(
+      (std::vector{
+          lrasynth_pattern_read(&profile, &good, -1, &byte, 1), lrasynth_pattern_read(&profile, &good, 0, &byte, -1),
+          lrasynth_tap_read(&profile, 50, 80, -1, &byte, 1), lrasynth_tap_read(&profile, 50, 80, 0, &byte, -1)}),
+      Each(LRASYNTH_ERROR_NEGATIVE_WINDOW));
+  const lrasynth_profile streaming = lrasynth_profile_of(LRASYNTH_CHIP_EVENT_STREAM, LRASYNTH_MOTOR_1040, 1);
+  const lrasynth_pattern late = pattern_of(fine, 1, 0, 9);
+  EXPECT_EQ(lrasynth_pattern_length(&streaming, &late), 8) << "a stream has no limit";
   const lrasynth_profile silent = lrasynth_profile_of(0, LRASYNTH_MOTOR_81540, 1);
   const lrasynth_profile stored = lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1);
   EXPECT_EQ(lrasynth_tap_length(&silent, 50), LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS);
@@ -182,6 +187,7 @@ TEST(Check, FindsTheFirstFault) {
               {LRASYNTH_ERROR_HUGE_TIME, 18, {{18, 89478480}}},
               {LRASYNTH_ERROR_LATE_EVENT, 18, {{18, 1001}}},
               {LRASYNTH_ERROR_FULL_SCALE, 2, {{2, 127}}},
+              {LRASYNTH_ERROR_FULL_SCALE, 2, {{2, -127}}},
               {LRASYNTH_ERROR_FULL_SCALE, 26, {{26, 397}}},
               {LRASYNTH_ERROR_POINTS_BACKWARDS, 28, {{28, 9}}},
               {LRASYNTH_ERROR_POINTS_SPAN, 31, {{31, 41}}},
@@ -200,12 +206,45 @@ TEST(Check, FindsTheFirstFault) {
     EXPECT_EQ(index, row.index) << lrasynth_error_text(row.error);
     EXPECT_EQ(lrasynth_pattern_check(&profile, &bent, nullptr), row.error);
   }
+  const auto check = [](const lrasynth_profile& p, const Integers& records, int32_t loops = 1, int32_t gap_ms = 0) {
+    const lrasynth_pattern whole = pattern_of(records, loops, gap_ms, 50);
+    int32_t index = -1;
+    const int32_t error = lrasynth_pattern_check(&p, &whole, &index);
+    return std::pair(error, index);
+  };
+  // What taps the motor has.
+  const Integers at_120 = request_of({transient(5, 80, 120)});
+  EXPECT_EQ(check(lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1), at_120),
+            std::pair(LRASYNTH_ERROR_LEVEL_WITHOUT_TAP, 3));
+  EXPECT_EQ(check(lrasynth_profile_of(0, 7, 1), at_120), std::pair(LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, 0));
+  EXPECT_EQ(check({0, 999, LRASYNTH_MOTOR_1040, 1}, at_120), std::pair(LRASYNTH_ERROR_SAMPLE_RATE, 0));
+  EXPECT_EQ(check(profile, at_120, 2, 89478486), std::pair(LRASYNTH_ERROR_HUGE_TIME, 17));
+  // An event stream knows neither limit nor interval, but an order and 16 bits.
+  const lrasynth_profile streaming = lrasynth_profile_of(LRASYNTH_CHIP_EVENT_STREAM, LRASYNTH_MOTOR_1040, 1);
+  const auto listed_at = [](int32_t first_ms, int32_t second_ms, int32_t duration_ms) {
+    return request_of(
+        {transient(first_ms, 80, 50), curve(second_ms, duration_ms, {0, 1, 2, duration_ms}, Integers(4))});
+  };
+  const std::pair<Integers, std::pair<int32_t, int32_t>> streams[] = {
+      {listed_at(60, 30060, 2700), {0, 0}},
+      {listed_at(60, 30060, 2703), {LRASYNTH_ERROR_STREAM_TIME, 34}},
+      {listed_at(60, 59, 9), {LRASYNTH_ERROR_STREAM_ORDER, 18}},
+      {listed_at(65536, 65536, 9), {LRASYNTH_ERROR_STREAM_TIME, 1}},
+      {listed_at(0, 0, 65536), {LRASYNTH_ERROR_STREAM_TIME, 21}}};
+  for (const auto& [records, fault] : streams) EXPECT_EQ(check(streaming, records, 2, -30000), fault);
+  const Integers first_ends_last = request_of({curve(0, 90, {0, 3, 6, 90}, {9, 9, 9, 9}), transient(20, 80, 50)});
+  const lrasynth_pattern listed = pattern_of(first_ends_last);
+  EXPECT_EQ(lrasynth_pattern_check(&profile, &listed, nullptr), LRASYNTH_ERROR_LAST_RECORD);
+  EXPECT_EQ(lrasynth_pattern_check(&streaming, &listed, nullptr), 0);
   const Integers fine = request_of({curve(10, 9, {0, 3, 6, 9}, {9, 9, 9, 9})});
   const lrasynth_pattern overlapping = pattern_of(fine, 2, -20);
   int32_t index = -1;
   EXPECT_EQ(lrasynth_pattern_check(&profile, &overlapping, &index), LRASYNTH_ERROR_EARLY_COPY);
   EXPECT_EQ(index, 17);
   EXPECT_EQ(lrasynth_pattern_check(nullptr, &overlapping, &index), LRASYNTH_ERROR_NULL_POINTER);
+  EXPECT_EQ(lrasynth_pattern_check(&profile, nullptr, &index), LRASYNTH_ERROR_NULL_POINTER);
+  const lrasynth_pattern empty = {nullptr, 0, 1, 0, -1};
+  EXPECT_EQ(lrasynth_pattern_check(&profile, &empty, &index), 0);
   const lrasynth_pattern nothing = {nullptr, 17, 1, 0, -1};
   EXPECT_EQ(lrasynth_pattern_check(&profile, &nothing, &index), LRASYNTH_ERROR_NULL_POINTER);
 }

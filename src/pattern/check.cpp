@@ -1,9 +1,12 @@
 // What is wrong with a request, if anything, and where.
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "curves/intensity.h"
 #include "lrasynth.h"
+#include "pattern/event_stream.h"
 #include "pattern/long_signal.h"
 #include "pattern/vibration.h"
 #include "profile/profile.h"
@@ -19,6 +22,11 @@ struct Fault {
 };
 
 constexpr Fault kNoFault = {0, 0};
+
+constexpr int64_t kMostSamples = std::numeric_limits<int32_t>::max();  // of a time within a pass
+constexpr int64_t kMostStreamMs = std::numeric_limits<uint16_t>::max();
+
+bool is_stream(const Profile& profile) { return profile.chip_type == LRASYNTH_CHIP_EVENT_STREAM; }
 
 bool is_event(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
 
@@ -43,16 +51,19 @@ Fault fault_of_layout(const int32_t* records, int32_t length, int32_t at) {
 
 Fault fault_of_times(const Profile& profile, const Record& record, int32_t limit_ms) {
   const bool continuous = record.type() == LRASYNTH_CONTINUOUS;
-  const int64_t start = int64_t{profile.rate.per_ms()} * record.start_ms();
-  const int64_t end = profile.rate.per_ms() * end_in_ms(profile, record);
   if (record.start_ms() < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 1};
   if (continuous && record.duration_ms() < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 4};
-  if (end > std::numeric_limits<int32_t>::max()) return {LRASYNTH_ERROR_HUGE_TIME, 1};
+  if (is_stream(profile)) return kNoFault;
+  const int64_t start = int64_t{profile.rate.per_ms()} * record.start_ms();
+  if (profile.rate.per_ms() * end_in_ms(profile, record) > kMostSamples) return {LRASYNTH_ERROR_HUGE_TIME, 1};
   const bool late = limit_ms >= 0 && start > int64_t{profile.rate.hz} * limit_ms / 1000;
   return continuous && late ? Fault{LRASYNTH_ERROR_LATE_EVENT, 1} : kNoFault;
 }
 
 Fault fault_of_tap(const Profile& profile, const Record& record) {
+  const int32_t missing = missing_tap(profile, record.level());
+  if (missing == LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS) return {missing, 0};
+  if (missing == LRASYNTH_ERROR_LEVEL_WITHOUT_TAP) return {missing, 3};
   const int32_t driven = intensity_in_pattern(profile.motor, record.level(), record.intensity());
   return driven < -100 || driven > 100 ? Fault{LRASYNTH_ERROR_FULL_SCALE, 2} : kNoFault;
 }
@@ -75,27 +86,47 @@ Fault fault_of_record(const Profile& profile, const Record& record, int32_t limi
   return record.type() == LRASYNTH_CONTINUOUS ? fault_of_curve(profile, record) : fault_of_tap(profile, record);
 }
 
-// Of a request whose records are sound each by itself.
-Fault fault_of_whole(const Profile& profile, const lrasynth_pattern& pattern) {
-  const Request request(pattern.records, pattern.length);
-  for (int32_t at = 0; at < request.length() && profile.chip_type != LRASYNTH_CHIP_EVENT_STREAM;
-       at += LRASYNTH_RECORD_LENGTH) {
-    const bool later = end_in_ms(profile, Record(pattern.records + at)) > end_in_ms(profile, request.last_record());
+// Of a request whose records are sound each by itself, the times that hang on one another.
+
+Fault fault_of_samples(const Profile& profile, const Request& request, const lrasynth_pattern& pattern) {
+  for (int32_t at = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
+    const bool later = end_in_ms(profile, request.record(at)) > end_in_ms(profile, request.last_record());
     if (later) return {LRASYNTH_ERROR_LAST_RECORD, at};
   }
+  const bool fits = std::llabs(int64_t{profile.rate.per_ms()} * pattern.interval_ms) <= kMostSamples;
+  if (!fits) return {LRASYNTH_ERROR_HUGE_TIME, pattern.length};
   const LongSignal signal(profile, request, pattern.loop_count, pattern.interval_ms);
   return signal.has_early_copy() ? Fault{LRASYNTH_ERROR_EARLY_COPY, pattern.length} : kNoFault;
 }
 
+Fault fault_of_stream(const Request& request, int32_t loop_count) {
+  int64_t total_ms = 0;
+  for (int32_t at = 0, before_ms = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
+    const Record record = request.record(at);
+    const int64_t delta_ms = int64_t{record.start_ms()} - before_ms;
+    const int32_t duration_ms = record.type() == LRASYNTH_CONTINUOUS ? record.duration_ms() : EventStream::kTransientMs;
+    if (delta_ms < 0) return {LRASYNTH_ERROR_STREAM_ORDER, at + 1};
+    if (delta_ms > kMostStreamMs) return {LRASYNTH_ERROR_STREAM_TIME, at + 1};
+    if (duration_ms > kMostStreamMs) return {LRASYNTH_ERROR_STREAM_TIME, at + 4};
+    total_ms += delta_ms + duration_ms;
+    before_ms = record.start_ms();
+  }
+  const bool fits = total_ms * std::max(1, loop_count) <= kMostStreamMs;
+  return fits ? kNoFault : Fault{LRASYNTH_ERROR_STREAM_TIME, request.length()};
+}
+
 Fault fault_of(const Profile& profile, const lrasynth_pattern& pattern) {
   if (pattern.records == nullptr && pattern.length > 0) return {LRASYNTH_ERROR_NULL_POINTER, 0};
+  if (profile.rate.per_ms() < 1 && !is_stream(profile)) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
   for (int32_t at = 0; at < pattern.length; at += LRASYNTH_RECORD_LENGTH) {
     const Fault of_layout = fault_of_layout(pattern.records, pattern.length, at);
     if (of_layout.error != 0) return of_layout;
     const Fault of_record = fault_of_record(profile, Record(pattern.records + at), pattern.limit_ms);
     if (of_record.error != 0) return {of_record.error, at + of_record.index};
   }
-  return fault_of_whole(profile, pattern);
+  const Request request(pattern.records, pattern.length);
+  return is_stream(profile) ? fault_of_stream(request, pattern.loop_count)
+                            : fault_of_samples(profile, request, pattern);
 }
 
 }  // namespace

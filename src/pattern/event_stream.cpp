@@ -12,7 +12,6 @@ namespace {
 
 constexpr int32_t kHeaderLength = 2;
 constexpr int32_t kGroupLength = 6;
-constexpr int32_t kTransientMs = 5;  // what a transient counts as
 
 void put(std::initializer_list<uint8_t> bytes, const Window<uint8_t>& part) {
   std::copy(bytes.begin() + part.first, bytes.begin() + part.end, part.out);
@@ -28,7 +27,7 @@ void each_group(const Request& request, Visit visit) {
     // The predecessor is whatever stands one record before, even where no record does.
     const int32_t since_ms = first ? 0 : request.at(i + 1 - LRASYNTH_RECORD_LENGTH);
     const int32_t delta_ms = wrapping_subtract(request.at(i + 1), since_ms);
-    visit(delta_ms, request.at(continuous ? i + 9 : i + 2), continuous ? request.at(i + 4) : kTransientMs);
+    visit(delta_ms, request.at(continuous ? i + 9 : i + 2), continuous ? request.at(i + 4) : EventStream::kTransientMs);
     first = false;
   }
 }

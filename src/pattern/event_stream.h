@@ -11,9 +11,15 @@ namespace lrasynth {
 
 class EventStream {
  public:
+  static constexpr int32_t kTransientMs = 5;  // what a transient counts as
+
   EventStream(const Request& request, int32_t loop_count);
 
   int64_t length() const;
+
+  // No limit applies: the chip plays the events when it likes.
+  static bool starts_by(int64_t /*limit_samples*/) { return true; }
+
   void draw(const Window<uint8_t>& window) const;
 
  private:

@@ -38,7 +38,8 @@ class Request {
 
   int32_t length() const { return length_; }
   bool has_record() const { return length_ >= LRASYNTH_RECORD_LENGTH; }
-  Record last_record() const { return Record(values_ + (length_ - LRASYNTH_RECORD_LENGTH)); }
+  Record record(int32_t index) const { return Record(values_ + index); }
+  Record last_record() const { return record(length_ - LRASYNTH_RECORD_LENGTH); }
 
   // Visits the records of one type that lie whole in the array, in its order. Every integer of the type's value starts
   // one, wherever it stands.

@@ -6,16 +6,13 @@
 namespace lrasynth {
 namespace {
 
-bool is_late(const EventStream& /*stream*/, int64_t /*limit_samples*/) { return false; }
-bool is_late(const LongSignal& signal, int64_t limit_samples) { return !signal.starts_by(limit_samples); }
-
 // As use_signal, with the limit of the pattern, which does not wrap.
 template <class Use>
 int64_t use_timely_signal(const lrasynth_profile* profile, const lrasynth_pattern* pattern, Use use) {
   if (profile == nullptr || pattern == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
   const int64_t limit_samples = int64_t{profile->sample_rate} * pattern->limit_ms / 1000;
   return use_signal(profile_of(*profile), *pattern, [&](const auto& signal) -> int64_t {
-    if (pattern->limit_ms >= 0 && is_late(signal, limit_samples)) return LRASYNTH_ERROR_LATE_EVENT;
+    if (pattern->limit_ms >= 0 && !signal.starts_by(limit_samples)) return LRASYNTH_ERROR_LATE_EVENT;
     return use(signal);
   });
 }

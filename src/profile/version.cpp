@@ -29,6 +29,9 @@ constexpr ErrorText kErrorTexts[] = {
     {LRASYNTH_ERROR_POINTS_SPAN, "the points of a curve do not span its duration"},
     {LRASYNTH_ERROR_FULL_SCALE, "an amplitude is beyond full scale"},
     {LRASYNTH_ERROR_LAST_RECORD, "the last record is not the event that ends last"},
+    {LRASYNTH_ERROR_STREAM_ORDER, "the records of an event stream are not in the order of their starts"},
+    {LRASYNTH_ERROR_STREAM_TIME, "a time does not fit the 16 bits of an event stream"},
+    {LRASYNTH_ERROR_SAMPLE_RATE, "the sample rate is below 1000"},
 };
 
 }  // namespace

@@ -42,16 +42,17 @@ int32_t write(const Tap& tap, uint8_t* out) {
 // Refuses where there is no burst.
 int32_t write_burst(const Tap& tap, uint8_t* out) { return tap.length() == 0 ? -1 : write(tap, out); }
 
-// Why a motor has no tap for a level, or 0.
-int32_t missing_tap(const Motor& motor, const Tap& tap) {
-  if (motor.tap_kind == TapKind::kNone) return LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS;
-  return motor.tap_kind == TapKind::kStoredBurst && tap.length() == 0 ? LRASYNTH_ERROR_LEVEL_WITHOUT_TAP : 0;
-}
-
 }  // namespace
 
 Tap tap_of(const Profile& profile, int32_t level, int32_t intensity) {
   return routed_tap(profile.motor, profile, level, intensity);
+}
+
+int32_t missing_tap(const Profile& profile, int32_t level) {
+  const Motor& motor = profile.motor;
+  if (motor.tap_kind == TapKind::kNone) return LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS;
+  const bool missing = motor.tap_kind == TapKind::kStoredBurst && row_at(motor.bursts, level).burst.empty();
+  return missing ? LRASYNTH_ERROR_LEVEL_WITHOUT_TAP : 0;
 }
 
 Tap tap_in_pattern(const Profile& profile, int32_t level, int32_t intensity) {
@@ -112,16 +113,14 @@ int32_t transStringDataToInt(const uint8_t* source, int32_t count, int32_t* dest
 int64_t lrasynth_tap_length(const lrasynth_profile* profile, int32_t level) {
   if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
   const Profile resolved = profile_of(*profile);
-  const Tap tap = tap_of(resolved, level, 0);
-  const int32_t missing = missing_tap(resolved.motor, tap);
-  return missing != 0 ? missing : std::max(0, tap.length());
+  const int32_t missing = missing_tap(resolved, level);
+  return missing != 0 ? missing : std::max(0, tap_of(resolved, level, 0).length());
 }
 
 int64_t lrasynth_tap_read(const lrasynth_profile* profile, int32_t level, int32_t intensity, int64_t first,
                           uint8_t* out, int64_t count) {
   if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
   const Profile resolved = profile_of(*profile);
-  const Tap tap = tap_of(resolved, level, intensity);
-  const int32_t missing = missing_tap(resolved.motor, tap);
-  return missing != 0 ? missing : read(tap, first, out, count);
+  const int32_t missing = missing_tap(resolved, level);
+  return missing != 0 ? missing : read(tap_of(resolved, level, intensity), first, out, count);
 }

@@ -25,7 +25,10 @@ struct Tap {
 // A level's tap as the motor makes taps.
 Tap tap_of(const Profile& profile, int32_t level, int32_t intensity);
 
-// The same as it plays inside a pattern, at its level's share of the intensity.
+// Why a level has no tap, as one of the public header's errors, or 0.
+int32_t missing_tap(const Profile& profile, int32_t level);
+
+// The level's tap as it plays inside a pattern, at its level's share of the intensity.
 Tap tap_in_pattern(const Profile& profile, int32_t level, int32_t intensity);
 
 }  // namespace lrasynth
