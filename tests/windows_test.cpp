@@ -232,6 +232,7 @@ TEST(Check, FindsTheFirstFault) {
       {listed_at(65536, 65536, 9), {LRASYNTH_ERROR_STREAM_TIME, 1}},
       {listed_at(0, 0, 65536), {LRASYNTH_ERROR_STREAM_TIME, 21}}};
   for (const auto& [records, fault] : streams) EXPECT_EQ(check(streaming, records, 2, -30000), fault);
+  EXPECT_EQ(check({LRASYNTH_CHIP_EVENT_STREAM, 0, LRASYNTH_MOTOR_1040, 1}, streams[0].first).first, 0);
   const Integers first_ends_last = request_of({curve(0, 90, {0, 3, 6, 90}, {9, 9, 9, 9}), transient(20, 80, 50)});
   const lrasynth_pattern listed = pattern_of(first_ends_last);
   EXPECT_EQ(lrasynth_pattern_check(&profile, &listed, nullptr), LRASYNTH_ERROR_LAST_RECORD);

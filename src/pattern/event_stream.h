@@ -17,9 +17,6 @@ class EventStream {
 
   int64_t length() const;
 
-  // No limit applies: the chip plays the events when it likes.
-  static bool starts_by(int64_t /*limit_samples*/) { return true; }
-
   void draw(const Window<uint8_t>& window) const;
 
  private:

@@ -31,7 +31,7 @@ int32_t write(const Profile& profile, const LongSignal& signal, int32_t limit_sa
 
 int32_t length_of(const Profile& profile, const lrasynth_pattern& pattern) {
   const int64_t length =
-      use_signal(profile, pattern, [](const auto& signal) -> int64_t { return reportable(signal.length()); });
+      use_signal(profile, pattern, kNoLimit, [](const auto& signal) -> int64_t { return reportable(signal.length()); });
   return static_cast<int32_t>(std::max<int64_t>(0, length));
 }
 
@@ -54,11 +54,11 @@ int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t* 
                           int32_t patternLen, int32_t limitMs) {
   const Profile profile = current_profile();
   const int32_t limit_samples = wrapping_multiply(profile.rate.hz, limitMs) / 1000;
-  const int64_t status =
-      use_signal(profile, {pattern, patternLen, loopCount, intervalMs, limitMs}, [&](const auto& signal) -> int64_t {
-        if (reportable(signal.length()) < 0 || refuses(out, signal.length())) return -1;
-        return write(profile, signal, limit_samples, out);
-      });
+  const int64_t status = use_signal(profile, {pattern, patternLen, loopCount, intervalMs, limitMs}, kNoLimit,
+                                    [&](const auto& signal) -> int64_t {
+                                      if (reportable(signal.length()) < 0 || refuses(out, signal.length())) return -1;
+                                      return write(profile, signal, limit_samples, out);
+                                    });
   return status == 0 ? 0 : -1;
 }
 

@@ -11,10 +11,7 @@ template <class Use>
 int64_t use_timely_signal(const lrasynth_profile* profile, const lrasynth_pattern* pattern, Use use) {
   if (profile == nullptr || pattern == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
   const int64_t limit_samples = int64_t{profile->sample_rate} * pattern->limit_ms / 1000;
-  return use_signal(profile_of(*profile), *pattern, [&](const auto& signal) -> int64_t {
-    if (pattern->limit_ms >= 0 && !signal.starts_by(limit_samples)) return LRASYNTH_ERROR_LATE_EVENT;
-    return use(signal);
-  });
+  return use_signal(profile_of(*profile), *pattern, pattern->limit_ms < 0 ? kNoLimit : limit_samples, use);
 }
 
 }  // namespace

@@ -17,8 +17,8 @@ class Scaling {
       : scale_(static_cast<float>(intensity) / 100.0F), threshold_(truncate(scale_ * 128.0F)) {}
 
   // The definition. Scale, scaled value and narrowing are single precision, the two sums double: in double precision
-  // throughout, some bytes would differ by one.
-  uint8_t exact(uint8_t stored) const {
+  // throughout, some bytes would differ by one. Not inlined, or Clang makes kilobytes of it.
+  [[gnu::noinline]] uint8_t exact(uint8_t stored) const {
     if (stored == 0) return 0;
     const float scaled = scale_ * offset_value(stored);
     const auto wide = static_cast<double>(scaled);
