@@ -78,6 +78,8 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
+#ifndef LRASYNTH_NO_BARE_NAMES /* for hosts that have names like sine or F0 themselves */
+
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup profile Device profile
  * Process-wide settings that every other call reads. Set them before the first request and do not change them between a
@@ -487,6 +489,8 @@ int32_t get_sine(int32_t frequencyHz, int32_t strength, float *out, float cycles
 int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float end);
 
 /** @} */
+
+#endif /* LRASYNTH_NO_BARE_NAMES */
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup windows Profile in hand, any window
