@@ -64,6 +64,87 @@ _SIGNATURES = (
 
 FUNCTIONS = {name: (result, arguments) for result, arguments, names in _SIGNATURES for name in names.split()}
 
+# What each function does, in a line; lrasynth.h says the rest.
+_SUMMARIES = """
+setChipType                     Store the chip type and set SAMPLE_RATE.
+setMotorType                    Store the motor model.
+getMotorType                    The motor model.
+setF0                           Store a resonant frequency in Hz.
+getF0                           Store and return the motor's resonant frequency in Hz.
+setBoostFlg                     Store 1 - flag.
+getBoostFlg                     The boost flag as stored.
+wave_transform                  Code an offset value.
+custom_wave_transform           Code a whole offset value.
+wave_reverse                    Mirror an offset value about rest.
+getFrequency                    Drive frequency in Hz of a level.
+getFrequency_0832_ShortData     Drive frequency in Hz of a level, motor 832.
+getFrequency_1040_ShortData     Drive frequency in Hz of a level, motor 1040.
+getFrequency_9595_ShortData     Drive frequency in Hz of a level, motor 9595.
+getFrequency_0815_ShortData     Drive frequency in Hz of a level, motor 81540.
+getFrequency_4096               Frequency in Hz at an offset around a base.
+getFrequency_0832               Frequency in Hz at an offset around a base, motor 832.
+getFrequency_1040               Frequency in Hz at an offset around a base, motor 1040.
+getFrequency_9595               Frequency in Hz at an offset around a base, motor 9595.
+getFrequency_081540             Frequency in Hz at an offset around a base, motor 81540.
+getFrequencyStepValue           Hertz per step from one frequency to another.
+getIntensity                    Intensity of a tap inside a pattern.
+getIntensity_0832               Intensity of a tap inside a pattern, motor 832.
+getIntensity_1040               Intensity of a tap inside a pattern, motor 1040.
+getIntensity_9595               Intensity of a tap inside a pattern, motor 9595.
+getIntensityMax                 Gain of continuous vibration at an offset.
+getIntensityMax_0832            Gain of continuous vibration at an offset, motor 832.
+getIntensityMax_1040            Gain of continuous vibration at an offset, motor 1040.
+getIntensityMax_9595            Gain of continuous vibration at an offset, motor 9595.
+getCycle                        Cycle count of a level.
+getShortSignalDataLength        Length of a tap in bytes.
+getShortSignalData              Write a tap.
+getShortSignalDataLength_1040   Length of a tap in bytes, routed as for motor 1040.
+getShortSignalData_1040         Write a tap, routed as for motor 1040.
+getShortSignalDataLength_0832   Length of a tap in bytes, motor 832.
+getShortSignalDataLength_9595   Length of a tap in bytes, motor 9595.
+getShortSignalData_0832         Write a tap, motor 832.
+getShortSignalData_9595         Write a tap, motor 9595.
+getC0                           Drive cycles of a level.
+getC1                           F1 cycles of the edge-level shape.
+getC2                           F2 cycles of the edge-level shape.
+getF1                           F1 in Hz of a level.
+getF2                           F2 in Hz.
+getZeroTime                     Zero time in ms of a level.
+getA1                           F1 amplitude in percent.
+getA2                           F2 amplitude in percent.
+get_sine_wave_len               Samples of that many cycles at a frequency.
+get_wave_func_wave_len          Samples that wave_func writes at most.
+get_wave_func_wave_len_custom   Samples that wave_func_custom writes at most.
+get_custom_wave_len             Samples of a level's mid-level shape.
+get_wav_len_high_frequency      Samples of a level's edge-level shape.
+shortWave_func                  Write the mid-level tap.
+wave_func                       Render a mid-level transient as integers.
+shortWave_func_custom           Write the edge-level tap.
+wave_func_custom                Render a general transient as integers.
+get_custom_wave_len_0832        Bytes of a stored burst of motor 832.
+get_custom_wave_len_9595        Bytes of a stored burst of motor 9595.
+shortWave_func_custom_0832      Write a stored burst of motor 832.
+shortWave_func_custom_9595      Write a stored burst of motor 9595.
+transStringDataToInt            Widen bytes to integers.
+getLongSignalDataLength         Length in bytes of one pass of a pattern, or of its event stream.
+getLongSignalBufferLength       Bytes that a buffer for a pattern needs.
+getLongSignalData               Render a pattern.
+get_4096_wave                   Draw one continuous vibration.
+get_4097_wave                   Draw one transient at its start.
+sine                            Render a sine burst as sample codes.
+get_sine                        Render a sine burst as offset values.
+getIncreasingStepIntensity      Render envelope values along a quarter sine.
+lrasynth_version                Version of the library at run time.
+lrasynth_error_text             Text for a negative result.
+lrasynth_profile_of             A profile from chip type, motor model and boost.
+lrasynth_tap_length             Length of a tap in samples.
+lrasynth_tap_read               Read a window of a tap.
+lrasynth_pattern_length         Length of a pattern in samples.
+lrasynth_pattern_read           Read a window of a pattern.
+lrasynth_pattern_check          Find the faults of a pattern.
+"""
+SUMMARIES = dict(line.split(maxsplit=1) for line in _SUMMARIES.strip().splitlines())
+
 DATA = {
     **dict.fromkeys("IC_TYPE SAMPLE_RATE giMotorType giBoostFlg F0".split(), c_int32),
     "wave_custom_2p5T": c_uint8 * 576,
@@ -79,7 +160,7 @@ def load(path="liblrasynth.so.1"):
     library = ctypes.CDLL(path)
     for name, (result, arguments) in FUNCTIONS.items():
         function = getattr(library, name)
-        function.restype, function.argtypes = result, arguments
+        function.restype, function.argtypes, function.__doc__ = result, arguments, SUMMARIES[name]
     return library
 
 
