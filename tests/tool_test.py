@@ -11,6 +11,7 @@ import unittest
 import wave
 
 COMMAND = os.path.abspath(os.environ.get("LRASYNTH", "build/test/tools/lrasynth"))
+ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 
 def transient(start, level=50, intensity=80):
@@ -87,6 +88,12 @@ class ToolTest(unittest.TestCase):
                 self.assertEqual(file.getparams()[:4], (1, 2, rate, len(codes)))
                 frames = memoryview(file.readframes(len(codes))).cast("h")
                 self.assertEqual([frame // 256 for frame in frames], amplitudes)
+
+    def test_the_committed_pictures_are_what_is_drawn(self):
+        subprocess.run([ROOT / "scripts" / "make-pictures", COMMAND, self.directory], check=True)
+        drawn, committed = ({path.name: path.read_text() for path in directory.iterdir()}
+                            for directory in (self.directory, ROOT / "docs" / "pictures"))
+        self.assertEqual(drawn, committed)
 
     def test_audible_wav_keeps_the_tone(self):
         self.output_of("tone", "--frequency", 100, "--half-periods", 20, "--amplitude", 100, "--audible", "x.wav")
