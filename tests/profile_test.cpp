@@ -1,4 +1,4 @@
-// The device profile and the sample codes.
+// The device profile.
 #include "support.h"
 
 // Runs first in its process: nothing has been set yet.
@@ -36,14 +36,4 @@ TEST(Profile, BoostFlagIsStoredInverted) {
     EXPECT_EQ(setBoostFlg(flag), 0);
     EXPECT_EQ(getBoostFlg(), stored);
   }
-}
-
-TEST(SampleCodes, CodeAndMirrorOffsetValues) {
-  const float rows[][2] = {{128, 255}, {128.5F, 1.5F}, {129, 2}, {255, 128}, {127.5F, 254.5F}, {28, 155}, {1, 128}};
-  for (const auto& [offset_value, code] : rows) {
-    EXPECT_EQ(wave_transform(offset_value), code);
-    EXPECT_EQ(wave_reverse(offset_value), 256 - offset_value);
-  }
-  const int32_t whole_rows[][2] = {{128, 255}, {129, 2}, {0, 127}, {256, 129}, {1, 128}, {255, 128}};
-  for (const auto& [whole, code] : whole_rows) EXPECT_EQ(custom_wave_transform(whole), static_cast<float>(code));
 }

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
 #include <vector>
 
 #include "lrasynth.h"
@@ -34,57 +33,36 @@ class ScopedProfile {
   }
 };
 
-template <class Sample>
-std::vector<Sample> slice(const std::vector<Sample>& samples, std::size_t first, std::size_t count) {
+inline Bytes slice(const Bytes& samples, std::size_t first, std::size_t count) {
   return {samples.data() + first, samples.data() + first + count};
 }
 
-// Fails unless the call returns 0 and writes every one of `length` elements, none where that is negative.
-template <class Sample>
-std::vector<Sample> filled(int32_t length, const std::function<int32_t(Sample*)>& call) {
-  std::vector<Sample> once(static_cast<std::size_t>(std::max(0, length)), Sample{17});
-  std::vector<Sample> again(once.size(), Sample{34});
-  EXPECT_EQ(call(once.data()), 0);
-  EXPECT_EQ(call(again.data()), 0);
-  EXPECT_EQ(once, again);
-  return once;
-}
-
 inline Bytes tap(int32_t level, int32_t intensity) {
-  return filled<uint8_t>(getShortSignalDataLength(level),
-                         [=](uint8_t* out) { return getShortSignalData(level, intensity, out); });
+  Bytes out(static_cast<std::size_t>(getShortSignalDataLength(level)), kUntouched);
+  EXPECT_EQ(getShortSignalData(level, intensity, out.data()), 0);
+  return out;
 }
 
 inline Integers transient(int32_t start_ms, int32_t intensity, int32_t level) {
-  return {LRASYNTH_TRANSIENT, start_ms, intensity, level};
+  return {LRASYNTH_TRANSIENT, start_ms, intensity, level, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
 }
 
+// A vibration at the motor's resonant frequency.
 inline Integers curve(int32_t start_ms, int32_t duration_ms, const Integers& ms, const Integers& at) {
-  return {LRASYNTH_CONTINUOUS,
-          start_ms,
-          0,
-          0,
-          duration_ms,
-          ms[0],
-          at[0],
-          0,
-          ms[1],
-          at[1],
-          0,
-          ms[2],
-          at[2],
-          0,
-          ms[3],
-          at[3],
-          0};
+  Integers record = {LRASYNTH_CONTINUOUS, start_ms, 0, 0, duration_ms};
+  for (std::size_t point = 0; point < 4; ++point) record.insert(record.end(), {ms[point], at[point], 0});
+  return record;
+}
+
+inline Integers steady(int32_t start_ms, int32_t duration_ms, int32_t intensity = 100) {
+  return curve(start_ms, duration_ms, {0, 0, duration_ms, duration_ms}, Integers(4, intensity));
 }
 
 // Records laid end to end, in a block of exactly that size.
 inline Integers request_of(const std::vector<Integers>& records) {
-  Integers request(LRASYNTH_RECORD_LENGTH * records.size());
-  auto* next = request.data();
-  for (const Integers& record : records)
-    next = std::copy(record.begin(), record.end(), next) + LRASYNTH_RECORD_LENGTH - record.size();
+  Integers request;
+  for (const Integers& record : records) request.insert(request.end(), record.begin(), record.end());
+  request.shrink_to_fit();
   return request;
 }
 
@@ -93,9 +71,10 @@ struct Rendered {
   Bytes bytes;
 };
 
-inline Rendered pattern(const Integers& request, int32_t loops = 1, int32_t gap_ms = 0, int32_t limit_ms = 60000) {
+inline Rendered render(const std::vector<Integers>& records, int32_t loops = 1, int32_t gap_ms = 0,
+                       int32_t limit_ms = 60000) {
+  const Integers request = request_of(records);
   const auto length = static_cast<int32_t>(request.size());
   Bytes out(static_cast<std::size_t>(getLongSignalBufferLength(loops, gap_ms, request.data(), length)), kUntouched);
-  const int32_t status = getLongSignalData(loops, gap_ms, request.data(), out.data(), length, limit_ms);
-  return {status, out};
+  return {getLongSignalData(loops, gap_ms, request.data(), out.data(), length, limit_ms), out};
 }

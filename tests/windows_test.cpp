@@ -2,7 +2,7 @@
 // and nothing but the arguments counts.
 #include <thread>
 
-#include "digest_families.h"
+#include "digest.h"
 #include "support.h"
 
 namespace {
@@ -15,7 +15,7 @@ lrasynth_pattern pattern_of(const Integers& records, int32_t loops = 1, int32_t 
 
 // The whole, read in windows of random sizes in random order, each into a block of exactly its size.
 template <class Read>
-Bytes pieced(int64_t length, grid::Random& random, Read read) {
+Bytes pieced(int64_t length, Digest& random, Read read) {
   std::vector<int64_t> cuts = {0, length};
   const int32_t count = random.between(0, 9);
   for (int32_t i = 0; i < count; ++i) cuts.push_back(random.between(0, static_cast<int32_t>(length)));
@@ -47,7 +47,7 @@ Bytes documented(const lrasynth_pattern& p) {
 }
 
 // Under the profile that is set.
-void compare_pattern(const lrasynth_profile& profile, const lrasynth_pattern& p, grid::Random& random) {
+void compare_pattern(const lrasynth_profile& profile, const lrasynth_pattern& p, Digest& random) {
   const Bytes expected = documented(p);
   ASSERT_EQ(lrasynth_pattern_length(&profile, &p), std::ssize(expected));
   F0 = 1;
@@ -58,42 +58,13 @@ void compare_pattern(const lrasynth_profile& profile, const lrasynth_pattern& p,
   EXPECT_EQ(F0, 1);
 }
 
-void compare_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity, grid::Random& random) {
-  const int32_t length = getShortSignalDataLength(level);
-  if (length <= 0) return;
-  ASSERT_EQ(lrasynth_tap_length(&profile, level), length);
-  EXPECT_EQ(pieced(length, random,
-                   [&](int64_t first, uint8_t* out, int64_t count) {
-                     return lrasynth_tap_read(&profile, level, intensity, first, out, count);
-                   }),
-            tap(level, intensity))
-      << profile.motor_type << " " << level << " " << intensity;
-}
-
-TEST(Windows, PutTogetherAreTheWhole) {
-  grid::Random random;
-  for (const int32_t rate : {0, 15000}) {
-    grid::every_profile([&] {
-      if (rate != 0) SAMPLE_RATE = rate;
-      const lrasynth_profile profile = {IC_TYPE, SAMPLE_RATE, giMotorType, giBoostFlg};
-      for (int32_t level = -1; level <= 101; level += 3) compare_tap(profile, level, random.between(90, 130), random);
-      for (int32_t i = 0; i < 6; ++i) {
-        const Integers records = grid::make_pattern(random, 10);
-        const int32_t loops = random.between(0, 4);
-        compare_pattern(profile, pattern_of(records, loops, random.between(-10, 60)), random);
-      }
-    });
-  }
-  setMotorType(1040), setChipType(0), setBoostFlg(0);
-}
-
 // An event that hangs over the pass shows in the gap and under the copies; overlapping copies repeat the stride.
 TEST(Windows, SeeWhatHangsOverThePassAndOverlappingCopies) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   const auto vibration = [](int32_t start_ms, int32_t ms) {
     return curve(start_ms, ms, {0, 9, 9, ms}, {9, 90, 60, 90});
   };
-  grid::Random random;
+  Digest random;
   for (const int32_t gap_ms : {-30, -27, -1, 0, 1, 40, 400}) {
     const Integers records = request_of({vibration(3, 200), transient(20, 80, 50), vibration(2, 28)});
     compare_pattern(profile, pattern_of(records, 4, gap_ms), random);
@@ -273,12 +244,12 @@ TEST(Windows, OfDifferentProfilesRunSideBySide) {
     Integers records;
     Bytes expected, read;
   };
-  grid::Random random;
+  Digest random;
   std::vector<Job> jobs;
   for (const int32_t motor : {1040, 832, 9595, 81540}) {
     for (const int32_t chip : {0, 1}) {
       const ScopedProfile set(motor, chip, 0);
-      jobs.push_back({lrasynth_profile_of(chip, motor, 0), grid::make_pattern(random, 10), {}, {}});
+      jobs.push_back({lrasynth_profile_of(chip, motor, 0), calls::make_pattern(random), {}, {}});
       jobs.back().expected = documented(pattern_of(jobs.back().records, 2, 3));
     }
   }
