@@ -22,6 +22,7 @@ struct Host {
   std::istringstream arguments;
   std::size_t from, most;  // elements of what is written
   std::vector<std::string> results = {};
+  int32_t drawn = 0;
 
   template <class Number>
   Number about(int32_t /*low*/, int32_t /*high*/) {
@@ -30,7 +31,7 @@ struct Host {
     if constexpr (std::is_integral_v<Number>) return std::stoi(word);
     return static_cast<Number>(std::strtof(word.c_str(), nullptr));
   }
-  int32_t between(int32_t low, int32_t /*high*/) { return low; }
+  int32_t between(int32_t low, int32_t high) { return low + (drawn += 7919) % (high - low + 1); }  // of windows
   Integers pattern() { return {std::istream_iterator<int32_t>(arguments), {}}; }
 
   template <class Number>

@@ -44,15 +44,6 @@ TEST(Renderer, TransientsAreCutAtTheEndOfTheFurthestVibration) {
   EXPECT_EQ(render({transient(90, 80, 60), steady(0, 10)}).bytes, render({steady(0, 10)}).bytes);
 }
 
-TEST(Renderer, RepeatsThePassAndLeavesTheGaps) {
-  const Bytes once = render({steady(0, 100)}).bytes;
-  const Rendered thrice = render({steady(0, 100)}, 3, 50);
-  EXPECT_EQ(thrice.status, 0);
-  ASSERT_EQ(thrice.bytes.size(), 9600U);
-  for (const std::size_t copy : {0, 3600, 7200}) EXPECT_EQ(slice(thrice.bytes, copy, 2400), once);
-  for (const std::size_t gap : {2400, 6000}) EXPECT_THAT(slice(thrice.bytes, gap, 1200), Each(kUntouched));
-}
-
 // Copied byte by byte in ascending order, overlapping copies repeat the first stride.
 TEST(Renderer, NegativeIntervalOverlapsTheCopies) {
   const Bytes once = render({steady(0, 100)}).bytes;
@@ -87,17 +78,6 @@ TEST(Renderer, VibrationsPublishTheResonantFrequencyLateOrNot) {
   setF0(1);
   EXPECT_EQ(get_4096_wave(steady(10, 5).data(), Bytes(120).data(), 239), -1);
   EXPECT_EQ(F0, 235);
-}
-
-TEST(OddRequests, TypeCodesTooCloseToTheEndArePassedOverInSamples) {
-  Integers longest = steady(0, 4096, 80);
-  for (const int32_t code : {0, 4097}) {
-    longest[16] = code;  // the last frequency offset, clamped
-    const Rendered rendered = render({longest});
-    EXPECT_EQ(rendered.status, 0);
-    ASSERT_EQ(rendered.bytes.size(), 4096 * kPerMs);
-    EXPECT_NE(slice(rendered.bytes, 4095 * kPerMs, kPerMs), Bytes(kPerMs, kUntouched));
-  }
 }
 
 TEST(OddRequests, OfANegativeLengthAreEmpty) {
