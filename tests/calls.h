@@ -42,9 +42,11 @@ void output(Host& host, int32_t reported, Extent extent, Call call) {
   const auto same = [](const std::vector<Sample>& a, const std::vector<Sample>& b) {
     return a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(Sample)) == 0;
   };
-  const int32_t status = call(once.data());
+  Sample none = 17;  // stands where nothing may be written
+  const int32_t status = call(once.empty() ? &none : once.data());
   require(status == 0 || status == -1, "a status is 0 or -1");
-  require(call(again.data()) == status, "the same call has the same status");
+  require(call(again.empty() ? &none : again.data()) == status, "the same call has the same status");
+  require(none == 17, "a call of no length writes nothing");
   if (status == 0) {
     require(same(once, again), "the whole length is written, the same each time");
   } else if (extent == Extent::kWhole) {
@@ -185,15 +187,20 @@ void long_signal(Host& host) {
   });
 }
 
-// A window of a waveform, in a block of exactly its size, is that part of the whole.
+// Windows of a waveform, in blocks of exactly their size, are those parts of the whole; odd ones are refused.
 template <class Host, class Read>
-void window(Host& host, const std::vector<uint8_t>& whole, Read read) {
+void windows(Host& host, const std::vector<uint8_t>& whole, Read read) {
   const auto length = static_cast<int32_t>(whole.size());
-  const int32_t first = host.between(0, length), count = host.between(0, 1999);
-  std::vector<uint8_t> out(static_cast<std::size_t>(count));
-  const int64_t drawn = read(first, out.data(), count);
-  require(drawn == std::min(count, length - first), "a window is drawn as far as the waveform goes");
-  require(std::equal(out.begin(), out.begin() + drawn, whole.begin() + first), "a window is that part of the whole");
+  for (int32_t i = 0; i < 4; ++i) {
+    const int32_t first = host.between(0, length), count = host.between(0, 1999);
+    std::vector<uint8_t> out(static_cast<std::size_t>(count));
+    const int64_t drawn = read(first, out.data(), count);
+    require(drawn == std::min(count, length - first), "a window is drawn as far as the waveform goes");
+    require(std::equal(out.begin(), out.begin() + drawn, whole.begin() + first), "a window is that part of the whole");
+  }
+  require(read(-1, nullptr, 1) == LRASYNTH_ERROR_NEGATIVE_WINDOW, "a negative start is refused");
+  require(read(0, nullptr, -1) == LRASYNTH_ERROR_NEGATIVE_WINDOW, "a negative count is refused");
+  require(read(0, nullptr, 1) == (length > 0 ? LRASYNTH_ERROR_NULL_POINTER : 0), "null is refused");
 }
 
 inline lrasynth_profile current_profile() { return {IC_TYPE, SAMPLE_RATE, giMotorType, giBoostFlg}; }
@@ -207,11 +214,9 @@ void tap_window(Host& host) {
   if (length < 0 || length > kMostElements) return;
   std::vector<uint8_t> whole(static_cast<std::size_t>(length));
   require(getShortSignalData(level, intensity, whole.data()) == 0, "a tap that has a length can be had");
-  for (int32_t i = 0; i < 4; ++i) {
-    window(host, whole, [&](int64_t first, uint8_t* out, int64_t count) {
-      return lrasynth_tap_read(&profile, level, intensity, first, out, count);
-    });
-  }
+  windows(host, whole, [&](int64_t first, uint8_t* out, int64_t count) {
+    return lrasynth_tap_read(&profile, level, intensity, first, out, count);
+  });
 }
 
 // The whole is what getLongSignalData writes into a cleared buffer, where it does.
@@ -219,7 +224,7 @@ template <class Host>
 void long_window(Host& host) {
   const lrasynth_profile profile = current_profile();
   const auto loops = host.template about<int32_t>(0, 4), gap_ms = host.template about<int32_t>(-10, 60);
-  const auto limit_ms = host.template about<int32_t>(1500, 80000);
+  const auto limit_ms = host.template about<int32_t>(-9000, 80000);
   std::vector<int32_t> records = host.pattern();
   records.shrink_to_fit();
   const lrasynth_pattern pattern = {records.data(), static_cast<int32_t>(records.size()), loops, gap_ms, limit_ms};
@@ -236,7 +241,7 @@ void long_window(Host& host) {
   require(read(0, whole.data(), length) == length, "the whole can be read at once");
   if (getLongSignalData(loops, gap_ms, records.data(), same.data(), pattern.length, LRASYNTH_NO_LIMIT_MS) == 0)
     require(whole == same, "what is read is what getLongSignalData writes");
-  for (int32_t i = 0; i < 4; ++i) window(host, whole, read);
+  windows(host, whole, read);
 }
 
 template <class Host>

@@ -84,12 +84,14 @@ TEST(Speculation, GivesTheDefinedBytesOfHardEvents) {
               {"huge", {0, 170, 3e9F}, {0, 170, -2e9F}, 2000, 0, false},
               {"a minute's end", {0, 300, 30.0F}, {0, 350, 122.0F}, 1440000, 1436000, true},
               {"three minutes' end", {0, 300, 30.0F}, {0, 350, 122.0F}, 4320000, 4319000, false},
+              {"a hundred seconds' end", {0, 300, 30.0F}, {0, 350, 122.0F}, 2344000, 2343000, false},
               {"three minutes' end, falling", {0, 350, 122.0F}, {0, 300, 30.0F}, 4320000, 4319000, false},
               {"a rate below zero", {0, 170, 120.0F}, {0, 170, -100.0F}, 2000, 0, false, -24000},
               {"a rate below zero, where the ramp rises", {0, 170, 100.0F}, {0, 170, 60.0F}, 2000, 0, false, -24000},
               {"three minutes' end below zero", {0, 350, 60.0F}, {0, 350, 60.0F}, 4320000, 4319000, false, -24000},
               {"a low rate, where the ramp turns on", {0, 170, 10.0F}, {0, 170, 50.0F}, 2000, 0, true, 1000},
               {"a low rate, where the ramp goes on", {0, 170, 100.0F}, {0, 170, 60.0F}, 2000, 0, false, 1000},
+              {"a low rate below zero", {0, 170, 20.0F}, {0, 170, 60.0F}, 2000, 0, true, -1000},
               {"through rest", {0, 170, -100.0F}, {0, 170, 100.0F}, 3000, 0, true}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
