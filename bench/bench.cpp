@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Benchmarks: the library beside bare sines, in one process.
 #include <benchmark/benchmark.h>
 

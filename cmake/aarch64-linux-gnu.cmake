@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Debian's cross compiler for arm64; what it builds runs under qemu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What `cmake --install` gives beside the command: header, libraries, CMake package, pkg-config file and Python module.
 # They find each other by relative paths, so that the prefix can be moved.
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # find_package(lrasynth 1 [COMPONENTS shared|static]): the targets lrasynth::lrasynth, a library of the kind that was
 # built, and lrasynth::lrasynth_static where there is a static one.
 include(${CMAKE_CURRENT_LIST_DIR}/lrasynth-targets.cmake)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Debian packages by `cpack -G DEB`: liblrasynth1, liblrasynth-dev and lrasynth.
 set(CPACK_PACKAGE_CONTACT "The lrasynth authors <lrasynth@packages.debian.org>")
 set(CPACK_PACKAGE_VENDOR "The lrasynth authors")

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* A host in C that is linked with the library: a tap and a pattern as samples, then the pattern as an event stream. */
 #include <lrasynth.h>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* The same host without a link to the library, which it loads when it starts, as a vibrator service does. */
 #define _GNU_SOURCE /* dlvsym */
 #include <dlfcn.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* What the two hosts share: a pattern, memory for a waveform, and a file in place of the driver's device node. */
 #ifndef PLAYBACK_H
 #define PLAYBACK_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* An alarm that loops, played through a buffer of 1 KiB: no memory for the whole, no state but a position. */
 #include <lrasynth.h>
 #include <stdbool.h>

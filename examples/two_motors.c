@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Two actuators on two threads, each with a profile and a pattern of its own. Nothing is shared, so nothing is locked.
  */
 #include <lrasynth.h>

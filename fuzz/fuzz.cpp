@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Fuzzes the calls of one list, kShort or kLong, under any profile.
 #include "calls.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs a fuzz driver over files, in place of the fuzzer: replay FILE...
 #include <cstdint>
 #include <fstream>

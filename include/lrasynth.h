@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /** @mainpage lrasynth: drive waveforms for linear resonant actuators (LRAs)
  *
  * A host describes chip and motor once, asks for the length of a waveform, allocates that many bytes and has the

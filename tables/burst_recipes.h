@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recipes of the 24 stored bursts: what each one is, as lobes (half-waves) of a position, a length and a peak.
 //
 // They stand in for measured bursts. Whoever owns measurements for a motor replaces tables.cpp and leaves this file

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes tables.cpp, the stored bursts, from their recipes to standard output.
 #include <algorithm>
 #include <cmath>
@@ -68,6 +69,7 @@ void print(const Recipe& recipe, std::vector<int> samples) {
 
 int main() {
   std::printf(
+      "// SPDX-License-Identifier: Apache-2.0\n"
       "// The stored bursts of motors 832 and 9595 as sample codes. Made by tables/generate_tables.cpp.\n"
       "#include \"lrasynth.h\"\n\n"
       "// clang-format off\n");

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The ctypes declarations of the Python example against the export list and the header's declarations."""
 
 import pathlib

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every exported call, once. A host gives the arguments and takes the results: random numbers for the digests, rows of
 // a table, or the fuzzer's bytes.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Prints a digest of what every call gives: two builds that print the same render the same bytes.
 #include "digest.h"
 

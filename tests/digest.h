@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A wide grid of random calls, condensed into digests: compared between builds, run on small stacks and on many
 // threads. Nothing here writes the profile or depends on the platform.
 #pragma once

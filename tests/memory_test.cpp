@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Calls use less stack than the header says, over the whole grid. That they use no heap follows from what the library
 // imports.
 #include <pthread.h>

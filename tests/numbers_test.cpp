@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What calls give, by numbers.csv: under a motor, a rate and a boost flag as stored, a function's name and arguments,
 // and its result. Of functions that write, length and status, or, with a number in the column `from`, what they have
 // written from that element on. `255*84` stands for 84 elements.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Long signals: how events, copies and gaps are laid out, also those of odd requests.
 #include "support.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Estimated rendering against the definition of every sample, on the library's inner parts.
 #include "tone/speculation.h"
 

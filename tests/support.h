@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the tests share: a profile for the length of a scope, requests, and waveforms as vectors of exactly the reported
 // size, in which 77 stands where nothing was written.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The stored bursts are what the public header's table says of them, and play at its levels.
 #include <dlfcn.h>
 

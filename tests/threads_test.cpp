@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Calls may run at once under a fixed profile: the bytes are those of one thread alone, and the thread sanitizer is
 // silent.
 #include <gtest/gtest.h>

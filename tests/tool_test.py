@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The lrasynth command as its users call it. Takes the command's path from the environment variable LRASYNTH."""
 
 import csv

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Windows with the profile in hand: how far they reach, why they are refused, and that nothing but the arguments
 // counts. That they are parts of the documented waveforms is checked with all other calls.
 #include <thread>

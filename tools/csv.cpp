@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The CSV form: a line per sample.
 #include "output.h"
 #include "text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // lrasynth: renders haptic waveforms into files.
 #include <CLI/CLI.hpp>
 #include <exception>

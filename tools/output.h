@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From rendered waveforms to files: the forms by name, and files that appear whole or not at all.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A grid with a curve in it.
 #include "panel.h"
 

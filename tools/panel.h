@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A grid with a curve in it: what the single plot and the contact sheet are made of.
 #pragma once
 

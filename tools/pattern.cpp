@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // lrasynth pattern: a long signal from a pattern file.
 #include <filesystem>
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Patterns as people write them.
 #include "pattern_file.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Patterns as people write them: JSON, checked, and turned into the integers of a request.
 #pragma once
 

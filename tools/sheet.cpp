@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // lrasynth sheet: the character of a motor model in one picture.
 #include <algorithm>
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A picture as SVG.
 #include "svg.h"
 

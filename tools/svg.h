@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A picture as SVG: the few shapes that plots are made of. How a class of shape looks stands in one style sheet.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The SVG form: one waveform over time, a pattern with its events below.
 #include "output.h"
 #include "panel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // lrasynth tap: one short signal.
 #include <memory>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // lrasynth tone: a sine burst.
 #include <memory>
 

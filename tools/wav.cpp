@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The WAV forms: mono, 16 bits. Exact with the amplitude in the upper byte, or resampled for players that refuse low
 // sample rates.
 #include <samplerate.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What every command renders and every output form shows.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """ctypes declarations of everything that liblrasynth.so.1 exports."""
 
 import ctypes

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Renders a pattern into an array and plots it as text."""
 
 import ctypes

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Frequency curves, piecewise linear, and their exports.
 #include "curves/frequency.h"
 

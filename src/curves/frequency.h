@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Frequency curves: level or frequency offset to whole hertz.
 #pragma once
 

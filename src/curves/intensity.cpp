@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Intensity curves and their exports.
 #include "curves/intensity.h"
 

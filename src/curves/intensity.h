@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Intensity curves: how strong a tap inside a pattern and a continuous vibration are driven.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The narrowing that the curves share with coding and replay.
 #pragma once
 

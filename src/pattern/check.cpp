@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is wrong with a request, if anything, and where.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The curve segment of a continuous vibration: a carrier whose frequency runs linearly from one point to the next,
 // under a ramp from one amplitude to the next.
 #pragma once

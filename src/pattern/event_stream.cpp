@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Listing the events of a request for a chip that plays them by itself.
 #include "pattern/event_stream.h"
 

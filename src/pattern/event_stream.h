@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The compact event stream of chip type 11: a description of the events that the chip plays by itself.
 #pragma once
 

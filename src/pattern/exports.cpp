@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The documented exports of long signals, on the profile that the host has set.
 #include <limits>
 

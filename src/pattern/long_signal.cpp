@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Layout and drawing of long signals: continuous vibrations, then transients, then copies of the pass.
 #include "pattern/long_signal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The long signal in sample output, resolved: where its pass ends, where its copies lie, and how any window of it is
 // drawn.
 #pragma once

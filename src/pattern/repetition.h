@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A pass that plays several times: which samples of the whole are copies, and of what.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A long-signal request read as records, wherever they stand in the array.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The signal that a request stands for on a chip: samples, or the compact event stream.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Resolving and drawing a continuous vibration.
 #include "pattern/vibration.h"
 

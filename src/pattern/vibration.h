@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Continuous vibration, resolved: a carrier whose frequency runs linearly between the points of a curve, under an
 // envelope of quarter-sine ramps.
 #pragma once

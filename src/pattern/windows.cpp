@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The exports of long signals with the profile in hand: their lengths and windows.
 #include "lrasynth.h"
 #include "pattern/signal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Integer arithmetic and float-to-integer conversion with a defined result for every argument.
 #pragma once
 

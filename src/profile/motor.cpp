@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The table of motors, hand-tuned.
 #include "profile/motor.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What differs between motor models: one row each.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The device profile: five process-wide variables and their setters.
 #include "profile/profile.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The device profile as a value. The five variables that hold it between calls are in the public header.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The three exported conversions of sample codes.
 #include "profile/sample_code.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sample codes: how an offset value (128 + amplitude) becomes an output byte.
 #pragma once
 

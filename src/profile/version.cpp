@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The library's version and the texts of its errors.
 #include <iterator>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A single-precision sine that compilers vectorise: straight-line code, no table, no branch, no integer division.
 #pragma once
 

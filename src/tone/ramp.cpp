@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The quarter-sine ramp and its export.
 #include "tone/ramp.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The quarter-sine ramp: how an intensity moves from one value to another.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // `sine`: a burst of half-periods as sample codes.
 #include <cmath>
 

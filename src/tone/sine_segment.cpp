@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The sine segment and its export as a tone of offset values.
 #include "tone/sine_segment.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The sine segment: the piece that transients are made of and that `get_sine` renders.
 #pragma once
 

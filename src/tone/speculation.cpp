@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The loops of estimated rendering that hang on no source.
 #include "tone/speculation.h"
 

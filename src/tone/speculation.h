@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Speculate, prove, redo: how a source of sine samples becomes sample codes at a fraction of the sines' price.
 //
 // Only a byte is kept of each sample, and it rarely hangs on the last bits of a sine. So a block of offset values is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The time grid of a sine burst and its length's export.
 #include "tone/time_grid.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The time grid of a sine burst: n samples that span its cycles exactly.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Windows: which samples of a waveform are asked for, and where they go. Everything that is drawn is drawn into one.
 #pragma once
 

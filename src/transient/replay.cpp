@@ -1,6 +1,6 @@
+// SPDX-License-Identifier: Apache-2.0
 // Replay of stored bursts.
 #include "transient/replay.h"
-
 
 namespace lrasynth {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Replay of stored bursts: how their samples are scaled.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Taps by motor and level, and the exports of short signals.
 #include "transient/tap.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The tap, resolved: what will be drawn, whichever way its motor makes taps. It needs no profile any more.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Timing model of the four-segment transient: the level bands and the lengths made from them, with their exports.
 #include "transient/timing.h"
 
@@ -45,8 +46,8 @@ bool is_mid_level(int32_t level) { return band_of(level).mid; }
 // Both shapes are driven at half the intensity; only the mid level also halves what F1 and F2 see.
 TransientShape mid_shape(int32_t drive_hz, int32_t level, int32_t intensity) {
   const int32_t half = intensity / 2;
-  return custom_mid_shape(drive_hz, band_of(level).f1_hz, kF2Hz, band_of(level).zero_ms, half, f1_amplitude(level, half),
-                   f2_amplitude(level, half));
+  return custom_mid_shape(drive_hz, band_of(level).f1_hz, kF2Hz, band_of(level).zero_ms, half,
+                          f1_amplitude(level, half), f2_amplitude(level, half));
 }
 
 TransientShape edge_shape(int32_t drive_hz, int32_t level, int32_t intensity) {
@@ -58,7 +59,7 @@ TransientShape edge_shape(int32_t drive_hz, int32_t level, int32_t intensity) {
 }
 
 TransientShape custom_mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms, int32_t amplitude,
-                         int32_t f1_amplitude, int32_t f2_amplitude) {
+                                int32_t f1_amplitude, int32_t f2_amplitude) {
   return {.drive = {drive_hz, 1.0F, amplitude},
           .zero_ms = zero_ms,
           .f1 = {f1_hz, 0.5F, f1_amplitude},

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Timing model of the four-segment transient: what each level's segments are, and how long.
 #pragma once
 
@@ -33,7 +34,7 @@ TransientShape edge_shape(int32_t drive_hz, int32_t level, int32_t intensity);
 
 // The mid-level shape with segments of its own; amplitudes are those of drive, F1 and F2.
 TransientShape custom_mid_shape(int32_t drive_hz, int32_t f1_hz, int32_t f2_hz, float zero_ms, int32_t amplitude = 0,
-                         int32_t f1_amplitude = 0, int32_t f2_amplitude = 0);
+                                int32_t f1_amplitude = 0, int32_t f2_amplitude = 0);
 
 // Samples of a zero time, not truncated.
 float zero_samples(Rate rate, float zero_ms);

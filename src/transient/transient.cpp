@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Drawing the four-segment transient, and the exports that draw it as integers.
 #include "transient/transient.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The four-segment transient, resolved: its segments in samples, hertz and amplitudes.
 #pragma once
 
