@@ -166,6 +166,8 @@ TEST(Check, FindsTheFirstFault) {
   EXPECT_EQ(lrasynth_pattern_check(&profile, nullptr, &index), LRASYNTH_ERROR_NULL_POINTER);
   const lrasynth_pattern empty = {nullptr, 0, 1, 0, -1};
   EXPECT_EQ(lrasynth_pattern_check(&profile, &empty, &index), 0);
+  const lrasynth_profile slow_stream = {LRASYNTH_CHIP_EVENT_STREAM, 999, LRASYNTH_MOTOR_1040, 1};
+  EXPECT_EQ(lrasynth_pattern_check(&slow_stream, &overlapping, &index), 0) << "a stream has no samples";
   const lrasynth_pattern nothing = {nullptr, 17, 1, 0, -1};
   EXPECT_EQ(lrasynth_pattern_check(&profile, &nothing, &index), LRASYNTH_ERROR_NULL_POINTER);
 }
