@@ -20,15 +20,39 @@ Bytes documented(const lrasynth_pattern& p) {
   return out;
 }
 
-// A 128 right behind a 127 hangs on the sample before the window.
+// What becomes of a 128 hangs on the code before it, and so does what becomes of the next 128.
 TEST(Windows, LookBackWhereACodeHangsOnTheOneBefore) {
-  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
-  const Bytes whole = tap(0, 100);
-  for (std::size_t i = 0; i < whole.size(); ++i) {
-    uint8_t sample = kUntouched;
-    ASSERT_EQ(lrasynth_tap_read(&profile, 0, 100, static_cast<int64_t>(i), &sample, 1), 1);
-    ASSERT_EQ(sample, whole[i]) << i;
+  const ScopedProfile restored(LRASYNTH_MOTOR_1040);
+  for (const int32_t rate : {24000, 96000}) {
+    SAMPLE_RATE = rate;
+    const lrasynth_profile profile = {0, rate, LRASYNTH_MOTOR_1040, 1};
+    for (const int32_t intensity : {100, 102, 104}) {
+      const Bytes whole = tap(0, intensity);
+      for (std::size_t i = 0; i < whole.size(); ++i) {
+        uint8_t sample = kUntouched;
+        ASSERT_EQ(lrasynth_tap_read(&profile, 0, intensity, static_cast<int64_t>(i), &sample, 1), 1);
+        ASSERT_EQ(sample, whole[i]) << i << " at " << intensity << " %";
+      }
+    }
   }
+}
+
+// Passes that overlap repeat the stride up to the end of the last one; an event that reaches beyond stays there.
+TEST(Windows, OfOverlappingPassesEndWithWhatHangsOver) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  const Integers records =
+      request_of({curve(3, 200, {0, 9, 9, 200}, {9, 90, 60, 90}), curve(2, 28, {0, 9, 9, 28}, {9, 90, 60, 90})});
+  const auto read = [&](int32_t loops, int32_t gap_ms) {
+    const lrasynth_pattern whole = {records.data(), 34, loops, gap_ms, LRASYNTH_NO_LIMIT};
+    Bytes out(static_cast<std::size_t>(lrasynth_pattern_length(&profile, &whole)));
+    EXPECT_EQ(lrasynth_pattern_read(&profile, &whole, 0, out.data(), std::ssize(out)), std::ssize(out));
+    return out;
+  };
+  const Bytes once = read(1, 0), looped = read(4, -1);
+  const std::size_t stride = 24 * 29, end = 24 * 30 + 3 * stride;
+  ASSERT_EQ(once.size(), 24U * 203);
+  ASSERT_EQ(looped.size(), once.size());
+  for (std::size_t i = 0; i < looped.size(); ++i) ASSERT_EQ(looped[i], once[i < end ? i % stride : i]) << i;
 }
 
 TEST(Windows, ReachBeyond32Bits) {
