@@ -26,8 +26,9 @@ std::vector<Row> rows_of_the_header() {
     if (!line.starts_with(" *   wave_custom_")) continue;
     Row row;
     row.rings_out = line.find("then") != std::string::npos;
-    line.erase(std::remove(line.begin(), line.end(), '/'), line.end());
-    line.replace(line.find(".."), 2, " ");
+    for (const auto of_levels = line.find(".."); const std::size_t mark : {of_levels, of_levels + 1, line.find('/')}) {
+      if (mark < line.size()) line[mark] = ' ';
+    }
     std::istringstream words(line.substr(5));
     words >> row.name >> row.first_level >> row.last_level >> row.length >> row.last_nonzero;
     for (int peak = 0; words >> peak;) row.peaks.push_back(peak);

@@ -55,6 +55,18 @@ TEST(Windows, OfOverlappingPassesEndWithWhatHangsOver) {
   for (std::size_t i = 0; i < looped.size(); ++i) ASSERT_EQ(looped[i], once[i < end ? i % stride : i]) << i;
 }
 
+// A tap that runs past the pass ends with the vibration that hangs over it, in the gap as well.
+TEST(Windows, CutTapsWhereTheFurthestVibrationEnds) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  const Integers records = request_of({curve(0, 50, {0, 9, 9, 50}, {9, 90, 60, 90}), transient(45, 80, 50),
+                                       curve(0, 20, {0, 9, 9, 20}, {9, 90, 60, 90})});
+  const lrasynth_pattern twice = pattern_of(records, 2, 100);
+  Bytes out(24 * 140, kUntouched);
+  ASSERT_EQ(lrasynth_pattern_read(&profile, &twice, 0, out.data(), std::ssize(out)), std::ssize(out));
+  EXPECT_EQ(slice(out, 24 * 45, 24 * 5), slice(tap(50, 64), 0, 24 * 5));
+  EXPECT_THAT(slice(out, 24 * 50, 24 * 70), Each(0));
+}
+
 TEST(Windows, ReachBeyond32Bits) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   const Integers records = request_of({curve(0, 36000000, {0, 9, 10, 36000000}, {90, 90, 90, 90})});
