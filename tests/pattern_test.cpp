@@ -29,6 +29,21 @@ TEST(Continuous, CurvesAreDrawnWhereTheyFallInsideTheEvent) {
   }
 }
 
+// Copies are of the pass as it stands in the buffer, with what the host left where no event stands.
+TEST(Renderer, CopiesWhatStandsInThePass) {
+  const Integers request = request_of({transient(30, 80, 50), transient(0, 80, 20), transient(60, 80, 50)});
+  const auto length = static_cast<int32_t>(request.size());
+  Bytes out(static_cast<std::size_t>(getLongSignalBufferLength(3, 5, request.data(), length)));
+  for (std::size_t i = 0; i < out.size(); ++i) out[i] = static_cast<uint8_t>(i % 251);
+  ASSERT_EQ(getLongSignalData(3, 5, request.data(), out.data(), length, LRASYNTH_NO_LIMIT_MS), 0);
+  const std::size_t pass = 24 * 76, stride = pass + 24 * 5;
+  ASSERT_EQ(out.size(), 2 * stride + pass);
+  EXPECT_EQ(out[24 * 29], 24 * 29 % 251);
+  for (std::size_t i = stride; i < out.size(); ++i) {
+    ASSERT_EQ(out[i], i % stride < pass ? out[i - stride] : i % 251) << i;
+  }
+}
+
 TEST(Renderer, LaterEventsReplaceEarlierOnes) {
   const Bytes out = render({transient(5, 100, 50), steady(0, 40), steady(20, 10, 50), transient(30, 100, 80)}).bytes;
   ASSERT_EQ(out.size(), kPerMs * 47);
