@@ -524,10 +524,10 @@ int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float
 
 /** A chip and its motor. */
 typedef struct lrasynth_profile {
-  int32_t chip_type;
+  int32_t chip_type;   /**< Only LRASYNTH_CHIP_EVENT_STREAM makes a difference: the rate stands beside it. */
   int32_t sample_rate; /**< Samples per second; any value is safe. */
-  int32_t motor_type;
-  int32_t boost_flag; /**< As giBoostFlg stores it: 1 is boost, 0 is none. Only motor 832 has it. */
+  int32_t motor_type;  /**< Unknown ones fall back as documented. */
+  int32_t boost_flag;  /**< As giBoostFlg stores it: 1 is boost, 0 is none. Only motor 832 has it. */
 } lrasynth_profile;
 
 /** A long signal. Nothing of it is kept. */
