@@ -53,23 +53,6 @@ TEST(Renderer, LaterEventsReplaceEarlierOnes) {
   EXPECT_EQ(slice(out, 720, kPerMs * 17), slice(tap(80, 100), 0, kPerMs * 17));  // cut at the end of the pass
 }
 
-TEST(Renderer, TransientsAreCutAtTheEndOfTheFurthestVibration) {
-  const Bytes out = render({steady(0, 10), transient(9, 80, 60), steady(0, 2)}).bytes;
-  ASSERT_EQ(out.size(), 10 * kPerMs);
-  EXPECT_EQ(slice(out, 9 * kPerMs, kPerMs), slice(tap(60, 64), 0, kPerMs));
-  EXPECT_EQ(render({transient(90, 80, 60), steady(0, 10)}).bytes, render({steady(0, 10)}).bytes);
-}
-
-// Copied byte by byte in ascending order, overlapping copies repeat the first stride.
-TEST(Renderer, NegativeIntervalOverlapsTheCopies) {
-  const Bytes once = render({steady(0, 100)}).bytes;
-  const Bytes overlapping = render({steady(0, 100)}, 3, -60).bytes;
-  ASSERT_EQ(overlapping.size(), kPerMs * 180);
-  for (std::size_t i = 0; i < overlapping.size(); ++i) ASSERT_EQ(overlapping[i], once[i % 960]) << i;
-  EXPECT_EQ(render({steady(0, 100)}, 3, -100).bytes, once);
-  EXPECT_EQ(render({steady(0, 100)}, 3, -101).status, -1);
-}
-
 TEST(Renderer, FirstLateEventEndsTheCall) {
   const std::vector<Integers> records = {steady(0, 5), steady(90, 5), transient(10, 100, 50), steady(100, 5)};
   const Rendered late = render(records, 2, 0, 50);

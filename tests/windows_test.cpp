@@ -226,36 +226,25 @@ TEST(Versions, AndTextsOfErrors) {
 
 // Eight motors on eight threads, each with its own profile and pattern.
 TEST(Windows, OfDifferentProfilesRunSideBySide) {
-  struct Job {
-    lrasynth_profile profile;
-    Integers records;
-    Bytes expected, read;
-  };
   Digest random;
-  std::vector<Job> jobs;
+  std::vector<std::thread> threads;
   for (const int32_t motor : {1040, 832, 9595, 81540}) {
     for (const int32_t chip : {0, 1}) {
       const ScopedProfile set(motor, chip, 0);
-      jobs.push_back({lrasynth_profile_of(chip, motor, 0), calls::make_pattern(random), {}, {}});
-      jobs.back().expected = documented(pattern_of(jobs.back().records, 2, 3));
+      const Integers records = calls::make_pattern(random);
+      const Bytes expected = documented(pattern_of(records, 2, 3));
+      threads.emplace_back([records, expected, profile = lrasynth_profile_of(chip, motor, 0)] {
+        const lrasynth_pattern p = pattern_of(records, 2, 3);
+        Bytes read(expected.size());
+        for (int repeat = 0; repeat < 50; ++repeat) {
+          read.assign(read.size(), kUntouched);
+          ASSERT_EQ(lrasynth_pattern_read(&profile, &p, 0, read.data(), std::ssize(read)), std::ssize(read));
+          ASSERT_TRUE(read == expected) << profile.motor_type;
+        }
+      });
     }
   }
-  std::vector<std::thread> threads;
-  for (Job& job : jobs) {
-    threads.emplace_back([&job] {
-      const lrasynth_pattern p = pattern_of(job.records, 2, 3);
-      for (int repeat = 0; repeat < 20; ++repeat) {
-        job.read.assign(job.expected.size(), kUntouched);
-        for (int64_t at = 0, n = 1; n > 0; at += n) {
-          n = lrasynth_pattern_read(&job.profile, &p, at, job.read.data() + at,
-                                    std::min<int64_t>(777, std::ssize(job.read) - at));
-        }
-        if (job.read != job.expected) return;
-      }
-    });
-  }
   for (std::thread& thread : threads) thread.join();
-  for (const Job& job : jobs) EXPECT_TRUE(job.read == job.expected) << job.profile.motor_type;
 }
 
 }  // namespace
