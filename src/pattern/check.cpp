@@ -112,7 +112,7 @@ Fault fault_of_stream(const Request& request, int32_t loop_count) {
     total_ms += delta_ms + duration_ms;
     before_ms = record.start_ms();
   }
-  const bool fits = total_ms * std::max(1, loop_count) <= kMostStreamMs;
+  const bool fits = total_ms <= kMostStreamMs / std::max(1, loop_count);  // a product could overflow
   return fits ? kNoFault : Fault{LRASYNTH_ERROR_STREAM_TIME, request.length()};
 }
 
