@@ -1,41 +1,77 @@
 // SPDX-License-Identifier: Apache-2.0
-// lrasynth: renders haptic waveforms into files.
+// lrasynth: renders haptic waveforms into files, and tells what they will be.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include "design/text.h"
 #include "options.h"
-#include "text.h"
 
 namespace command {
 namespace {
 
+constexpr const char* kCommands = "tap, pattern, tone, sheet or compare";
+
 int complain(const std::string& lines, int status) {
+  constexpr size_t kMostCharacters = 400;
   std::istringstream stream(lines);
-  for (std::string line; std::getline(stream, line);) std::cerr << "lrasynth: " << line << '\n';
+  for (std::string line; std::getline(stream, line);) {
+    std::cerr << "lrasynth: " << design::shown(line, kMostCharacters) << '\n';
+  }
   return status;
 }
 
+// The value of --response may be left out, which CLI11 has for the last option only.
+std::vector<std::string> words_of(int argc, const char* const* argv) {
+  std::vector<std::string> words;
+  for (int i = 1; i < argc; ++i) {
+    const std::string next = i + 1 < argc ? argv[i + 1] : "";
+    const bool is_number = !next.empty() && next.find_first_not_of("0123456789") == std::string::npos;
+    words.emplace_back(argv[i]);
+    if (words.back() == "--response" && !is_number) words.back() += "=20";
+  }
+  std::reverse(words.begin(), words.end());  // as CLI11 takes them
+  return words;
+}
+
+// In our words, what CLI11 says otherwise.
+std::string words_of(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<std::string> extras = app.remaining(true);
+  const std::string extra = extras.empty() ? "" : design::shown(extras.front());
+  if (app.get_subcommands().empty()) {
+    return extra.empty() ? std::string("a command is required: ") + kCommands
+                         : extra + ": is no command; there are " + kCommands;
+  }
+  if (extra.starts_with('-')) return extra + ": is no option of this command";
+  if (!extra.empty()) return extra + ": is an argument too many";
+  const std::string words = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return words;
+  return words.substr(0, words.find(':')) + ": takes one value";
+}
+
 int run(int argc, const char* const* argv) {
-  CLI::App app("Renders haptic waveforms for linear resonant actuators into files.", "lrasynth");
-  app.set_version_flag(
-      "--version", text("lrasynth %d.%d.%d", LRASYNTH_VERSION_MAJOR, LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH));
+  CLI::App app("Renders haptic waveforms for linear resonant actuators into files, and tells what they will be.",
+               "lrasynth");
+  app.set_version_flag("--version", design::text("lrasynth %d.%d.%d", LRASYNTH_VERSION_MAJOR, LRASYNTH_VERSION_MINOR,
+                                                 LRASYNTH_VERSION_PATCH));
   app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
   app.require_subcommand(1);
   add_tap(app);
   add_pattern(app);
   add_tone(app);
   add_sheet(app);
+  add_compare(app);
   try {
-    app.parse(argc, argv);
+    app.parse(words_of(argc, argv));
     return 0;
   } catch (const CLI::ParseError& error) {
     // Also how --help and --version end.
     if (error.get_exit_code() == 0) return app.exit(error);
-    const bool commanded = !app.get_subcommands().empty();
-    return complain(commanded ? error.what() : "a command is required: tap, pattern, tone or sheet", kWrongInput);
+    return complain(words_of(app, error), kWrongInput);
   }
 }
 

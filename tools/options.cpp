@@ -4,32 +4,21 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iostream>
 #include <limits>
+#include <optional>
 
-#include "text.h"
+#include "design/forms.h"
+#include "design/motor.h"
+#include "design/plot.h"
+#include "design/summary.h"
+#include "design/text.h"
 
 namespace command {
 namespace {
 
-struct Form {
-  const char* ending;
-  std::string (*render)(const Waveform&);
-};
-
-std::string to_bytes(const Waveform& waveform) { return {waveform.codes.begin(), waveform.codes.end()}; }
-
-constexpr Form kForms[] = {{".wav", to_wav}, {".svg", to_svg}, {".csv", to_csv}, {".bin", to_bytes}};
-
-const Form* find_form(const std::string& ending) {
-  const auto* const found =
-      std::find_if(std::begin(kForms), std::end(kForms), [&](const Form& form) { return form.ending == ending; });
-  return found == std::end(kForms) ? nullptr : found;
-}
-
-std::string check_output(const std::string& path) {
-  const bool known = path == kStandardOutput || find_form(std::filesystem::path(path).extension()) != nullptr;
-  return known ? "" : path + " must end in .wav, .svg, .csv or .bin, or be -";
-}
+using design::shown;
+using design::text;
 
 }  // namespace
 
@@ -39,78 +28,187 @@ const char* const kOutputHelp = R"(OUTPUT:
   .csv  number, time in ms, sample code and amplitude of every sample
   .bin  the sample codes
   -     standard output, as --format says
+  Without OUTPUT the command tells what there is to know about the waveform.
 
 )";
 
-CLI::Option* add_integer(CLI::App& command, const std::string& name, int32_t& value, const std::string& help,
-                         int32_t least, int32_t most) {
-  return command.add_option(name, value, help)
-      ->check(quiet(CLI::Range(least, most)))
-      ->type_name(text("%d..%d", least, most));
+CLI::Validator number_in(int32_t least, int32_t most) {
+  const auto check = [=](std::string& word) -> std::string {
+    const std::optional<int32_t> number = design::whole_number(word);
+    if (!number || *number < least || *number > most) {
+      return text("must be a whole number from %d to %d, not %s", least, most, design::echo(word).c_str());
+    }
+    word = std::to_string(*number);  // CLI11 takes 010 for 8
+    return "";
+  };
+  return CLI::Validator(check, text("%d..%d", least, most));
 }
 
-void Profile::add_motor(CLI::App& command) {
-  command.add_option("--motor", motor, "Motor model")
-      ->check(quiet(CLI::IsMember(
-          std::vector<int32_t>{LRASYNTH_MOTOR_832, LRASYNTH_MOTOR_1040, LRASYNTH_MOTOR_9595, LRASYNTH_MOTOR_81540})))
-      ->type_name("832|1040|9595|81540")
-      ->capture_default_str();
+CLI::Validator one_of(const std::string& words) {
+  const auto check = [all = CLI::detail::split(words, '|')](std::string& word) -> std::string {
+    if (std::find(all.begin(), all.end(), word) != all.end()) return "";
+    return "must be " + design::alternatives(all) + ", not " + design::echo(word);
+  };
+  return CLI::Validator(check, words);
 }
 
-void Profile::add_chip(CLI::App& command) {
-  using Limits = std::numeric_limits<int32_t>;
-  add_integer(command, "--chip", chip, "Chip type: 1 has 12000 samples a second, every other 24000; 11 plays events",
-              Limits::min(), Limits::max())
-      ->type_name("INTEGER")
-      ->capture_default_str();
+std::string motor_words() { return CLI::detail::join(design::kMotors, "|"); }
+
+CLI::Validator output_in(const std::string& endings) {
+  const auto check = [all = CLI::detail::split(endings, '|')](const std::string& path) -> std::string {
+    const bool fits = path == kStandardOutput || std::find(all.begin(), all.end(), ending_of(path)) != all.end();
+    return fits ? "" : shown(path) + " must end in " + design::alternatives(all) + ", or be -";
+  };
+  return CLI::Validator(check, "");
 }
 
-void Profile::add_boost(CLI::App& command) {
-  command.add_option("--boost", boost, "Boost of motor 832")
-      ->check(quiet(CLI::IsMember(std::vector<std::string>{"on", "off"})))
-      ->type_name("on|off")
-      ->capture_default_str();
+std::string ending_of(const std::string& path) {
+  return CLI::detail::to_lower(std::filesystem::path(path).extension().string());
 }
 
-void Profile::apply() const {
-  setMotorType(motor);
-  setChipType(chip);
-  setBoostFlg(boost == "on" ? 0 : 1);
+void refuse_idle(const CLI::App& command, std::initializer_list<const char*> options, bool idle, const char* why) {
+  for (const char* option : options) {
+    const bool given = command.get_option_no_throw(option) != nullptr && command.count(option) > 0;
+    if (idle && given) throw Failure(kWrongInput, option + std::string(": does nothing ") + why);
+  }
 }
 
-CLI::Option* Outputs::add(CLI::App& command) {
+void check_length(const std::string& options, double length_ms) {
+  if (length_ms <= design::kLongestMs) return;
+  throw Failure(kWrongInput, text("%s: the waveform may last %d ms at most", options.c_str(), design::kLongestMs));
+}
+
+void Device::add(CLI::App& command) {
+  command::add(command, "--motor", motor, "Motor model", one_of(motor_words()));
+  add_chip(command);
+}
+
+void Device::add_chip(CLI::App& command) {
+  const char* const help = "Chip type: 0 has 24000 samples a second, 1 has 12000, 11 plays events";
+  command::add(command, "--chip", chip, help, chip_number());
+}
+
+void Device::add_boost(CLI::App& command) {
+  command::add(command, "--boost", boost, "Boost of motor 832", one_of("on|off"));
+}
+
+lrasynth_profile Device::profile(const CLI::App& command) const {
+  const lrasynth_profile profile = profile_of(motor, chip, boost);
+  refuse_idle(command, {"--boost"}, !design::has_boost(profile.motor_type), "on this motor");
+  return profile;
+}
+
+CLI::Validator chip_number() { return number_in(0, std::numeric_limits<int32_t>::max()).description("0|1|11|..."); }
+
+lrasynth_profile profile_of(const std::string& motor, int32_t chip, const std::string& boost) {
+  if (chip != 0 && chip != LRASYNTH_CHIP_HALF_RATE && chip != LRASYNTH_CHIP_EVENT_STREAM) {
+    std::cerr << text("lrasynth: note: --chip: type %d acts as 0\n", chip);
+  }
+  return lrasynth_profile_of(chip, *design::whole_number(motor), boost == "on" ? 1 : 0);
+}
+
+void Tap::add(CLI::App& command, bool with_level) {
+  if (with_level) command::add(command, "--level", level, "Character of the tap", number_in(0, 100));
+  command::add(command, "--intensity", intensity, "Strength in percent", number_in(0, 100));
+  command.add_flag("--in-pattern", in_pattern,
+                   "As weak as a pattern plays it: motor 1040 takes a level's share of the intensity there");
+}
+
+design::Piece tap_piece(const CLI::App& command, const lrasynth_profile& profile, const Tap& tap) {
+  if (!design::has_taps(profile)) {
+    throw Failure(kWrongInput, text("--motor: motor %d has no transients", profile.motor_type));
+  }
+  refuse_idle(command, {"--in-pattern"}, !design::has_shares(profile.motor_type), "on this motor");
+  return design::tap_piece(profile, tap.level, tap.intensity, tap.in_pattern);
+}
+
+std::vector<design::Event> read_events(const std::string& path, const lrasynth_profile& profile,
+                                       const design::Playback& playback) {
+  design::PatternFile file = design::read_pattern(content_of(path, design::kLargestFile + 1));
+  add_faults(file.events, profile, playback, file.faults);
+  if (file.faults.count == 0) return file.events;
+  throw Failure(kWrongInput, CLI::detail::join(file.faults.lines(shown_path(path)), "\n"));
+}
+
+void View::add(CLI::App& command) {
+  const auto time = number_in(0, design::kLongestMs);
+  command::add(command, "--response", quality, "Estimate the motor's displacement; Q: quality factor",
+               number_in(1, 1000))
+      ->type_name("[Q]");
+  command::add(command, "--response-hz", response_hz, "Resonance of that estimate; 0: the motor's", number_in(0, 2000));
+  command::add(command, "--from", from_ms, "Draw from this time in ms", time);
+  command::add(command, "--to", to_ms, "Draw up to this time in ms; 0: to the end", time);
+  command.add_flag("--strict", strict, "Take warnings for faults");
+}
+
+design::Span View::shown(design::Span whole) const {
+  const design::Span part = {static_cast<double>(from_ms), to_ms == 0 ? whole.to : std::min<double>(to_ms, whole.to)};
+  if (part.length() > 0) return part;
+  throw Failure(kWrongInput, text("--from, --to: nothing of 0 to %.10g ms lies between them", whole.to));
+}
+
+void View::report(const design::Piece& piece, const std::string& prefix) const {
+  for (const design::Warning& warning : piece.warnings) {
+    std::cerr << "lrasynth: warning: " << prefix << line_of(warning) << '\n';
+  }
+  if (strict && !piece.warnings.empty()) throw Failure(kWrongInput, "--strict: a warning is a fault");
+}
+
+void Outputs::add(CLI::App& command) {
+  view.add(command);
   command.add_flag("--audible", audible, "WAV at 48000 samples a second, for players that refuse less");
-  command.add_option("--format", standard_output_form, "Form of OUTPUT -")
-      ->check(quiet(CLI::IsMember(std::vector<std::string>{"wav", "svg", "csv", "bin"})))
-      ->type_name("wav|svg|csv|bin");
-  return command.add_option("OUTPUT", paths, "Files to write, in the form that their ending says, see below")
-      ->check(CLI::Validator(check_output, ""))
+  command::add(command, "--format", format, "Form of OUTPUT -", one_of("wav|svg|csv|bin"))->default_str("");
+  command.add_option("OUTPUT", paths, "Files to write, in the form that their ending says, see below")
+      ->check(output_in(".wav|.svg|.csv|.bin"))
       ->type_name("");
 }
 
+// What an OUTPUT's ending or --format says, like ".wav".
 std::string Outputs::form(const std::string& path) const {
-  if (path != kStandardOutput) return std::filesystem::path(path).extension();
-  if (standard_output_form.empty()) throw Failure(kWrongInput, "--format: OUTPUT - needs wav, svg, csv or bin");
-  return "." + standard_output_form;
+  if (path != kStandardOutput) return ending_of(path);
+  if (format.empty()) throw Failure(kWrongInput, "--format: OUTPUT - needs wav, svg, csv or bin");
+  return "." + format;
 }
 
-std::vector<File> Outputs::files(const Waveform& waveform) const {
-  const std::string note = text("%zu samples, %.1f ms", waveform.codes.size(), waveform.length_ms());
-  if (!standard_output_form.empty() && std::find(paths.begin(), paths.end(), kStandardOutput) == paths.end()) {
-    throw Failure(kWrongInput, "--format: only for OUTPUT -");
-  }
-  std::vector<File> files;
-  for (const std::string& path : paths) {
-    const Form* const rendered = find_form(form(path));
-    const bool resampled = audible && rendered->render == to_wav;
-    files.push_back({path, resampled ? to_audible_wav(waveform) : rendered->render(waveform), note});
-  }
-  return files;
+void Outputs::refuse_idle_options(const CLI::App& command) const {
+  const auto none_is = [&](const char* ending) {
+    return std::none_of(paths.begin(), paths.end(), [&](const std::string& path) { return form(path) == ending; });
+  };
+  const bool no_dash = std::find(paths.begin(), paths.end(), kStandardOutput) == paths.end();
+  refuse_idle(command, {"--format"}, no_dash, "without OUTPUT -");
+  refuse_idle(command, {"--audible"}, none_is(".wav"), "without a .wav file");
+  refuse_idle(command, {"--response"}, !paths.empty() && none_is(".svg"), "without an .svg file");
+  refuse_idle(command, {"--response-hz"}, !paths.empty() && command.count("--response") == 0, "without --response");
+  refuse_idle(command, {"--from", "--to"}, none_is(".svg"), "without an .svg file");
 }
 
-void check_length(const std::string& options, int32_t samples) {
-  if (samples > 0 && samples / (SAMPLE_RATE / 1000) <= kLongestMs) return;
-  throw Failure(kWrongInput, text("%s: the waveform may last %d ms at most", options.c_str(), kLongestMs));
+File Outputs::file(const CLI::App& command, const design::Piece& piece, const std::string& path) const {
+  const std::string ending = form(path);
+  const bool responds = command.count("--response") > 0;
+  if (piece.is_stream() && ending != ".csv" && ending != ".bin") {
+    throw Failure(kWrongInput, "OUTPUT: " + shown(path) + " must end in .bin or .csv with --chip 11");
+  }
+  if (ending == ".svg") {
+    const design::Span whole = responds ? felt_span(piece.waveform, view.resonator()) : piece.waveform.whole();
+    const auto resonator = responds ? std::optional(view.resonator()) : std::nullopt;
+    return text_file(path, plot_of(piece, resonator, view.shown(whole)), size_of(piece));
+  }
+  const auto write = [&piece, ending, audible = audible](const Target& target) {
+    const design::Sink sink = [&](std::string_view bytes) { target.write(bytes); };
+    if (ending == ".wav") return (audible ? write_audible_wav : write_wav)(piece.waveform, target);
+    (ending == ".csv" ? design::write_csv : design::write_codes)(piece, sink);
+  };
+  return {path, write, size_of(piece)};
+}
+
+void Outputs::finish(const CLI::App& command, const design::Piece& piece, std::vector<File> others,
+                     const std::vector<std::string>& inputs) const {
+  refuse_idle_options(command);
+  view.report(piece);
+  std::vector<File> files = std::move(others);
+  for (const std::string& path : paths) files.push_back(file(command, piece, path));
+  if (files.empty()) files.push_back(text_file(kStandardOutput, summary_of(piece, view.resonator())));
+  write_files(files, inputs);
 }
 
 }  // namespace command

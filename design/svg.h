@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace command {
+namespace design {
 
 struct Point {
   double x;
@@ -27,20 +27,21 @@ constexpr const char* kStart = "start";
 constexpr const char* kMiddle = "middle";
 constexpr const char* kEnd = "end";
 
+// About the width of a label, for what must not overlap.
+double label_width(const std::string& words);
+
 class Svg {
  public:
-  Svg(double width, double height, const std::string& title);
-
   // Shapes cover what was drawn before. A style is one or more classes of the style sheet.
   void rectangle(const Box& box, const char* style);
   void line(Point from, Point to, const char* style);
   void path(const std::vector<Point>& points, const char* style);
   void label(Point at, const char* anchor, const char* style, const std::string& words);
 
-  std::string finished() const { return body_ + "</svg>\n"; }
+  std::string finished(double width, double height, const std::string& title) const;
 
  private:
   std::string body_;
 };
 
-}  // namespace command
+}  // namespace design

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // A picture as SVG.
-#include "svg.h"
+#include "design/svg.h"
 
-#include "text.h"
+#include "design/text.h"
 
-namespace command {
+namespace design {
 namespace {
 
-// Readable in black and white: tones differ in lightness, never in hue alone.
+// Readable in black and white: tones differ in lightness and lines in their dashes, never in hue alone.
 constexpr const char* kStyle = R"(<style>
   text { font-family: "DejaVu Sans", Verdana, sans-serif; font-size: 12px; fill: #333 }
   .title { font-size: 17px; font-weight: bold; fill: #111 }
   .strong { font-weight: bold }
+  .small { font-size: 10.5px }
   .paper { fill: #fff }
   .frame { fill: none; stroke: #777 }
   .band { fill: #eef1f5 }
@@ -19,29 +20,30 @@ constexpr const char* kStyle = R"(<style>
   .grid { stroke: #ddd }
   .zero { stroke: #555 }
   .curve { fill: none; stroke: #123f6b; stroke-width: 1.5; stroke-linejoin: round }
-  .shaded { fill: #1b4f80; fill-opacity: 0.14 }
-  .dense { fill: none; stroke: #123f6b; stroke-width: 0.9; stroke-linejoin: round }
-  .vibration { fill: #c9d6e3; stroke: #123f6b; stroke-linejoin: round }
-  .transient { fill: #111; stroke: #111; stroke-width: 0.8 }
+  .shade { fill: #1b4f80; fill-opacity: 0.14 }
+  .dense { fill: none; stroke: #7f9fbd; stroke-width: 0.9; stroke-linejoin: round }
+  .response { fill: none; stroke: #000; stroke-width: 1.2; stroke-dasharray: 5 2; stroke-linejoin: round }
+  .aim { fill: none; stroke: #555; stroke-width: 1.2; stroke-dasharray: 2 3 }
+  .vibration { fill: #c9d6e3 }
+  .transient { fill: #111 }
+  .outline { fill: none; stroke: #123f6b; stroke-width: 0.8; stroke-linejoin: round }
+  .warning { font-size: 15px; font-weight: bold; fill: #a11 }
 </style>
 )";
 
+// Characters that SVG cannot hold are written out.
 std::string escaped(const std::string& raw) {
+  constexpr size_t kMost = 300;
   std::string safe;
-  for (const char c : raw) {
-    safe += c == '&' ? "&amp;" : (c == '<' ? "&lt;" : std::string(1, c));
+  for (const char c : shown(raw, kMost)) {
+    safe += c == '&' ? "&amp;" : (c == '<' ? "&lt;" : (c == '>' ? "&gt;" : std::string(1, c)));
   }
   return safe;
 }
 
 }  // namespace
 
-Svg::Svg(double width, double height, const std::string& title)
-    : body_(text("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%g\" height=\"%g\" viewBox=\"0 0 %g %g\" "
-                 "role=\"img\">\n<title>%s</title>\n%s",
-                 width, height, width, height, escaped(title).c_str(), kStyle)) {
-  rectangle({.x = 0, .y = 0, .width = width, .height = height}, "paper");
-}
+double label_width(const std::string& words) { return 7 * static_cast<double>(words.size()); }
 
 void Svg::rectangle(const Box& box, const char* style) {
   body_ += text("<rect x=\"%.2f\" y=\"%.2f\" width=\"%.2f\" height=\"%.2f\" class=\"%s\"/>\n", box.x, box.y, box.width,
@@ -54,6 +56,7 @@ void Svg::line(Point from, Point to, const char* style) {
 }
 
 void Svg::path(const std::vector<Point>& points, const char* style) {
+  if (points.empty()) return;
   body_ += "<path d=\"";
   for (size_t i = 0; i < points.size(); ++i) {
     body_ += text("%s%.1f %.1f", i == 0 ? "M" : "L", points[i].x, points[i].y);
@@ -66,4 +69,12 @@ void Svg::label(Point at, const char* anchor, const char* style, const std::stri
                 escaped(words).c_str());
 }
 
-}  // namespace command
+std::string Svg::finished(double width, double height, const std::string& title) const {
+  return text(
+             "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%g\" height=\"%g\" viewBox=\"0 0 %g %g\" "
+             "role=\"img\">\n<title>%s</title>\n%s<rect width=\"100%%\" height=\"100%%\" class=\"paper\"/>\n",
+             width, height, width, height, escaped(title).c_str(), kStyle) +
+         body_ + "</svg>\n";
+}
+
+}  // namespace design

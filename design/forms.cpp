@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+// Text forms of samples and requests, and the samples as they are.
+#include "design/forms.h"
+
+#include <charconv>
+#include <span>
+
+#include "design/text.h"
+
+namespace design {
+namespace {
+
+constexpr size_t kLongestLine = 64;
+
+char* put(char* at, int64_t number) { return std::to_chars(at, at + 20, number).ptr; }
+
+// In whole ten-thousandths, rounded; printf takes ten times as long.
+char* put_ms(char* at, int64_t sample, int32_t sample_rate) {
+  constexpr int64_t kUnits = 10'000;
+  const int64_t rounded = (2 * 1000 * kUnits * sample + sample_rate) / (2 * int64_t{sample_rate});
+  at = put(at, rounded / kUnits);
+  *at++ = '.';
+  for (int64_t unit = kUnits / 10; unit > 0; unit /= 10) *at++ = static_cast<char>('0' + rounded / unit % 10);
+  return at;
+}
+
+std::string csv_lines(int64_t first, std::span<const uint8_t> codes, int32_t sample_rate) {
+  std::string lines(codes.size() * kLongestLine, '\0');
+  char* at = lines.data();
+  for (const uint8_t code : codes) {
+    at = put(at, first);
+    *at++ = ',';
+    at = put_ms(at, first++, sample_rate);
+    *at++ = ',';
+    at = put(at, code);
+    *at++ = ',';
+    at = put(at, amplitude(code));
+    *at++ = '\n';
+  }
+  lines.resize(static_cast<size_t>(at - lines.data()));
+  return lines;
+}
+
+std::string stream_csv(const std::vector<uint8_t>& stream) {
+  const auto at16 = [&](size_t i) { return stream[i] + 256 * stream[i + 1]; };
+  std::string lines = "event,delta_ms,strength,duration_ms\n";
+  for (size_t i = 2; i < stream.size(); i += 6) {
+    lines += text("%zu,%d,%d,%d\n", i / 6 + 1, at16(i + 1), stream[i + 3], at16(i + 4));
+  }
+  return lines + text("total,,,%d\n", at16(0));
+}
+
+}  // namespace
+
+void write_csv(const Piece& piece, const Sink& sink) {
+  if (piece.is_stream()) {
+    std::vector<uint8_t> stream(static_cast<size_t>(piece.waveform.length));
+    piece.waveform.read(0, stream);
+    return sink(stream_csv(stream));
+  }
+  sink("sample,time_ms,code,amplitude\n");
+  for_blocks(piece.waveform, [&](int64_t first, std::span<const uint8_t> codes) {
+    sink(csv_lines(first, codes, piece.waveform.profile.sample_rate));
+  });
+}
+
+void write_codes(const Piece& piece, const Sink& sink) {
+  for_blocks(piece.waveform, [&](int64_t, std::span<const uint8_t> codes) {
+    sink({reinterpret_cast<const char*>(codes.data()), codes.size()});
+  });
+}
+
+std::string size_of(const Piece& piece) {
+  const auto length = static_cast<long long>(piece.waveform.length);
+  if (piece.is_stream()) return text("%lld bytes of event stream", length);
+  return text("%lld samples, %.1f ms", length, piece.waveform.length_ms());
+}
+
+std::string c_array(const std::vector<int32_t>& request) {
+  std::string lines = text("static const int32_t pattern[%zu] = {", request.size());
+  for (size_t i = 0; i < request.size(); ++i) {
+    lines += text("%s%d,", i % LRASYNTH_RECORD_LENGTH == 0 ? "\n    " : " ", request[i]);
+  }
+  return lines + "\n};\n";
+}
+
+}  // namespace design

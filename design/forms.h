@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+// Text forms of samples and requests, and the samples as they are.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "design/piece.h"
+
+namespace design {
+
+// Takes a form's bytes, piece by piece.
+using Sink = std::function<void(std::string_view bytes)>;
+
+// A line for each sample; of an event stream one for each event, and the total time.
+void write_csv(const Piece& piece, const Sink& sink);
+
+// The sample codes, or the stream.
+void write_codes(const Piece& piece, const Sink& sink);
+
+// "385 samples, 16.0 ms"
+std::string size_of(const Piece& piece);
+
+// A request for a C host.
+std::string c_array(const std::vector<int32_t>& request);
+
+}  // namespace design

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+// A grid with curves in it: what all pictures are made of.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "design/response.h"
+#include "design/svg.h"
+#include "design/waveform.h"
+
+namespace design {
+
+// A range of values with a grid line at every multiple of step. Labels are in units of so many of the values.
+struct Axis {
+  double from;
+  double to;
+  double step;
+  double unit = 1;
+};
+
+constexpr Axis kAmplitudeAxis = {-128, 128, 64};
+
+// With as many grid lines as a panel of that width has room to label, in seconds where they are many.
+Axis time_axis(Span span_ms, double width);
+const char* time_words(const Axis& axis);
+
+// Where a plot stands on the picture, and the values that it spans.
+struct Panel {
+  Box box;
+  Axis x;
+  Axis y;
+
+  // The place of a pair of values.
+  Point at(double x_value, double y_value) const;
+  double x_at(double value) const { return at(value, y.from).x; }
+  Span span() const { return {x.from, x.to}; }
+};
+
+// Below everything else in the panel; the labels stand outside and may be left out where panels share an axis.
+void draw_grid(Svg& picture, const Panel& panel);
+void label_x(Svg& picture, const Panel& panel, const std::string& quantity);
+void label_y(Svg& picture, const Panel& panel);
+
+// The waveform over milliseconds; one that has many samples per pixel keeps the extremes of each pixel.
+void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform);
+
+// The estimated displacement over it, `full` of which reaches the top: a line, or an outline where single swings cannot
+// be seen.
+void draw_response(Svg& picture, const Panel& panel, const Response& response, double full);
+
+// The columns that draw_response needs in a response.
+inline size_t response_columns(const Panel& panel) { return static_cast<size_t>(panel.box.width); }
+
+// A line for the foot of a picture.
+std::string words_of(const Response& response);
+
+}  // namespace design

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+// What front ends make, show and write: a titled waveform with all that is known of it.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "design/motor.h"
+#include "design/warnings.h"
+#include "design/waveform.h"
+
+namespace design {
+
+struct Piece {
+  Waveform waveform;
+  std::shared_ptr<const Score> score = nullptr;  // of a pattern
+  std::vector<Warning> warnings = {};
+
+  // Its waveform is then the bytes of an event stream, which has no time axis.
+  bool is_stream() const { return score != nullptr && is_event_stream(waveform.profile); }
+};
+
+// A tap of its own, perhaps as weak as inside a pattern. The motor has taps.
+Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern);
+
+Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude);
+
+// All passes. The events are without faults; where the pattern cannot be served the waveform's length is its error.
+Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events,
+                    const std::string& name);
+
+}  // namespace design

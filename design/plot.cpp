@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: Apache-2.0
+// The picture of one waveform over time.
+#include "design/plot.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+#include "design/carrier.h"
+#include "design/motor.h"
+#include "design/panel.h"
+#include "design/text.h"
+
+namespace design {
+namespace {
+
+constexpr double kLeft = 80;
+constexpr double kWidth = 880;
+constexpr double kLine = 17;  // from one line of text to the next
+
+bool overlap(Span a, Span b) { return a.from < b.to && b.from < a.to; }
+
+Span common(Span a, Span b) { return {std::max(a.from, b.from), std::min(a.to, b.to)}; }
+
+// Keeps labels of one row apart, and inside the width of the panels.
+class LabelRow {
+ public:
+  // Where a label goes that is to be centred there, if there is room.
+  std::optional<double> place(double x, const std::string& words) {
+    const double half = label_width(words) / 2;
+    x = std::clamp(x, kLeft + half, kLeft + kWidth - half);
+    if (x - half < free_from_) return std::nullopt;
+    free_from_ = x + half;
+    return x;
+  }
+
+ private:
+  double free_from_ = 0;
+};
+
+class Plot {
+ public:
+  Plot(const Piece& piece, Span shown)
+      : waveform_(piece.waveform),
+        score_(piece.score.get()),
+        warnings_(piece.warnings),
+        shown_(shown),
+        time_(time_axis(shown, kWidth)) {}
+
+  std::string draw(const std::optional<Resonator>& resonator) {
+    picture_.label({kLeft, 32}, kStart, "title", waveform_.title);
+    picture_.label(
+        {kLeft + kWidth, 32}, kEnd, "",
+        text("%lld samples, %d a second", static_cast<long long>(waveform_.length), waveform_.profile.sample_rate));
+    std::vector<std::string> foot;
+    draw_samples(resonator, foot);
+    if (score_ != nullptr) {
+      draw_frequency();
+      draw_events();
+    }
+    label_x(picture_, last_, time_words(time_));
+    bottom_ += 48;
+    for (const std::string& line : foot) write_line("", line);
+    write_warnings();
+    return picture_.finished(kLeft + kWidth + 24, bottom_, waveform_.title);
+  }
+
+ private:
+  // The next panel below, its name at the left of the row above it.
+  const Panel& add_panel(const char* name, double row, double height, const Axis& y) {
+    const Box box = {.x = kLeft, .y = bottom_ + row, .width = kWidth, .height = height};
+    picture_.label({kLeft - 8, box.y - 12}, kEnd, "", name);
+    last_ = {.box = box, .x = time_, .y = y};
+    bottom_ = box.bottom();
+    return last_;
+  }
+
+  void draw_samples(const std::optional<Resonator>& resonator, std::vector<std::string>& foot) {
+    const Panel panel = add_panel("amplitude", 30, 290, kAmplitudeAxis);
+    for_sections([&](const Section& section, Span span) {
+      const double from = panel.x_at(span.from);
+      const Box band = {.x = from, .y = panel.box.y, .width = panel.x_at(span.to) - from, .height = panel.box.height};
+      if (section.shaded) picture_.rectangle(band, "band");
+    });
+    draw_grid(picture_, panel);
+    label_y(picture_, panel);
+    draw_waveform(picture_, panel, waveform_);
+    if (resonator) {
+      const Response response = response_of(waveform_, *resonator, shown_, response_columns(panel));
+      if (response.peak > 0) draw_response(picture_, panel, response, response.peak);
+      foot.push_back("dashed: " + words_of(response));
+    }
+    name_sections(panel);
+    for (const Warning& warning : warnings_) {
+      if (warning.event == 0 || !overlap({warning.at_ms, warning.at_ms + 1e-9}, shown_)) continue;
+      picture_.label({panel.x_at(warning.at_ms), panel.box.y + 13}, kMiddle, "warning", "!");
+    }
+  }
+
+  // Sections too narrow to be seen are left out.
+  template <class Do>
+  void for_sections(Do act) const {
+    constexpr double kLeastPixels = 3;
+    for (const Section& section : waveform_.sections) {
+      const Span span = common(section.span, shown_);
+      const double pixels = section.span.length() / shown_.length() * kWidth;
+      if (span.length() > 0 && pixels >= kLeastPixels) act(section, span);
+    }
+  }
+
+  void name_sections(const Panel& panel) {
+    LabelRow row;
+    for_sections([&](const Section& section, Span span) {
+      const double from = panel.x_at(span.from);
+      const double to = panel.x_at(span.to);
+      const bool fits = label_width(section.label) <= to - from;
+      if (span.to < shown_.to) picture_.line({to, panel.box.y - (fits ? 20 : 0)}, {to, panel.box.bottom()}, "edge");
+      if (section.needs_room && !fits) return;
+      const auto x = row.place((from + to) / 2, section.label);
+      if (x) picture_.label({*x, panel.box.y - 8}, kMiddle, "", section.label);
+    });
+  }
+
+  // Every event in every pass that is shown, unless that would only blacken the picture.
+  template <class Do>
+  void for_events(const Panel& panel, Do act) {
+    constexpr double kLeastPixels = 12;  // of a pass
+    const double stride_ms = score_->pass_start_ms(1);
+    const int32_t passes = std::max(1, score_->playback().loops);
+    if (stride_ms / shown_.length() * kWidth < kLeastPixels && passes > 1) {
+      picture_.label({panel.box.x + kWidth / 2, panel.box.y + panel.box.height / 2 + 4}, kMiddle, "",
+                     "too many passes to draw");
+      return;
+    }
+    for (int32_t pass = static_cast<int32_t>(std::max(0.0, std::floor(shown_.from / stride_ms))); pass < passes;
+         ++pass) {
+      const double start_ms = score_->pass_start_ms(pass);
+      if (start_ms >= shown_.to) return;
+      for (size_t i = 0; i < score_->events().size(); ++i) {
+        if (overlap(score_->span_of(i).moved(start_ms), shown_)) act(i, start_ms);
+      }
+    }
+  }
+
+  // A line from one place to another, as far as it is shown.
+  void draw_line(const Panel& panel, Span span, double from, double to, const char* style) {
+    const Span part = common(span, shown_);
+    if (part.length() <= 0) return;
+    const auto at = [&](double ms) { return panel.at(ms, from + (to - from) * (ms - span.from) / span.length()); };
+    picture_.line(at(part.from), at(part.to), style);
+  }
+
+  double highest_hz() const {
+    double highest = 200;
+    for (const Event& event : score_->events()) {
+      if (!event.continuous) continue;
+      for (const Sweep& sweep : sweeps_of(score_->profile(), event)) {
+        highest = std::max({highest, sweep.from_hz, sweep.to_hz, std::fabs(sweep.reached_hz())});
+      }
+    }
+    return highest;
+  }
+
+  void draw_frequency() {
+    const double top = std::ceil(highest_hz() / 100) * 100;
+    const Panel panel = add_panel("Hz", 40, 90, {0, top, top > 400 ? 200.0 : 100.0});
+    draw_grid(picture_, panel);
+    label_y(picture_, panel);
+    for_events(panel, [&](size_t i, double start_ms) {
+      const Event& event = score_->events()[i];
+      event.continuous ? draw_sweeps(panel, i, start_ms) : draw_tap_frequency(panel, event, start_ms + event.start_ms);
+    });
+    picture_.label({kLeft + kWidth, panel.box.y - 8}, kEnd, "small", "carrier; dotted: what the points say");
+  }
+
+  void draw_sweeps(const Panel& panel, size_t i, double pass_start_ms) {
+    const Event& event = score_->events()[i];
+    const double start_ms = pass_start_ms + event.start_ms;
+    for (const Sweep& sweep : sweeps_of(score_->profile(), event)) {
+      draw_line(panel, sweep.span.moved(start_ms), sweep.from_hz, sweep.to_hz, "aim");
+      for (const Span& heard : score_->heard(i)) {
+        const Span part = common(sweep.span, heard.moved(-event.start_ms));
+        if (part.length() > 0) draw_carrier(panel, sweep, part, start_ms);
+      }
+    }
+  }
+
+  // Two lines where it runs through 0 Hz.
+  void draw_carrier(const Panel& panel, const Sweep& sweep, Span part, double start_ms) {
+    const double turn = sweep.span.from + sweep.from_hz / (sweep.from_hz - sweep.reached_hz()) * sweep.span.length();
+    const bool turns = sweep.reached_hz() < 0 && part.from < turn && turn < part.to;
+    const auto draw = [&](Span span) {
+      draw_line(panel, span.moved(start_ms), std::fabs(sweep.reached_at(span.from)),
+                std::fabs(sweep.reached_at(span.to)), "curve");
+    };
+    if (!turns) return draw(part);
+    draw({part.from, turn});
+    draw({turn, part.to});
+  }
+
+  void draw_tap_frequency(const Panel& panel, const Event& event, double at_ms) {
+    for (const TapSegment& segment : tap_segments(score_->profile(), event.level)) {
+      if (segment.hz > 0) draw_line(panel, {at_ms, at_ms + segment.length_ms}, segment.hz, segment.hz, "curve");
+      at_ms += segment.length_ms;
+    }
+  }
+
+  // Vibrations in the order in which they are drawn, then the taps, which play over them.
+  void draw_events() {
+    const Panel panel = add_panel("events, %", 46, 64, {0, 100, 50});
+    draw_grid(picture_, panel);
+    label_y(picture_, panel);
+    LabelRow row;
+    for (const bool continuous : {true, false}) {
+      for_events(panel, [&](size_t i, double start_ms) {
+        const Event& event = score_->events()[i];
+        if (event.continuous != continuous) return;
+        continuous ? draw_vibration(panel, i, start_ms) : draw_tap(panel, i, start_ms, row);
+      });
+    }
+  }
+
+  // The outline between straight lines; filled where the event is what plays.
+  void draw_vibration(const Panel& panel, size_t i, double pass_start_ms) {
+    const Event& event = score_->events()[i];
+    const double start_ms = pass_start_ms + event.start_ms;
+    for (const Span& heard : score_->heard(i))
+      draw_intensity(panel, event, heard.moved(pass_start_ms), start_ms, "vibration");
+    draw_intensity(panel, event, score_->span_of(i).moved(pass_start_ms), start_ms, "outline");
+  }
+
+  void draw_intensity(const Panel& panel, const Event& event, Span span, double start_ms, const char* style) {
+    const Span part = common(span, shown_);
+    if (part.length() <= 0) return;
+    std::vector<Point> outline = {panel.at(part.from, 0),
+                                  panel.at(part.from, intensity_at(event, part.from - start_ms))};
+    for (const CurvePoint& point : event.points) {
+      const double ms = start_ms + point.time_ms - event.points[0].time_ms;
+      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, point.intensity));
+    }
+    outline.push_back(panel.at(part.to, intensity_at(event, part.to - start_ms)));
+    outline.push_back(panel.at(part.to, 0));
+    picture_.path(outline, style);
+  }
+
+  static double intensity_at(const Event& event, double ms) {
+    size_t to = 1;
+    while (to < 3 && event.point_ms(to) < ms) ++to;
+    const double from_ms = event.point_ms(to - 1);
+    const double length_ms = event.point_ms(to) - from_ms;
+    const double share = length_ms <= 0 ? 1 : std::clamp((ms - from_ms) / length_ms, 0.0, 1.0);
+    return event.points[to - 1].intensity + share * (event.points[to].intensity - event.points[to - 1].intensity);
+  }
+
+  // As strong as asked in outline, filled as strong as the motor is driven, with level and strength above.
+  void draw_tap(const Panel& panel, size_t i, double pass_start_ms, LabelRow& row) {
+    const Event& event = score_->events()[i];
+    const Span span = common(score_->span_of(i).moved(pass_start_ms), shown_);
+    const int32_t driven = driven_intensity(score_->profile(), event.level, event.intensity);
+    const auto bar = [&](Span part, double height) {
+      const Point corner = panel.at(part.from, height);
+      return Box{corner.x, corner.y, panel.x_at(part.to) - corner.x, panel.box.bottom() - corner.y};
+    };
+    picture_.rectangle(bar(span, event.intensity), "outline");
+    for (const Span& heard : score_->heard(i)) {
+      const Span part = common(heard.moved(pass_start_ms), shown_);
+      if (part.length() > 0) picture_.rectangle(bar(part, driven), "transient");
+    }
+    const std::string words = text("L%d %d %%", event.level, driven);
+    const auto x = row.place((panel.x_at(span.from) + panel.x_at(span.to)) / 2, words);
+    if (x) picture_.label({*x, panel.box.y - 5}, kMiddle, "small", words);
+  }
+
+  void write_line(const char* style, const std::string& line) {
+    picture_.label({kLeft, bottom_ + 4}, kStart, style, line);
+    bottom_ += kLine;
+  }
+
+  void write_warnings() {
+    constexpr size_t kMost = 6;
+    for (size_t i = 0; i < std::min(kMost, warnings_.size()); ++i) write_line("", "! " + line_of(warnings_[i]));
+    if (warnings_.size() > kMost) write_line("", text("! and %zu more warnings", warnings_.size() - kMost));
+  }
+
+  const Waveform& waveform_;
+  const Score* score_;  // null: no pattern
+  const std::vector<Warning>& warnings_;
+  Span shown_;
+  Axis time_;
+  Svg picture_;
+  Panel last_ = {};
+  double bottom_ = 48;
+};
+
+}  // namespace
+
+std::string plot_of(const Piece& piece, const std::optional<Resonator>& resonator, Span shown) {
+  return Plot(piece, shown).draw(resonator);
+}
+
+}  // namespace design

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+// An estimate of how the motor moves: the displacement of a second-order resonator that a waveform drives.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "design/waveform.h"
+
+namespace design {
+
+// x'' + w / Q x' + w^2 x = w^2 u: a drive u that stays displaces it by u, one at its resonance swings it up to Q u.
+struct Resonator {
+  double hz = 0;        // 0: the motor's own
+  double quality = 20;  // above 1/2
+};
+
+// The resonator over time, with a drive that is held from sample to sample. Exact at the samples: no step is
+// integrated, the state is carried on by the matrix exponential of the equation.
+class Oscillation {
+ public:
+  Oscillation(const Resonator& resonator, double sample_rate);
+
+  // On to the next sample, under that drive. Returns the displacement there.
+  double step(double drive) {
+    const double from_drive = displacement_ - drive;
+    displacement_ = drive + decay_ * (cos_ * from_drive + sin_ * (damping_ * from_drive + velocity_));
+    velocity_ = decay_ * (cos_ * velocity_ - sin_ * (stiffness_ * from_drive + damping_ * velocity_));
+    return displacement_;
+  }
+
+  // The amplitude with which it would swing on without a drive.
+  double envelope() const;
+
+ private:
+  double displacement_ = 0;
+  double velocity_ = 0;  // per radian of the damped oscillation
+  double damping_;       // of the decay per radian of it
+  double stiffness_;     // 1 + damping^2
+  double decay_;         // per sample
+  double cos_;           // of the radians per sample
+  double sin_;
+};
+
+// 1 is the swing that a full-scale tone at the resonance reaches when it lasts.
+struct Response {
+  Resonator resonator;  // its frequency resolved
+  double peak = 0;
+  double effective = 0;     // root mean square over the waveform's length
+  double rise_ms = 0;       // from the waveform's start until the swing first has 90 % of its peak
+  double ring_down_ms = 0;  // from the last time with 90 % to the last time with 10 % of it, perhaps after the waveform
+  double felt_ms = 0;       // up to there it has 10 %
+  // Of each of equal parts of the time that was asked for, the lowest and the highest displacement.
+  struct Extremes {
+    double low;
+    double high;
+  };
+  std::vector<Extremes> columns;
+};
+
+Response response_of(const Waveform& waveform, Resonator resonator, Span shown = {0, 0}, size_t columns = 0);
+
+// From a waveform's start until it and its response are over.
+Span felt_span(const Waveform& waveform, const Resonator& resonator);
+
+}  // namespace design

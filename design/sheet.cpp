@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: Apache-2.0
+// Pictures of several waveforms.
+#include "design/sheet.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "design/motor.h"
+#include "design/panel.h"
+#include "design/summary.h"
+#include "design/text.h"
+
+namespace design {
+namespace {
+
+constexpr double kLeft = 70;
+constexpr double kTop = 76;
+constexpr double kFoot = 48;
+constexpr Axis kSmallAmplitudeAxis = {kAmplitudeAxis.from, kAmplitudeAxis.to, kAmplitudeAxis.to};
+
+// More taps than fit below one another go into columns.
+constexpr size_t kMostRows = 8;
+constexpr double kTapStride = 116;
+constexpr Box kFirstTap = {.x = kLeft, .y = kTop, .width = 520, .height = 84};
+constexpr Box kNarrowTap = {.x = kLeft, .y = kTop, .width = 250, .height = 84};
+constexpr double kColumnGap = 70;
+
+// Returns the right end of what was drawn.
+double draw_taps(Svg& picture, const Sheet& sheet) {
+  std::vector<Waveform> taps;
+  double longest_ms = 0;
+  for (const int32_t level : sheet.levels) {
+    const int32_t driven = sheet.in_pattern ? driven_intensity(sheet.profile, level, sheet.intensity) : sheet.intensity;
+    taps.push_back(tap_waveform(sheet.profile, level, driven));
+    taps.back().title = text("level %d", level) + (sheet.in_pattern ? text(", driven at %d %%", driven) : "");
+    longest_ms = std::max(longest_ms, taps.back().length_ms());
+  }
+  const size_t columns = (taps.size() + kMostRows - 1) / kMostRows;
+  const size_t rows = (taps.size() + columns - 1) / columns;
+  const Box first = columns > 1 ? kNarrowTap : kFirstTap;
+  Panel panel = {.box = first, .x = time_axis({0, longest_ms}, first.width), .y = kSmallAmplitudeAxis};
+  for (size_t i = 0; i < taps.size(); ++i) {
+    panel.box.x = first.x + (first.width + kColumnGap) * static_cast<double>(i / rows);
+    panel.box.y = first.y + kTapStride * static_cast<double>(i % rows);
+    draw_grid(picture, panel);
+    if (i < rows) label_y(picture, panel);
+    draw_waveform(picture, panel, taps[i]);
+    const double end = panel.x_at(taps[i].length_ms());
+    picture.line({end, panel.box.y}, {end, panel.box.bottom()}, "edge");
+    picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", taps[i].title);
+    picture.label({end, panel.box.y - 7}, kEnd, "", text("%.1f ms", taps[i].length_ms()));
+    if (i % rows == rows - 1 || i == taps.size() - 1) label_x(picture, panel, "time in ms");
+  }
+  return panel.box.right();
+}
+
+// Over the frequency offset, below one another beside the taps, side by side where they are all.
+void draw_curves(Svg& picture, const lrasynth_profile& profile, Panel& panel, bool side_by_side) {
+  const struct {
+    const char* quantity;
+    double (*value)(const lrasynth_profile& profile, int32_t offset);
+    Axis axis;
+  } curves[] = {
+      {"continuous vibration: frequency, Hz",
+       [](const lrasynth_profile& p, int32_t offset) -> double { return hertz_at(p, offset); },
+       {0, 400, 100}},
+      {"continuous vibration: gain",
+       [](const lrasynth_profile& p, int32_t offset) { return static_cast<double>(gain_at(p, offset)); },
+       {0, 1, 0.25}},
+  };
+  for (const auto& curve : curves) {
+    panel.y = curve.axis;
+    std::vector<Point> points;
+    for (int32_t offset = -50; offset <= 50; ++offset) points.push_back(panel.at(offset, curve.value(profile, offset)));
+    draw_grid(picture, panel);
+    picture.path(points, "curve");
+    label_y(picture, panel);
+    label_x(picture, panel, "frequency offset");
+    picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", curve.quantity);
+    (side_by_side ? panel.box.x : panel.box.y) += side_by_side ? panel.box.width + 90 : panel.box.height + 84;
+  }
+}
+
+}  // namespace
+
+std::string title_of(const Sheet& sheet) {
+  const std::string motor = "Sheet: " + name_of(sheet.profile);
+  if (!has_taps(sheet.profile)) return motor + " (no taps)";
+  return motor + text(", taps at intensity %d %%%s", sheet.intensity, sheet.in_pattern ? " in a pattern" : "");
+}
+
+std::string sheet_of(const Sheet& sheet) {
+  const std::string title = title_of(sheet);
+  Svg picture;
+  picture.label({kLeft, 32}, kStart, "title", title);
+  Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 410, .height = 260}, .x = {-50, 50, 10}, .y = {}};
+  if (!has_taps(sheet.profile)) {
+    draw_curves(picture, sheet.profile, panel, true);
+    return picture.finished(panel.box.x - 50, panel.box.bottom() + kFoot, title);
+  }
+  const double right = draw_taps(picture, sheet);
+  panel.box = {.x = right + 80, .y = kTop, .width = 330, .height = 170};
+  panel.x.step = 25;
+  draw_curves(picture, sheet.profile, panel, false);
+  const size_t rows = std::min(kMostRows, sheet.levels.size());
+  const double bottom = std::max(panel.box.y - 84, kFirstTap.y + kTapStride * static_cast<double>(rows) - 32);
+  return picture.finished(panel.box.right() + 24, bottom + kFoot, title);
+}
+
+std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& resonator, Span shown) {
+  constexpr double kStride = 146;
+  Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 640, .height = 106},
+                 .x = time_axis(shown, 640),
+                 .y = kSmallAmplitudeAxis};
+  std::vector<Response> responses;
+  double full = 0;
+  for (const Piece& piece : pieces) {
+    responses.push_back(response_of(piece.waveform, resonator, shown, response_columns(panel)));
+    full = std::max(full, responses.back().peak);
+  }
+  const std::string title = "Comparison";
+  Svg picture;
+  picture.label({kLeft, 32}, kStart, "title", title);
+  picture.label({kLeft + 130, 32}, kStart, "small",
+                text("dashed: estimated displacement; full height is %.1f %% of what a lasting full-scale tone at the "
+                     "resonance gives",
+                     100 * full));
+  for (size_t i = 0; i < pieces.size(); ++i) {
+    draw_grid(picture, panel);
+    label_y(picture, panel);
+    draw_waveform(picture, panel, pieces[i].waveform);
+    if (full > 0) draw_response(picture, panel, responses[i], full);
+    picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", pieces[i].waveform.title);
+    double y = panel.box.y + 10;
+    for (const auto& [name, value] : numbers_of(pieces[i], responses[i])) {
+      picture.label({panel.box.right() + 14, y}, kStart, "", name);
+      picture.label({panel.box.right() + 260, y}, kEnd, "strong", value);
+      y += 15;
+    }
+    panel.box.y += kStride;
+  }
+  panel.box.y -= kStride;
+  label_x(picture, panel, time_words(panel.x));
+  return picture.finished(panel.box.right() + 280, panel.box.bottom() + kFoot, title);
+}
+
+}  // namespace design

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// Pictures of several waveforms: the character of a motor, and a comparison.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "design/piece.h"
+#include "design/response.h"
+
+namespace design {
+
+// Taps of several levels below one another on the same scales, where the motor has taps, and its curves over the
+// frequency offset.
+struct Sheet {
+  lrasynth_profile profile;
+  std::vector<int32_t> levels;
+  int32_t intensity;
+  bool in_pattern;  // taps as weak as a pattern plays them
+};
+
+std::string title_of(const Sheet& sheet);
+std::string sheet_of(const Sheet& sheet);
+
+// Waveforms on one axis of time, the numbers beside them.
+std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& resonator, Span shown);
+
+}  // namespace design

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+// What there is to know about a waveform, in words and numbers.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "design/piece.h"
+#include "design/response.h"
+
+namespace design {
+
+using Number = std::pair<std::string, std::string>;  // its name, and its value with the unit
+
+std::vector<Number> numbers_of(const Piece& piece, const Response& response);
+
+// Title and numbers; of a pattern its events, too, and the largest jump at a point.
+std::string summary_of(const Piece& piece, const Resonator& resonator);
+
+// The numbers of waveforms beside one another, a column each.
+std::string table_of(const std::vector<Piece>& pieces, const Resonator& resonator);
+
+}  // namespace design

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: Apache-2.0
+// Waveforms to be read in windows, and where the events of a pattern lie.
+#include "design/waveform.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+
+#include "design/motor.h"
+#include "design/text.h"
+
+namespace design {
+namespace {
+
+// What is left of a span beside others that are disjoint and ascending.
+std::vector<Span> without(Span span, const std::vector<Span>& others) {
+  std::vector<Span> left;
+  auto other = std::partition_point(others.begin(), others.end(), [&](Span o) { return o.to <= span.from; });
+  for (; other != others.end() && other->from < span.to; ++other) {
+    if (other->from > span.from) left.push_back({span.from, other->from});
+    span.from = std::max(span.from, other->to);
+  }
+  if (span.from < span.to) left.push_back(span);
+  return left;
+}
+
+// Adds a span that starts before all others; these descend.
+void add_before(Span span, std::vector<Span>& others) {
+  while (!others.empty() && others.back().from <= span.to) {
+    span.to = std::max(span.to, others.back().to);
+    others.pop_back();
+  }
+  others.push_back(span);
+}
+
+}  // namespace
+
+void for_blocks(const Waveform& waveform, int64_t from, int64_t to, const Visitor& visit) {
+  std::vector<uint8_t> block(1U << 16U);
+  for (int64_t first = from; first < to; first += static_cast<int64_t>(block.size())) {
+    const int64_t count = std::min(static_cast<int64_t>(block.size()), to - first);
+    const std::span<uint8_t> codes(block.data(), static_cast<size_t>(count));
+    waveform.read(first, codes);
+    visit(first, codes);
+  }
+}
+
+Waveform tap_waveform(const lrasynth_profile& profile, int32_t level, int32_t driven_intensity) {
+  const auto read = [=](int64_t first, std::span<uint8_t> window) {
+    lrasynth_tap_read(&profile, level, driven_intensity, first, window.data(), static_cast<int64_t>(window.size()));
+  };
+  std::vector<Section> sections;
+  double start_ms = 0;
+  for (const TapSegment& segment : tap_segments(profile, level)) {
+    const bool has_frequency = segment.name[0] != 'z';
+    const std::string sound = segment.hz > 0 ? text(", %d Hz", segment.hz) : ", silent";
+    const Span span = {start_ms, start_ms + segment.length_ms};
+    sections.push_back({span, segment.name + (has_frequency ? sound : ""), sections.size() % 2 == 0});
+    start_ms = span.to;
+  }
+  return {.title = {},
+          .profile = profile,
+          .length = lrasynth_tap_length(&profile, level),
+          .read = read,
+          .sections = std::move(sections)};
+}
+
+Waveform tone_waveform(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude) {
+  use(profile);
+  const int32_t length = get_sine_wave_len(frequency_hz, static_cast<float>(half_periods) * 0.5F);
+  const auto codes = std::make_shared<std::vector<uint8_t>>(static_cast<size_t>(std::max(0, length)));
+  sine(half_periods, frequency_hz, amplitude, codes->data());
+  const auto read = [codes](int64_t first, std::span<uint8_t> window) {
+    std::copy_n(codes->begin() + first, window.size(), window.begin());
+  };
+  return {.title = {}, .profile = profile, .length = length, .read = read};
+}
+
+Score::Score(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events)
+    : profile_(profile),
+      playback_(playback),
+      events_(std::move(events)),
+      request_(request_of(events_, profile, playback.limit_ms)),
+      heard_(events_.size()) {
+  lrasynth_pattern once = pattern();
+  once.loop_count = 1;
+  pass_ms_ = 1000.0 * static_cast<double>(lrasynth_pattern_length(&profile_, &once)) / profile_.sample_rate;
+  const lrasynth_pattern all = pattern();
+  length_ = lrasynth_pattern_length(&profile_, &all);
+  find_heard();
+  for (int32_t pass = 0; playback_.loops > 1 && pass < playback_.loops; ++pass) {
+    const double start_ms = pass_start_ms(pass);
+    if (pass > 0 && playback_.interval_ms > 0) {
+      sections_.push_back({{start_ms - playback_.interval_ms, start_ms}, "gap", false});
+    }
+    sections_.push_back({{start_ms, start_ms + pass_ms_}, text("pass %d", pass + 1), true, false});
+  }
+}
+
+lrasynth_pattern Score::pattern() const {
+  return {.records = request_.data(),
+          .length = static_cast<int32_t>(request_.size()),
+          .loop_count = playback_.loops,
+          .interval_ms = playback_.interval_ms,
+          .limit_ms = playback_.limit_ms};
+}
+
+Span Score::span_of(size_t event) const {
+  return {static_cast<double>(events_[event].start_ms), std::min(pass_ms_, end_ms(events_[event], profile_))};
+}
+
+// Later events of a kind play over earlier ones, and taps over everything. Events ascend, so that from the last to the
+// first each starts before all that plays over it.
+void Score::find_heard() {
+  std::vector<Span> of_kind[2];
+  const auto ascending = [](std::vector<Span> spans) {
+    std::reverse(spans.begin(), spans.end());
+    return spans;
+  };
+  for (const bool continuous : {false, true}) {
+    const std::vector<Span> taps = ascending(of_kind[false]);
+    std::vector<Span>& later = of_kind[continuous];
+    for (size_t i = events_.size(); i-- > 0;) {
+      if (events_[i].continuous != continuous) continue;
+      const Span span = span_of(i);
+      // Of the later ones of its kind only those matter that this one reaches.
+      std::vector<Span> reached;
+      for (size_t j = later.size(); j-- > 0 && later[j].from < span.to;) reached.push_back(later[j]);
+      for (const Span part : without(span, reached)) {
+        const std::vector<Span> parts = continuous ? without(part, taps) : std::vector<Span>{part};
+        heard_[i].insert(heard_[i].end(), parts.begin(), parts.end());
+      }
+      add_before(span, later);
+    }
+  }
+}
+
+void Score::read(int64_t first, std::span<uint8_t> window) const {
+  const lrasynth_pattern all = pattern();
+  lrasynth_pattern_read(&profile_, &all, first, window.data(), static_cast<int64_t>(window.size()));
+}
+
+Waveform event_waveform(const lrasynth_profile& profile, const Event& event) {
+  if (!event.continuous) {
+    return tap_waveform(profile, event.level, driven_intensity(profile, event.level, event.intensity));
+  }
+  Event alone = event;
+  alone.start_ms = 0;
+  const auto read = [profile, record = record_of(alone)](int64_t first, std::span<uint8_t> window) {
+    const lrasynth_pattern pattern = {record.data(), LRASYNTH_RECORD_LENGTH, 1, 0, LRASYNTH_NO_LIMIT};
+    lrasynth_pattern_read(&profile, &pattern, first, window.data(), static_cast<int64_t>(window.size()));
+  };
+  return {.title = {}, .profile = profile, .length = profile.sample_rate / 1000 * event.duration_ms, .read = read};
+}
+
+Strength strength_of(const Waveform& waveform) {
+  std::array<int64_t, 256> count = {};  // of each code
+  for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {
+    for (const uint8_t code : codes) ++count[code];
+  });
+  Strength strength = {};
+  double squares = 0;
+  for (int code = 0; code < 256; ++code) {
+    const int value = amplitude(static_cast<uint8_t>(code));
+    squares += static_cast<double>(count[code]) * value * value;
+    if (count[code] > 0) strength.peak = std::max(strength.peak, std::abs(value));
+  }
+  if (waveform.length > 0) strength.effective = std::sqrt(squares / static_cast<double>(waveform.length));
+  return strength;
+}
+
+}  // namespace design

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is drawn, measured and written: samples that can be read in windows, and what is to be said about them.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "design/pattern.h"
+#include "lrasynth.h"
+
+namespace design {
+
+// In milliseconds.
+struct Span {
+  double from;
+  double to;
+
+  double length() const { return to - from; }
+  Span moved(double by) const { return {from + by, to + by}; }
+};
+
+// A stretch of time that plots name and shade.
+struct Section {
+  Span span;
+  std::string label;
+  bool shaded;
+  bool needs_room = true;  // for its name
+};
+
+// A sample code is an amplitude in two's complement.
+constexpr int amplitude(uint8_t code) { return static_cast<int8_t>(code); }
+
+struct Waveform {
+  std::string title;
+  lrasynth_profile profile;
+  int64_t length;  // samples
+  // Fills the window from that sample on, which lies inside the waveform.
+  std::function<void(int64_t first, std::span<uint8_t> window)> read;
+  std::vector<Section> sections = {};
+
+  double ms_of(int64_t sample) const { return static_cast<double>(sample) * 1000.0 / profile.sample_rate; }
+  int64_t sample_at(double ms) const { return static_cast<int64_t>(ms * profile.sample_rate / 1000.0); }
+  double length_ms() const { return ms_of(length); }
+  Span whole() const { return {0, length_ms()}; }
+};
+
+// Has a waveform's samples from..to - 1 visited in blocks of a few ten thousand: visit(first, codes).
+using Visitor = std::function<void(int64_t first, std::span<const uint8_t> codes)>;
+void for_blocks(const Waveform& waveform, int64_t from, int64_t to, const Visitor& visit);
+inline void for_blocks(const Waveform& waveform, const Visitor& visit) {
+  for_blocks(waveform, 0, waveform.length, visit);
+}
+
+// A tap of its own, at an intensity as it is driven. The profile's motor has taps.
+Waveform tap_waveform(const lrasynth_profile& profile, int32_t level, int32_t driven_intensity);
+
+// A sine burst of at most kLongestMs.
+Waveform tone_waveform(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude);
+
+// A pattern laid out in time on a chip and motor. Its events are without faults there.
+class Score {
+ public:
+  Score(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events);
+
+  // Samples, or the bytes of an event stream; an error of the library where it cannot be served.
+  int64_t length() const { return length_; }
+  double pass_ms() const { return pass_ms_; }
+  double pass_start_ms(int64_t pass) const { return static_cast<double>(pass) * (pass_ms_ + playback_.interval_ms); }
+
+  const lrasynth_profile& profile() const { return profile_; }
+  const Playback& playback() const { return playback_; }
+  const std::vector<Event>& events() const { return events_; }
+  const std::vector<int32_t>& request() const { return request_; }
+  const std::vector<Section>& sections() const { return sections_; }
+
+  // From its start to its end in the first pass, and of that what no other event plays over.
+  Span span_of(size_t event) const;
+  const std::vector<Span>& heard(size_t event) const { return heard_[event]; }
+
+  void read(int64_t first, std::span<uint8_t> window) const;
+
+ private:
+  lrasynth_pattern pattern() const;
+  void find_heard();
+
+  lrasynth_profile profile_;
+  Playback playback_;
+  std::vector<Event> events_;
+  std::vector<int32_t> request_;
+  std::vector<std::vector<Span>> heard_;
+  std::vector<Section> sections_;
+  int64_t length_;
+  double pass_ms_;
+};
+
+// An event by itself, as a pattern plays it, from its start on.
+Waveform event_waveform(const lrasynth_profile& profile, const Event& event);
+
+// Samples as people read them.
+struct Strength {
+  int peak;          // largest magnitude, in sample units
+  double effective;  // root mean square
+};
+
+Strength strength_of(const Waveform& waveform);
+
+}  // namespace design

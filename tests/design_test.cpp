@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is told of a design: faults, warnings, where events are heard, the motor's response.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include "design/carrier.h"
+#include "design/forms.h"
+#include "design/motor.h"
+#include "design/piece.h"
+#include "design/response.h"
+#include "design/text.h"
+
+using namespace design;
+using testing::DoubleNear;
+using testing::ElementsAreArray;
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+std::string in_events(const std::string& events) { return "{\"events\": [" + events + "]}"; }
+
+std::string curve(int start, int duration, const char* points) {
+  return text(R"({"type":"continuous","start":%d,"duration":%d,"points":[%s]})", start, duration, points);
+}
+
+std::string tap(int start, int intensity, int level) {
+  return text(R"({"type":"transient","start":%d,"intensity":%d,"level":%d})", start, intensity, level);
+}
+
+TEST(Pattern, FaultsHavePlaceAndCause) {
+  const std::string fade = "[0,0,0],[10,80,0],[20,80,0],[30,0,0]";
+  const struct {
+    std::string json;
+    std::vector<std::string> lines;
+  } rows[] = {
+      {"",
+       {"f:1:1: is not JSON: syntax error while parsing value - unexpected end of input; expected '[', '{', or a "
+        "literal"}},
+      {"{\"events\"\n:[\n {]}",
+       {"f:3:3: is not JSON: syntax error while parsing object key - unexpected ']'; expected string literal"}},
+      {in_events(tap(0, 1, 2)) + " x",
+       {"f:1:71: is not JSON: syntax error while parsing value - invalid literal, after 2}]} x"}},
+      {std::string(20, '['), {"f:1:17: is nested too deeply"}},
+      {"[]", {"f:1:1: must be an object with events, a list of at least one"}},
+      {in_events(""), {"f:1:1: must be an object with events, a list of at least one"}},
+      {"{\"na\\u00e4me\":1,\"events\":[" + tap(0, 1, 2) + "],\"x\\n\":0}",
+       {"f:1:2: na\u00e4me: is no field of a pattern", "f:1:83: x\\x0A: is no field of a pattern"}},
+      {in_events("7"), {"f:1:13: event 1, must be an object, not 7"}},
+      {in_events("\"\u00e4\",{\"type\":\"\\\"wobble\\\"\"}"),
+       {"f:1:13: event 1, must be an object, not \"\u00e4\"",
+        "f:1:25: event 2, type: must be transient or continuous, not \"\\\"wobble\\\"\""}},
+      {in_events("{}"), {"f:1:13: event 1, type: is missing"}},
+      {in_events(R"({"type":"transient","start":-1,"level":1e2,"intensity":18446744073709551616,"colour":[]})"),
+       {"f:1:41: event 1, start: must be a whole number from 0 to 600000, not -1",
+        "f:1:68: event 1, intensity: must be a whole number from 0 to 100, not 18446744073709551616",
+        "f:1:52: event 1, level: must be a whole number from 0 to 100, not 1e2",
+        "f:1:89: event 1, colour: is no field of a transient"}},
+      {in_events(R"({"type":"transient","start":0,"start":[],"level":null,"intensity":"a)" + std::string(60, 'b') +
+                 "\"}"),
+       {"f:1:51: event 1, start: must be a whole number from 0 to 600000, not a list",
+        "f:1:79: event 1, intensity: must be a whole number from 0 to 100, not \"a" + std::string(38, 'b') + "...",
+        "f:1:62: event 1, level: must be a whole number from 0 to 100, not null",
+        "f:1:33: event 1, start: stands there twice"}},
+      {in_events(tap(4096, 1, 1) + ",\n" + tap(4097, 1, 1)),
+       {"f:1:41: event 1, start: 4096 would read as the start of an event, take 4095",
+        "f:2:29: event 2, start: 4097 would read as the start of an event, take 4098"}},
+      {in_events(curve(0, 0, "")),
+       {"f:1:55: event 1, duration: must be a whole number from 1 to 600000, not 0",
+        "f:1:66: event 1, points: must be a list of four"}},
+      {in_events(curve(0, 30, "[0,0,0],[10,80],[20,101,-51],[30,0,0]")),
+       {"f:1:76: event 1, point 2: must be [time, intensity, offset]",
+        "f:1:88: event 1, point 3, intensity: must be a whole number from 0 to 100, not 101",
+        "f:1:92: event 1, point 3, offset: must be a whole number from -50 to 50, not -51"}},
+      {in_events(curve(0, 31, "[0,0,0],[20,80,0],[10,80,0],[30,0,0]")),
+       {"f:1:67: event 1, points: times must not decrease",
+        "f:1:67: event 1, points: times must span the duration, 31 ms, not 30 ms"}},
+      {in_events(curve(0, 30, fade.c_str()) + "," + tap(5, 100, 100)), {}},
+  };
+  for (const auto& row : rows) {
+    const Faults faults = read_pattern(row.json).faults;
+    EXPECT_THAT(faults.lines("f"), ElementsAreArray(row.lines)) << row.json;
+  }
+  std::string many = "1";
+  for (int i = 0; i < 29; ++i) many += ",1";
+  const std::vector<std::string> lines = read_pattern(in_events(many)).faults.lines("f");
+  EXPECT_EQ(lines.size(), 21U);
+  EXPECT_EQ(lines.back(), "f: 10 more faults");
+}
+
+TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
+  const std::string level = "[0,80,0],[10,80,0],[20,80,0],[300,0,0]";
+  const struct {
+    int motor, chip, loops, limit_ms;
+    std::string events;
+    std::vector<std::string> lines;
+  } rows[] = {
+      {1040, 0, 1, -1, tap(0, 90, 20) + "," + curve(5, 300, level.c_str()), {}},
+      {1040, 0, 1, -1, tap(3, 100, 20), {}},
+      {1040, 0, 1, 0, tap(3, 80, 50), {"event 1 at 3 ms: its last 0.0417 ms are cut"}},
+      {1040, 0, 1, -1, tap(3, 80, 50) + "," + tap(3, 80, 0), {"event 1 at 3 ms: never plays: event 2 covers it"}},
+      {1040, 0, 1, -1, tap(3, 80, 50) + "," + tap(9, 80, 50), {"event 1 at 9 ms: event 2 plays over it"}},
+      {1040,
+       0,
+       1,
+       -1,
+       curve(3, 4, "[0,80,0],[1,80,0],[2,80,0],[4,80,0]") + "," + tap(2, 80, 50),
+       {"event 1 at 3 ms: never plays: taps cover it"}},
+      {1040,
+       0,
+       1,
+       -1,
+       curve(2, 100, "[0,80,0],[50,80,50],[50,80,-50],[100,80,-50]"),
+       {"event 1 at 2 ms: from point 1 to 2 its carrier reaches 450 Hz, not 310 Hz"}},
+      {1040,
+       0,
+       1,
+       -1,
+       curve(2, 100, "[0,80,50],[50,0,-50],[100,0,0],[100,0,0]"),
+       {"event 1 at 2 ms: from point 1 to 2 its carrier runs through 0 Hz and back to 130 Hz, not 90 Hz"}},
+      {9595,
+       0,
+       1,
+       -1,
+       curve(0, 101, "[0,100,-50],[10,100,-50],[20,100,-50],[101,100,-50]"),
+       {"event 1 at 101 ms: ends far from rest, at amplitude 64"}},
+      {9595,
+       0,
+       1,
+       -1,
+       curve(0, 101, "[0,100,-50],[10,100,-50],[20,100,-50],[101,100,-50]") + "," + curve(101, 300, level.c_str()),
+       {}},
+      {1040,
+       11,
+       2,
+       -1,
+       tap(0, 80, 50) + "," + curve(65536, 65537, "[0,0,0],[0,0,0],[0,0,0],[65537,0,0]"),
+       {"the total time, 262156 ms, is told in 16 bits and becomes 12 ms",
+        "event 2 at 65536 ms: the time since the event before, 65536 ms, is told in 16 bits and becomes 0 ms",
+        "event 2 at 65536 ms: its duration, 65537 ms, is told in 16 bits and becomes 1 ms"}},
+  };
+  for (const auto& row : rows) {
+    const PatternFile file = read_pattern(in_events(row.events));
+    ASSERT_EQ(file.faults.count, 0U) << row.events;
+    const Playback playback = {row.loops, 0, row.limit_ms};
+    std::vector<std::string> lines;
+    for (const Warning& warning :
+         warnings_of(Score(lrasynth_profile_of(row.chip, row.motor, 1), playback, file.events)))
+      lines.push_back(line_of(warning));
+    EXPECT_THAT(lines, ElementsAreArray(row.lines)) << row.events;
+  }
+}
+
+TEST(Tap, FalsePeaksAreFound) {
+  for (const int32_t motor : {LRASYNTH_MOTOR_832, LRASYNTH_MOTOR_1040, LRASYNTH_MOTOR_9595}) {
+    const lrasynth_profile profile = lrasynth_profile_of(0, motor, 1);
+    int levels = 0;
+    for (int32_t level = 0; level <= 100; ++level) {
+      levels += static_cast<int>(warnings_of_tap(profile, level, 100).size());
+      EXPECT_TRUE(warnings_of_tap(profile, level, 99).empty());
+    }
+    EXPECT_EQ(levels, motor == LRASYNTH_MOTOR_1040 ? 39 : 0);
+  }
+  const Piece tone = tone_piece(lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1), 100, 4, 127);
+  ASSERT_EQ(tone.warnings.size(), 1U);
+  EXPECT_EQ(line_of(tone.warnings[0]),
+            "2 positive peaks are coded as 128, which a driver reads as -128; amplitude 126 has none");
+}
+
+// Where an event is heard stand its samples, elsewhere rest: in every pass.
+TEST(Score, EventsAreHeardWhereNothingPlaysOverThem) {
+  std::mt19937 random(1);
+  const auto up_to = [&](int most) { return static_cast<int>(random() % static_cast<unsigned>(most + 1)); };
+  for (int round = 0; round < 200; ++round) {
+    std::string events;
+    for (int i = up_to(5); i >= 0; --i) {
+      const int duration = 1 + up_to(80);
+      const std::string points =
+          text("[7,%d,%d],[%d,%d,%d],[%d,90,40],[%d,%d,0]", up_to(100), up_to(50), 7 + duration / 3, up_to(100),
+               -up_to(50), 7 + duration / 2, 7 + duration, up_to(100));
+      events += (events.empty() ? "" : ",") +
+                (up_to(1) ? curve(up_to(120), duration, points.c_str()) : tap(up_to(120), up_to(100), up_to(100)));
+    }
+    const lrasynth_profile profile = lrasynth_profile_of(up_to(1), kMotors[up_to(2)], 1);
+    const Score score(profile, {2, 3, LRASYNTH_NO_LIMIT}, read_pattern(in_events(events)).events);
+    std::vector<uint8_t> expected(static_cast<size_t>(score.length()));
+    for (size_t i = 0; i < score.events().size(); ++i) {
+      const Waveform alone = event_waveform(profile, score.events()[i]);
+      std::vector<uint8_t> codes(static_cast<size_t>(alone.length));
+      alone.read(0, codes);
+      for (const Span& heard : score.heard(i)) {
+        for (const double pass_ms : {0.0, score.pass_start_ms(1)}) {
+          const Span span = heard.moved(-score.events()[i].start_ms);
+          const int64_t from = std::llround(span.from * profile.sample_rate / 1000);
+          const int64_t to = std::llround(span.to * profile.sample_rate / 1000);
+          const int64_t at = std::llround((heard.from + pass_ms) * profile.sample_rate / 1000);
+          std::copy(codes.begin() + from, codes.begin() + to, expected.begin() + at);
+        }
+      }
+    }
+    std::vector<uint8_t> played(expected.size());
+    score.read(0, played);
+    ASSERT_EQ(played, expected) << events;
+  }
+}
+
+// Counted in the samples: the last 100 ms of a second's sweep.
+TEST(Sweep, TheCarrierReachesWhatIsTold) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  for (const int offset : {50, 20, -20}) {
+    const std::string points = text("[0,100,0],[1000,100,%d],[1000,0,0],[1000,0,0]", offset);
+    const Event event = read_pattern(in_events(curve(0, 1000, points.c_str()))).events.at(0);
+    const std::vector<Sweep> sweeps = sweeps_of(profile, event);
+    ASSERT_EQ(sweeps.size(), 1U);
+    std::vector<uint8_t> codes(2400);
+    event_waveform(profile, event).read(24000 - 2400, codes);
+    int crossings = 0;
+    for (size_t i = 1; i < codes.size(); ++i) crossings += (amplitude(codes[i]) >= 0) != (amplitude(codes[i - 1]) >= 0);
+    EXPECT_NEAR(crossings * 5.0, sweeps[0].reached_at(950), 10) << offset;
+    EXPECT_EQ(sweeps[0].reached_at(1000), sweeps[0].reached_hz());
+  }
+}
+
+TEST(Response, AStepGivesTheClosedForm) {
+  constexpr double kRate = 12000;
+  for (const double quality : {0.7, 5.0, 40.0}) {
+    const double w = 2 * kPi * 130;
+    const double d = 1 / (2 * quality);
+    const double damped = w * std::sqrt(1 - d * d);
+    Oscillation motor({130, quality}, kRate);
+    for (int i = 1; i < 2000; ++i) {
+      const double t = i / kRate;
+      const double swing = std::cos(damped * t) + d * w / damped * std::sin(damped * t);
+      ASSERT_THAT(motor.step(1), DoubleNear(1 - std::exp(-d * w * t) * swing, 1e-9)) << quality << " " << i;
+    }
+  }
+}
+
+// x(t) ~ Q (1 - e^(-wt/2Q)), so that 90 % take ln 10 of 2Q/w and the way from 90 % down to 10 % ln 9.
+TEST(Response, AToneAtResonanceGivesTheClosedForm) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1);
+  const Waveform tone = tone_waveform(profile, 235, 470 * 2, 127);
+  const Response response = response_of(tone, {0, 20}, {0, 2000}, 100);
+  const double unit_ms = 1000 * 20 / (kPi * 235);
+  EXPECT_NEAR(response.resonator.hz, 235, 0);
+  EXPECT_NEAR(response.peak, 1, 0.01);
+  EXPECT_NEAR(response.rise_ms, unit_ms * std::log(10), 1.5);
+  EXPECT_NEAR(response.ring_down_ms, unit_ms * std::log(9), 1.5);
+  EXPECT_NEAR(response.felt_ms, 2000 + unit_ms * std::log(10), 1.5);
+  EXPECT_NEAR(response.effective, std::sqrt(0.5 * (1 - 1.5 * unit_ms / 2000)), 0.01);
+  EXPECT_NEAR(response.columns[50].high, 1, 0.01);
+  EXPECT_NEAR(response.columns[50].low, -1, 0.01);
+  EXPECT_NEAR(response.columns[1].high, 1 - std::exp(-39 / unit_ms), 0.02);
+}
+
+TEST(Text, ForeignBytesAreShownSafely) {
+  const struct {
+    std::string raw, shown;
+  } rows[] = {
+      {"a\u00e4\u20ac\U0001F600", "a\u00e4\u20ac\U0001F600"},
+      {std::string("\0\x1b[0m\x7f\xc2\x85", 8), "\\x00\\x1B[0m\\x7F\\xC2\\x85"},
+      {"\xff\xc0\x80\xed\xa0\x80\xf4\x90\x80\x80\xe2\x82",
+       "\\xFF\\xC0\\x80\\xED\\xA0\\x80\\xF4\\x90\\x80\\x80\\xE2\\x82"},
+      {"\xe0\x9f\xbf\xf0\x8f\xbf\xbf\xf5", "\\xE0\\x9F\\xBF\\xF0\\x8F\\xBF\\xBF\\xF5"},
+      {std::string(40, 'x'), std::string(40, 'x')},
+      {std::string(41, 'x'), std::string(40, 'x') + "..."},
+  };
+  for (const auto& row : rows) EXPECT_EQ(shown(row.raw), row.shown);
+  for (const char* wrong : {"", "+1", " 1", "1 ", "0x1", "1e1", "1.0", "2147483648"})
+    EXPECT_FALSE(whole_number(wrong)) << wrong;
+  EXPECT_EQ(whole_number("-010"), -10);
+}
+
+TEST(Forms, CsvTellsTimeAsPrintfDoes) {
+  for (const int32_t chip : {0, 1}) {
+    const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);
+    const Piece tone = tone_piece(profile, 100, 600, 90);
+    std::string lines;
+    write_csv(tone, [&](std::string_view bytes) { lines += bytes; });
+    std::vector<uint8_t> codes(static_cast<size_t>(tone.waveform.length));
+    tone.waveform.read(0, codes);
+    std::string expected = "sample,time_ms,code,amplitude\n";
+    for (size_t i = 0; i < codes.size(); ++i) {
+      expected +=
+          text("%zu,%.4f,%d,%d\n", i, i * 1000.0 / profile.sample_rate, codes[i], static_cast<int8_t>(codes[i]));
+    }
+    EXPECT_EQ(lines, expected);
+  }
+}
+
+}  // namespace

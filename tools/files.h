@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+// Files: whole ones to read, and some to write that appear whole or not at all.
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "design/waveform.h"
+
+namespace command {
+
+// Exit statuses beside 0.
+constexpr int kCannotRender = 1;
+constexpr int kWrongInput = 2;
+
+// Why a command ends early: what to print, one line per fault, and its exit status.
+struct Failure : std::runtime_error {
+  Failure(int exit_status, const std::string& lines) : std::runtime_error(lines), status(exit_status) {}
+  int status;
+};
+
+inline const std::string kStandardOutput = "-";
+
+// A name for messages and titles.
+std::string shown_path(const std::string& path);
+
+// At most that many bytes of a file; - is standard input.
+std::string content_of(const std::string& path, size_t most);
+
+// Where a file's bytes go while it is written.
+struct Target {
+  int descriptor;
+  std::string path;
+
+  void write(std::string_view bytes) const;
+  [[noreturn]] void fail(int error) const;
+};
+
+struct File {
+  std::string path;
+  std::function<void(const Target& target)> write;
+  std::string note = {};  // what to say about it
+};
+
+File text_file(std::string path, std::string content, std::string note = {});
+
+// Writes all files or none, then what goes elsewhere than into files. Says what it wrote on standard output, unless
+// that carries one. Refused are a file named twice, and the input.
+void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs = {});
+
+// Audio: mono, 16 bits, the amplitude in the upper byte; the audible form at 48000 samples a second.
+void write_wav(const design::Waveform& waveform, const Target& target);
+void write_audible_wav(const design::Waveform& waveform, const Target& target);
+
+}  // namespace command
