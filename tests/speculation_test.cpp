@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "curves/narrow.h"
 #include "digest.h"
 #include "pattern/curve_segment.h"
 #include "support.h"

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "curves/intensity.h"
+#include "curves/curves.h"
 #include "lrasynth.h"
 #include "pattern/event_stream.h"
 #include "pattern/long_signal.h"
@@ -65,7 +65,7 @@ Fault fault_of_tap(const Profile& profile, const Record& record) {
   const int32_t missing = missing_tap(profile, record.level());
   if (missing == LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS) return {missing, 0};
   if (missing == LRASYNTH_ERROR_LEVEL_WITHOUT_TAP) return {missing, 3};
-  const int32_t driven = intensity_in_pattern(profile.motor, record.level(), record.intensity());
+  const int32_t driven = intensity_in_pattern(profile, record.level(), record.intensity());
   return driven < -100 || driven > 100 ? Fault{LRASYNTH_ERROR_FULL_SCALE, 2} : kNoFault;
 }
 

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "curves/frequency.h"
+#include "curves/curves.h"
 #include "profile/profile.h"
 #include "profile/sample_code.h"
 #include "tone/ramp.h"

@@ -27,7 +27,7 @@ void each_group(const Request& request, Visit visit) {
     if (!continuous && request.at(i) != LRASYNTH_TRANSIENT) continue;
     // The predecessor is whatever stands one record before, even where no record does.
     const int32_t since_ms = first ? 0 : request.at(i + 1 - LRASYNTH_RECORD_LENGTH);
-    const int32_t delta_ms = wrapping_subtract(request.at(i + 1), since_ms);
+    const int32_t delta_ms = wrap(int64_t{request.at(i + 1)} - since_ms);
     visit(delta_ms, request.at(continuous ? i + 9 : i + 2), continuous ? request.at(i + 4) : EventStream::kTransientMs);
     first = false;
   }
@@ -38,11 +38,11 @@ void each_group(const Request& request, Visit visit) {
 EventStream::EventStream(const Request& request, int32_t loop_count) : request_(request) {
   each_group(request_, [this](int32_t delta_ms, int32_t /*strength*/, int32_t duration_ms) {
     groups_.pass += kGroupLength;
-    total_ms_ = wrapping_add(total_ms_, wrapping_add(delta_ms, duration_ms));
+    total_ms_ = wrap(int64_t{total_ms_} + delta_ms + duration_ms);
   });
   groups_.copies = std::max(1, loop_count) - int64_t{1};
   groups_.stride = groups_.pass;
-  total_ms_ = wrapping_multiply(total_ms_, loop_count);
+  total_ms_ = wrap(int64_t{total_ms_} * loop_count);
 }
 
 int64_t EventStream::length() const { return kHeaderLength + groups_.end(); }

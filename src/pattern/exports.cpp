@@ -54,7 +54,7 @@ int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const i
 int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t* pattern, uint8_t* out,
                           int32_t patternLen, int32_t limitMs) {
   const Profile profile = current_profile();
-  const int32_t limit_samples = wrapping_multiply(profile.rate.hz, limitMs) / 1000;
+  const int32_t limit_samples = wrap(int64_t{profile.rate.hz} * limitMs) / 1000;
   const int64_t status = use_signal(profile, {pattern, patternLen, loopCount, intervalMs, limitMs}, kNoLimit,
                                     [&](const auto& signal) -> int64_t {
                                       if (reportable(signal.length()) < 0 || refuses(out, signal.length())) return -1;

@@ -18,9 +18,9 @@ namespace {
 int32_t end_ms(const Profile& profile, const Record& record) {
   switch (record.type()) {
     case LRASYNTH_CONTINUOUS:
-      return wrapping_add(record.start_ms(), record.duration_ms());
+      return wrap(int64_t{record.start_ms()} + record.duration_ms());
     case LRASYNTH_TRANSIENT:
-      return wrapping_add(record.start_ms(), whole_ms_of_tap(profile, record.level()));
+      return wrap(int64_t{record.start_ms()} + whole_ms_of_tap(profile, record.level()));
     default:
       return 0;
   }

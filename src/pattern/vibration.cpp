@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "curves/frequency.h"
-#include "curves/intensity.h"
+#include "curves/curves.h"
 #include "profile/arithmetic.h"
 #include "profile/sample_code.h"
 #include "tone/speculation.h"
@@ -22,12 +21,10 @@ float amplitude_of(float gain, int32_t intensity) {
 
 // Points are timed in samples from the first one, 32-bit.
 CurvePoint point_of(const Profile& profile, const Record& record, int32_t point) {
-  const Motor& motor = profile.motor;
   const int32_t offset = record.point_offset(point);
-  const float gain = gain_at(motor.gain_at(profile.boost_flag), offset);
-  return {.at = profile.rate.samples(wrapping_subtract(record.point_ms(point), record.point_ms(0))),
-          .frequency_hz = offset_hz(motor.offsets_at(profile.boost_flag), motor.base_hz, offset),
-          .amplitude = amplitude_of(gain, record.point_intensity(point))};
+  return {.at = profile.rate.samples(wrap(int64_t{record.point_ms(point)} - record.point_ms(0))),
+          .frequency_hz = offset_hz(profile, profile.motor.base_hz, offset),
+          .amplitude = amplitude_of(gain_at(profile, offset), record.point_intensity(point))};
 }
 
 }  // namespace
@@ -44,7 +41,7 @@ void Vibration::draw(const Window<uint8_t>& window) const {
   int64_t covered = 0;
   const auto rest_up_to = [&](int64_t end) { fill(inside.of_piece(covered, end - covered), kRestCode); };
   for (const CurvePoint* from = points_; from != points_ + kPoints - 1; ++from) {
-    const int32_t count = wrapping_subtract(from[1].at, from[0].at);
+    const int32_t count = wrap(int64_t{from[1].at} - from[0].at);
     if (count < 1) continue;
     rest_up_to(from->at);
     covered = std::max(covered, int64_t{from->at} + count);

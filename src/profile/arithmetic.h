@@ -13,18 +13,8 @@ namespace lrasynth {
 static_assert(FLT_EVAL_METHOD == 0);
 static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<double>::is_iec559);
 
-// Two's-complement arithmetic modulo 2^32, where the interface calls a result 32-bit.
-constexpr int32_t wrapping_add(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
-
-constexpr int32_t wrapping_subtract(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-
-constexpr int32_t wrapping_multiply(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
-}
+// Modulo 2^32, in two's complement: where the interface calls a result 32-bit, it is computed in 64 and wrapped.
+constexpr int32_t wrap(int64_t value) { return static_cast<int32_t>(value); }
 
 // The library's one conversion from floating point: toward zero, saturating, NaN to 0.
 template <std::floating_point Float>
@@ -33,6 +23,16 @@ constexpr int32_t truncate(Float value) {
   if (value >= kLimit) return std::numeric_limits<int32_t>::max();
   if (value >= -kLimit) return static_cast<int32_t>(value);
   return value < 0 ? std::numeric_limits<int32_t>::min() : 0;
+}
+
+// "Times ten, over ten, truncate": both operations in single precision and neither left out. They keep no decimal
+// place, they can only move a value by one unit in its last place before it is truncated. Below kNarrowLimit in
+// magnitude none is moved across a whole number, so that truncation alone gives the same.
+constexpr float kNarrowLimit = 2097152.0F;
+
+constexpr int32_t narrow(float value) {
+  const float tenfold = value * 10.0F;
+  return truncate(tenfold / 10.0F);
 }
 
 // A null buffer is refused where at least one element would be read or written.

@@ -66,9 +66,6 @@ struct Motor {
   std::span<const ShareBand> shares;             // none: all of the intensity
   TapKind tap_kind;
   std::span<const BurstBand> bursts;
-
-  auto offsets_at(int32_t boost_flag) const { return boost_flag == 1 ? boosted_offsets : offsets; }
-  const GainCurve& gain_at(int32_t boost_flag) const { return boost_flag != 0 ? boosted_gain : gain; }
 };
 
 // The row of a motor code; codes that no row names share the one of every other model.

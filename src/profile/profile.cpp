@@ -23,7 +23,9 @@ Profile profile_of(const lrasynth_profile& profile) {
   return {profile.chip_type, {profile.sample_rate}, motor_of(profile.motor_type), profile.boost_flag};
 }
 
-Profile current_profile() { return profile_of({IC_TYPE, SAMPLE_RATE, giMotorType, giBoostFlg}); }
+Profile current_profile() { return with_motor(giMotorType); }
+
+Profile with_motor(int32_t motor_type) { return profile_of({IC_TYPE, SAMPLE_RATE, motor_type, giBoostFlg}); }
 
 void publish_f0(const Motor& motor) { store_f0(motor.base_hz); }
 
@@ -52,7 +54,7 @@ int32_t getF0() {
 }
 
 int32_t setBoostFlg(int32_t flag) {
-  giBoostFlg = wrapping_subtract(1, flag);
+  giBoostFlg = wrap(int64_t{1} - flag);
   return 0;
 }
 

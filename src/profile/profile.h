@@ -17,7 +17,7 @@ struct Rate {
   int32_t per_ms() const { return hz / 1000; }
 
   // 32-bit, as all times within a pattern.
-  int32_t samples(int32_t ms) const { return wrapping_multiply(per_ms(), ms); }
+  int32_t samples(int32_t ms) const { return wrap(int64_t{per_ms()} * ms); }
 
   float single() const { return static_cast<float>(hz); }
 
@@ -37,6 +37,9 @@ Profile profile_of(const lrasynth_profile& profile);
 
 // What the host has set. An exported function takes it once, on entry; nothing else reads the variables.
 Profile current_profile();
+
+// The same, but for the motor.
+Profile with_motor(int32_t motor_type);
 
 // Publishes the motor's resonant frequency in F0. Relaxed, because several threads may render (and so store the same
 // value) at once.

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "curves/narrow.h"
+#include "profile/arithmetic.h"
 #include "profile/motor.h"
 #include "profile/sample_code.h"
 #include "tone/window.h"

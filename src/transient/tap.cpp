@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "curves/frequency.h"
-#include "curves/intensity.h"
+#include "curves/curves.h"
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
 
@@ -15,7 +14,7 @@ namespace {
 using Shape = TransientShape(int32_t drive_hz, int32_t level, int32_t intensity);
 
 Tap shaped_tap(Shape* shape, const Profile& profile, int32_t level, int32_t intensity) {
-  return {.transient = {profile.rate, shape(level_hz(profile.motor, level), level, intensity)}};
+  return {.transient = {profile.rate, shape(level_hz(profile, level), level, intensity)}};
 }
 
 // In the way of any motor, at the drive frequency of the profile's motor.
@@ -57,7 +56,7 @@ int32_t missing_tap(const Profile& profile, int32_t level) {
 }
 
 Tap tap_in_pattern(const Profile& profile, int32_t level, int32_t intensity) {
-  return tap_of(profile, level, intensity_in_pattern(profile.motor, level, intensity));
+  return tap_of(profile, level, intensity_in_pattern(profile, level, intensity));
 }
 
 }  // namespace lrasynth

@@ -2,7 +2,7 @@
 // Timing model of the four-segment transient: the level bands and the lengths made from them, with their exports.
 #include "transient/timing.h"
 
-#include "curves/frequency.h"
+#include "curves/curves.h"
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
 #include "tone/time_grid.h"
@@ -101,21 +101,21 @@ int32_t getCycle(int32_t level) { return static_cast<int32_t>(2.0F * band_of(lev
 
 int32_t get_wave_func_wave_len(int32_t level, int32_t f1Hz, int32_t f2Hz, float zeroTimeMs) {
   const Profile profile = current_profile();
-  return transient_length(profile.rate, custom_mid_shape(level_hz(profile.motor, level), f1Hz, f2Hz, zeroTimeMs));
+  return transient_length(profile.rate, custom_mid_shape(level_hz(profile, level), f1Hz, f2Hz, zeroTimeMs));
 }
 
 int32_t get_wave_func_wave_len_custom(int32_t level, int32_t f1Hz, int32_t f2Hz, float c0, float c1, float c2,
                                       float zeroTimeMs) {
   const Profile profile = current_profile();
-  return transient_length(profile.rate, {{level_hz(profile.motor, level), c0}, zeroTimeMs, {f1Hz, c1}, {f2Hz, c2}});
+  return transient_length(profile.rate, {{level_hz(profile, level), c0}, zeroTimeMs, {f1Hz, c1}, {f2Hz, c2}});
 }
 
 int32_t get_custom_wave_len(int32_t level) {
   const Profile profile = current_profile();
-  return transient_length(profile.rate, mid_shape(level_hz(profile.motor, level), level, 0));
+  return transient_length(profile.rate, mid_shape(level_hz(profile, level), level, 0));
 }
 
 int32_t get_wav_len_high_frequency(int32_t level) {
   const Profile profile = current_profile();
-  return transient_length(profile.rate, edge_shape(level_hz(profile.motor, level), level, 0));
+  return transient_length(profile.rate, edge_shape(level_hz(profile, level), level, 0));
 }

@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "curves/frequency.h"
-#include "curves/narrow.h"
+#include "curves/curves.h"
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
 #include "profile/sample_code.h"
@@ -116,7 +115,7 @@ using namespace lrasynth;
 int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2, int32_t* out,
                   float zeroTimeMs) {
   const Profile profile = current_profile();
-  const int32_t drive_hz = level_hz(profile.motor, level);
+  const int32_t drive_hz = level_hz(profile, level);
   return write_integers({profile.rate, custom_mid_shape(drive_hz, f1Hz, f2Hz, zeroTimeMs, intensity, a1, a2)}, out);
 }
 
