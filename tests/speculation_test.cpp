@@ -7,13 +7,8 @@
 #include "digest.h"
 #include "pattern/curve_segment.h"
 #include "support.h"
-#include "tone/sine_segment.h"
+#include "tone/sine.h"
 #include "transient/replay.h"
-
-// The tone's source is local to its file, and the file's export is in the library already.
-#define sine sine_once_more
-#include "tone/sine.cpp"
-#undef sine
 
 namespace lrasynth {
 namespace {

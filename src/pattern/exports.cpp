@@ -79,7 +79,6 @@ int32_t get_4097_wave(int32_t startMs, int32_t intensity, int32_t level, uint8_t
   const Profile profile = current_profile();
   const int32_t start = profile.rate.samples(startMs);
   const Tap tap = tap_in_pattern(profile, level, intensity);
-  if (start < 0 || refuses(out, tap.length())) return -1;
-  if (tap.length() > 0) tap.draw({0, tap.length(), out + start});
-  return 0;
+  if (start < 0) return -1;
+  return write(tap, out == nullptr ? nullptr : out + start);
 }

@@ -1,53 +1,109 @@
 // SPDX-License-Identifier: Apache-2.0
-// `sine`: a burst of half-periods as sample codes.
+// Sine bursts and their exports.
+#include "tone/sine.h"
+
+#include <algorithm>
 #include <cmath>
 
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
 #include "tone/ramp.h"
 #include "tone/speculation.h"
-#include "tone/time_grid.h"
 
 namespace lrasynth {
 namespace {
 
-// Unlike the sine segment: single-precision phase, amplitude in sample units, no clip, no forced rest.
-class Tone {
- public:
-  Tone(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude)
-      : grid_(rate, frequency_hz, cycles),
-        angular_(static_cast<float>(frequency_hz) * kTwoPi),
-        amplitude_(static_cast<float>(amplitude)) {}
+// A full turn as the segments have it, slightly less than 2 pi. Not to be replaced by the nearest double.
+constexpr double kFullTurn = 6.2831853071586;
 
-  int32_t count() const { return grid_.count; }
+constexpr float kClip = 254.0F;  // of the product, from above only
 
-  float exact(int32_t i) const {
-    const auto s = static_cast<float>(std::sin(static_cast<double>(phase(i))));
-    return amplitude_ * s + kRest;
-  }
-
-  void estimate(int32_t first, int32_t n, float* offsets) const {
-    for (int32_t j = 0; j < n; ++j) offsets[j] = amplitude_ * fast_sine(phase(first + j)) + kRest;
-  }
-
-  float error(int32_t last) const {
-    if (!(std::fabs(phase(last)) <= kFastSineLimit)) return kUnproven;
-    const float amplitude = std::fabs(amplitude_);
-    return offset_error(amplitude, amplitude * (kFastSineError + 0x1p-22F));
-  }
-
- private:
-  float phase(int32_t i) const { return angular_ * grid_.time(i); }
-
-  TimeGrid grid_;
-  float angular_;  // radians per second
-  float amplitude_;
-};
+// A whole number, in 64 bits, so that no intensity overflows.
+float peak_of(int32_t amplitude) {
+  const int64_t peak = int64_t{amplitude} * 255 / 100;
+  return static_cast<float>(peak);
+}
 
 }  // namespace
+
+// For the count the product first, then the quotient; for the step two quotients, not one by a product.
+TimeGrid::TimeGrid(Rate rate, int32_t frequency_hz, float cycles) {
+  if (frequency_hz == 0) return;
+  const float product = rate.single() * cycles;
+  count = truncate(product / static_cast<float>(frequency_hz));
+  if (count < 1) return;
+  const float duration = cycles / static_cast<float>(frequency_hz);
+  step = duration / static_cast<float>(count);
+}
+
+SineSegment::SineSegment(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude, bool mirrored)
+    : grid_(rate, frequency_hz, cycles),
+      angular_(static_cast<double>(frequency_hz) * kFullTurn),
+      peak_(peak_of(amplitude)),
+      mirrored_(mirrored) {}
+
+// The time is single precision, phase and sine are double, everything after the sine is single again.
+float SineSegment::exact(int32_t i) const {
+  if (i == 0) return kRest;
+  const double phase = angular_ * static_cast<double>(grid_.time(i));
+  const auto s = static_cast<float>(std::sin(phase));
+  const float value = std::min(peak_ * s, kClip) + kRest;
+  return mirrored_ ? mirror(value) : value;
+}
+
+// At the amplitudes that are estimated nothing reaches the clip.
+void SineSegment::estimate(int32_t first, int32_t n, float* offsets) const {
+  const float peak = mirrored_ ? -peak_ : peak_;
+  const auto angular = static_cast<float>(angular_);
+  const TimeGrid grid = grid_;
+  for (int32_t j = 0; j < n; ++j) offsets[j] = peak * fast_sine(angular * grid.time(first + j)) + kRest;
+}
+
+// The single-precision phase errs by 2^-23 of itself; sine and product are rounded to single precision on both sides,
+// and the mirror image once more.
+float SineSegment::error(int32_t last) const {
+  const double phase = std::fabs(angular_ * static_cast<double>(grid_.time(last)));
+  if (!(phase <= static_cast<double>(kFastSineLimit))) return kUnproven;
+  const float amplitude = std::fabs(peak_);
+  const float relative_error = static_cast<float>(phase) * 0x1p-23F + kFastSineError + 0x1p-22F;
+  return offset_error(amplitude, amplitude * relative_error + kSumRounding);
+}
+
+Tone::Tone(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude)
+    : grid_(rate, frequency_hz, cycles),
+      angular_(static_cast<float>(frequency_hz) * kTwoPi),
+      amplitude_(static_cast<float>(amplitude)) {}
+
+float Tone::exact(int32_t i) const {
+  const auto s = static_cast<float>(std::sin(static_cast<double>(phase(i))));
+  return amplitude_ * s + kRest;
+}
+
+void Tone::estimate(int32_t first, int32_t n, float* offsets) const {
+  const Tone tone = *this;
+  for (int32_t j = 0; j < n; ++j) offsets[j] = tone.amplitude_ * fast_sine(tone.phase(first + j)) + kRest;
+}
+
+float Tone::error(int32_t last) const {
+  if (!(std::fabs(phase(last)) <= kFastSineLimit)) return kUnproven;
+  const float amplitude = std::fabs(amplitude_);
+  return offset_error(amplitude, amplitude * (kFastSineError + 0x1p-22F));
+}
+
 }  // namespace lrasynth
 
 using namespace lrasynth;
+
+int32_t get_sine_wave_len(int32_t frequencyHz, float cycles) {
+  return TimeGrid(current_profile().rate, frequencyHz, cycles).count;
+}
+
+int32_t get_sine(int32_t frequencyHz, int32_t strength, float* out, float cycles) {
+  const SineSegment segment(current_profile().rate, frequencyHz, cycles, strength);
+  if (refuses(out, segment.count())) return -1;
+  for (int32_t i = 0; i < segment.count(); ++i) out[i] = segment.exact(i);
+  return 0;
+}
 
 int32_t sine(int32_t halfPeriods, int32_t frequencyHz, int32_t amplitude, uint8_t* out) {
   const float cycles = static_cast<float>(halfPeriods) * 0.5F;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "lrasynth.h"
+#include "profile/arithmetic.h"
 
 namespace lrasynth {
 
@@ -30,6 +31,14 @@ struct Window {
 template <class Sample>
 void fill(const Window<Sample>& window, Sample value) {
   if (!window.empty()) std::fill_n(window.out, window.end - window.first, value);
+}
+
+// Writes the whole of something that has a length and draws itself. Returns the status of an export.
+template <class Whole>
+int32_t write(const Whole& whole, uint8_t* out) {
+  if (refuses(out, whole.length())) return -1;
+  whole.draw(Window<uint8_t>{0, whole.length(), out});
+  return 0;
 }
 
 // Writes the window's part of a whole that has a length and draws itself, with 0 where it draws nothing. Returns how

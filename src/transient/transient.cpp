@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// Drawing the four-segment transient, and the exports that draw it as integers.
+// Resolving and drawing the four-segment transient.
 #include "transient/transient.h"
 
 #include <algorithm>
 
-#include "curves/curves.h"
-#include "lrasynth.h"
 #include "profile/arithmetic.h"
 #include "profile/sample_code.h"
 #include "tone/speculation.h"
@@ -43,46 +41,21 @@ struct EdgeCoding {
   int32_t previous = 0;
 };
 
-// Draws pieces one after another, as far as they fall into the window.
-template <class Coding, class Sample>
-class Pen {
- public:
-  explicit Pen(const Window<Sample>& window) : window_(window) {}
-
-  void draw(const SineSegment& segment) {
-    if (segment.silent()) return rest(segment.count());
-    render<Coding>(segment, next(segment.count()));
-  }
-
-  void rest(int32_t count) { fill(next(count), Sample{kRestCode}); }
-
- private:
-  Window<Sample> next(int32_t count) {
-    const Window<Sample> piece = window_.of_piece(at_, count);
-    at_ += std::max(0, count);
-    return piece;
-  }
-
-  Window<Sample> window_;
-  int64_t at_ = 0;
-};
-
-// For the entry points that write integers.
-int32_t write_integers(const Transient& transient, int32_t* out) {
-  if (refuses(out, transient.length())) return -1;
-  transient.draw(Window<int32_t>{0, transient.drawn_length(), out});
-  return 0;
-}
-
 }  // namespace
 
+// The segments are truncated one by one, the zero time by itself where it is drawn, but in the length only together
+// with their sum, which is single precision.
 Transient::Transient(Rate rate, const TransientShape& shape)
-    : length_(transient_length(rate, shape)),
-      drive_(rate, shape.drive.hz, shape.drive.cycles, shape.drive.amplitude),
-      zero_count_(truncate(zero_samples(rate, shape.zero_ms))),
+    : drive_(rate, shape.drive.hz, shape.drive.cycles, shape.drive.amplitude),
       f1_(rate, shape.f1.hz, shape.f1.cycles, shape.f1.amplitude),
       f2_(rate, shape.f2.hz, shape.f2.cycles, shape.f2.amplitude, shape.f2_mirrored),
-      coding_(shape.coding) {}
+      code_first_(shape.code_first) {
+  const float product = rate.single() * shape.zero_ms;
+  const float zero_samples = product / 1000.0F;
+  zero_count_ = truncate(zero_samples);
+  const int64_t segments = int64_t{drive_.count()} + f1_.count() + f2_.count();
+  length_ = shape.drive.hz > 0 ? truncate(zero_samples + static_cast<float>(segments)) : 0;
+}
 
 int32_t Transient::drawn_length() const {
   int64_t sum = 0;
@@ -93,34 +66,26 @@ int32_t Transient::drawn_length() const {
 template <class Sample>
 void Transient::draw(const Window<Sample>& window) const {
   const Window<Sample> inside = window.of_piece(0, length_);
-  const auto draw_with = [this](auto pen) {
-    pen.draw(drive_);
-    pen.rest(zero_count_);
-    pen.draw(f1_);
-    pen.draw(f2_);
-    pen.rest(length_);
-  };
   if (inside.empty()) return;
-  coding_ == TransientCoding::kCodeFirst ? draw_with(Pen<MidCoding, Sample>(inside))
-                                         : draw_with(Pen<EdgeCoding, Sample>(inside));
+  fill(inside, Sample{kRestCode});
+  code_first_ ? draw_segments<MidCoding>(inside) : draw_segments<EdgeCoding>(inside);
   if (inside.first == 0) inside.out[0] = kFirstCode;
 }
 
+template <class Coding, class Sample>
+void Transient::draw_segments(const Window<Sample>& window) const {
+  int64_t at = 0;
+  const auto draw_next = [&](const SineSegment& segment) {
+    if (!segment.silent()) render<Coding>(segment, window.of_piece(at, segment.count()));
+    at += std::max(0, segment.count());
+  };
+  draw_next(drive_);
+  at += std::max(0, zero_count_);
+  draw_next(f1_);
+  draw_next(f2_);
+}
+
 template void Transient::draw(const Window<uint8_t>& window) const;
+template void Transient::draw(const Window<int32_t>& window) const;
 
 }  // namespace lrasynth
-
-using namespace lrasynth;
-
-int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2, int32_t* out,
-                  float zeroTimeMs) {
-  const Profile profile = current_profile();
-  const int32_t drive_hz = level_hz(profile, level);
-  return write_integers({profile.rate, custom_mid_shape(drive_hz, f1Hz, f2Hz, zeroTimeMs, intensity, a1, a2)}, out);
-}
-
-int32_t wave_func_custom(int32_t frequencyHz, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2,
-                         int32_t reverse, int32_t* out, float c0, float c1, float c2, float zeroTimeMs) {
-  const TransientShape shape = {{frequencyHz, c0, intensity}, zeroTimeMs, {f1Hz, c1, a1}, {f2Hz, c2, a2}, reverse == 1};
-  return write_integers({current_profile().rate, shape}, out);
-}

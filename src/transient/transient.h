@@ -1,22 +1,37 @@
 // SPDX-License-Identifier: Apache-2.0
-// The four-segment transient, resolved: its segments in samples, hertz and amplitudes.
+// The four-segment transient: its shape, and what that is in samples, hertz and amplitudes at a rate.
 #pragma once
 
 #include <cstdint>
 
 #include "profile/profile.h"
-#include "tone/sine_segment.h"
+#include "tone/sine.h"
 #include "tone/window.h"
-#include "transient/timing.h"
 
 namespace lrasynth {
+
+struct SegmentShape {
+  int32_t hz;
+  float cycles;
+  int32_t amplitude = 0;  // percent of 255
+};
+
+// In time order.
+struct TransientShape {
+  SegmentShape drive;
+  float zero_ms;
+  SegmentShape f1;
+  SegmentShape f2;
+  bool f2_mirrored = false;
+  bool code_first = false;  // offset values are coded, then truncated; else truncated, then coded
+};
 
 class Transient {
  public:
   Transient() = default;  // of no samples
   Transient(Rate rate, const TransientShape& shape);
 
-  // Samples of the whole, as transient_length gives them.
+  // Samples of the whole, negative where cycles or times are; 0 without a positive drive frequency.
   int32_t length() const { return length_; }
 
   // Those of the pieces, at most length(). Between the two lies rest: they can differ by a sample at rates other than
@@ -28,14 +43,18 @@ class Transient {
   void draw(const Window<Sample>& window) const;
 
  private:
+  template <class Coding, class Sample>
+  void draw_segments(const Window<Sample>& window) const;
+
   int32_t length_ = 0;
   SineSegment drive_;
   int32_t zero_count_ = 0;
   SineSegment f1_;
   SineSegment f2_;
-  TransientCoding coding_ = TransientCoding::kTruncateFirst;
+  bool code_first_ = false;
 };
 
-extern template void Transient::draw(const Window<uint8_t>& window) const;
+// The transient of a level, at the drive frequency of the profile's motor.
+Transient level_transient(const Profile& profile, int32_t level, int32_t intensity);
 
 }  // namespace lrasynth
