@@ -27,23 +27,13 @@ constexpr Fault kNoFault = {0, 0};
 constexpr int64_t kMostSamples = std::numeric_limits<int32_t>::max();  // of a time within a pass
 constexpr int64_t kMostStreamMs = std::numeric_limits<uint16_t>::max();
 
-bool is_stream(const Profile& profile) { return profile.chip_type == LRASYNTH_CHIP_EVENT_STREAM; }
-
-bool is_event(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
-
-// A tap counts in whole milliseconds, as in the length of a pass. In 64 bits, so that nothing wraps.
-int64_t end_in_ms(const Profile& profile, const Record& record) {
-  const bool continuous = record.type() == LRASYNTH_CONTINUOUS;
-  return int64_t{record.start_ms()} + (continuous ? record.duration_ms() : whole_ms_of_tap(profile, record.level()));
-}
-
 // Of a record that should begin at an integer, and of its parameters as far as they read as records.
-Fault fault_of_layout(const int32_t* records, int32_t length, int32_t at) {
-  const bool whole = length - at >= LRASYNTH_RECORD_LENGTH;
-  if (!is_event(records[at])) return {whole ? LRASYNTH_ERROR_NO_RECORD : LRASYNTH_ERROR_LENGTH, at};
+Fault fault_of_layout(const Request& request, int32_t at) {
+  const bool whole = request.length() - at >= LRASYNTH_RECORD_LENGTH;
+  if (!is_event(request.at(at))) return {whole ? LRASYNTH_ERROR_NO_RECORD : LRASYNTH_ERROR_LENGTH, at};
   if (!whole) return {LRASYNTH_ERROR_INCOMPLETE_RECORD, at};
   for (int32_t i = at + 1; i < at + LRASYNTH_RECORD_LENGTH; ++i) {
-    if (is_event(records[i])) return {LRASYNTH_ERROR_READS_AS_RECORD, i};
+    if (is_event(request.at(i))) return {LRASYNTH_ERROR_READS_AS_RECORD, i};
   }
   return kNoFault;
 }
@@ -51,66 +41,64 @@ Fault fault_of_layout(const int32_t* records, int32_t length, int32_t at) {
 // The faults of a record count their index from its type.
 
 Fault fault_of_times(const Profile& profile, const Record& record, int32_t limit_ms) {
-  const bool continuous = record.type() == LRASYNTH_CONTINUOUS;
-  if (record.start_ms() < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 1};
-  if (continuous && record.duration_ms() < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 4};
-  if (is_stream(profile)) return kNoFault;
-  const int64_t start = int64_t{profile.rate.per_ms()} * record.start_ms();
-  if (profile.rate.per_ms() * end_in_ms(profile, record) > kMostSamples) return {LRASYNTH_ERROR_HUGE_TIME, 1};
-  const bool late = limit_ms >= 0 && start > int64_t{profile.rate.hz} * limit_ms / 1000;
+  const bool continuous = record.type == LRASYNTH_CONTINUOUS;
+  if (record.start_ms < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 1};
+  if (continuous && record.duration_ms < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 4};
+  if (profile.streams()) return kNoFault;
+  const int64_t per_ms = profile.rate.per_ms();
+  if (per_ms * end_in_ms(profile, record) > kMostSamples) return {LRASYNTH_ERROR_HUGE_TIME, 1};
+  const bool late = per_ms * record.start_ms > limit_in_samples(profile.rate, limit_ms);
   return continuous && late ? Fault{LRASYNTH_ERROR_LATE_EVENT, 1} : kNoFault;
 }
 
 Fault fault_of_tap(const Profile& profile, const Record& record) {
-  const int32_t missing = missing_tap(profile, record.level());
-  if (missing == LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS) return {missing, 0};
-  if (missing == LRASYNTH_ERROR_LEVEL_WITHOUT_TAP) return {missing, 3};
-  const int32_t driven = intensity_in_pattern(profile, record.level(), record.intensity());
+  const int32_t missing = missing_tap(profile, record.level);
+  if (missing != 0) return {missing, missing == LRASYNTH_ERROR_LEVEL_WITHOUT_TAP ? 3 : 0};
+  const int32_t driven = intensity_in_pattern(profile, record.level, record.intensity);
   return driven < -100 || driven > 100 ? Fault{LRASYNTH_ERROR_FULL_SCALE, 2} : kNoFault;
 }
 
 Fault fault_of_curve(const Profile& profile, const Record& record) {
-  const Vibration vibration(profile, record);
-  for (int32_t point = 0; point < Vibration::kPoints; ++point) {
-    if (point > 0 && record.point_ms(point) < record.point_ms(point - 1)) {
-      return {LRASYNTH_ERROR_POINTS_BACKWARDS, 5 + 3 * point};
-    }
-    if (std::fabs(vibration.amplitude(point)) > kFullScale) return {LRASYNTH_ERROR_FULL_SCALE, 6 + 3 * point};
+  const Vibration vibration = vibration_of(profile, record);
+  const lrasynth_point* const points = record.points;
+  for (int32_t i = 0; i < kPoints; ++i) {
+    if (i > 0 && points[i].ms < points[i - 1].ms) return {LRASYNTH_ERROR_POINTS_BACKWARDS, 5 + 3 * i};
+    if (std::fabs(vibration.points[i].amplitude) > kFullScale) return {LRASYNTH_ERROR_FULL_SCALE, 6 + 3 * i};
   }
-  const int64_t span = int64_t{record.point_ms(3)} - record.point_ms(0);
-  return span != record.duration_ms() ? Fault{LRASYNTH_ERROR_POINTS_SPAN, 14} : kNoFault;
+  const int64_t span = int64_t{points[3].ms} - points[0].ms;
+  return span != record.duration_ms ? Fault{LRASYNTH_ERROR_POINTS_SPAN, 14} : kNoFault;
 }
 
 Fault fault_of_record(const Profile& profile, const Record& record, int32_t limit_ms) {
-  const Fault of_times = fault_of_times(profile, record, limit_ms);
-  if (of_times.error != 0) return of_times;
-  return record.type() == LRASYNTH_CONTINUOUS ? fault_of_curve(profile, record) : fault_of_tap(profile, record);
+  if (const Fault fault = fault_of_times(profile, record, limit_ms); fault.error != 0) return fault;
+  return record.type == LRASYNTH_CONTINUOUS ? fault_of_curve(profile, record) : fault_of_tap(profile, record);
 }
 
 // Of a request whose records are sound each by itself, the times that hang on one another.
 
 Fault fault_of_samples(const Profile& profile, const Request& request, const lrasynth_pattern& pattern) {
-  for (int32_t at = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
-    const bool later = end_in_ms(profile, request.record(at)) > end_in_ms(profile, request.last_record());
-    if (later) return {LRASYNTH_ERROR_LAST_RECORD, at};
+  const int32_t length = request.length();
+  for (int32_t at = 0; at < length; at += LRASYNTH_RECORD_LENGTH) {
+    const Record last = request.record(length - LRASYNTH_RECORD_LENGTH);
+    if (end_in_ms(profile, request.record(at)) > end_in_ms(profile, last)) return {LRASYNTH_ERROR_LAST_RECORD, at};
   }
   const bool fits = std::llabs(int64_t{profile.rate.per_ms()} * pattern.interval_ms) <= kMostSamples;
-  if (!fits) return {LRASYNTH_ERROR_HUGE_TIME, pattern.length};
+  if (!fits) return {LRASYNTH_ERROR_HUGE_TIME, length};
   const LongSignal signal(profile, request, pattern.loop_count, pattern.interval_ms);
-  return signal.has_early_copy() ? Fault{LRASYNTH_ERROR_EARLY_COPY, pattern.length} : kNoFault;
+  return {signal.refusal(kNoLimit), length};
 }
 
 Fault fault_of_stream(const Request& request, int32_t loop_count) {
   int64_t total_ms = 0;
   for (int32_t at = 0, before_ms = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
     const Record record = request.record(at);
-    const int64_t delta_ms = int64_t{record.start_ms()} - before_ms;
-    const int32_t duration_ms = record.type() == LRASYNTH_CONTINUOUS ? record.duration_ms() : EventStream::kTransientMs;
+    const int64_t delta_ms = int64_t{record.start_ms} - before_ms;
+    const int32_t duration_ms = record.type == LRASYNTH_CONTINUOUS ? record.duration_ms : EventStream::kTransientMs;
     if (delta_ms < 0) return {LRASYNTH_ERROR_STREAM_ORDER, at + 1};
     if (delta_ms > kMostStreamMs) return {LRASYNTH_ERROR_STREAM_TIME, at + 1};
     if (duration_ms > kMostStreamMs) return {LRASYNTH_ERROR_STREAM_TIME, at + 4};
     total_ms += delta_ms + duration_ms;
-    before_ms = record.start_ms();
+    before_ms = record.start_ms;
   }
   const bool fits = total_ms <= kMostStreamMs / std::max(1, loop_count);  // a product could overflow
   return fits ? kNoFault : Fault{LRASYNTH_ERROR_STREAM_TIME, request.length()};
@@ -118,16 +106,14 @@ Fault fault_of_stream(const Request& request, int32_t loop_count) {
 
 Fault fault_of(const Profile& profile, const lrasynth_pattern& pattern) {
   if (pattern.records == nullptr && pattern.length > 0) return {LRASYNTH_ERROR_NULL_POINTER, 0};
-  if (profile.rate.per_ms() < 1 && !is_stream(profile)) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
-  for (int32_t at = 0; at < pattern.length; at += LRASYNTH_RECORD_LENGTH) {
-    const Fault of_layout = fault_of_layout(pattern.records, pattern.length, at);
-    if (of_layout.error != 0) return of_layout;
-    const Fault of_record = fault_of_record(profile, Record(pattern.records + at), pattern.limit_ms);
-    if (of_record.error != 0) return {of_record.error, at + of_record.index};
-  }
+  if (profile.rate.per_ms() < 1 && !profile.streams()) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
   const Request request(pattern.records, pattern.length);
-  return is_stream(profile) ? fault_of_stream(request, pattern.loop_count)
-                            : fault_of_samples(profile, request, pattern);
+  for (int32_t at = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
+    if (const Fault fault = fault_of_layout(request, at); fault.error != 0) return fault;
+    const Fault fault = fault_of_record(profile, request.record(at), pattern.limit_ms);
+    if (fault.error != 0) return {fault.error, at + fault.index};
+  }
+  return profile.streams() ? fault_of_stream(request, pattern.loop_count) : fault_of_samples(profile, request, pattern);
 }
 
 }  // namespace
@@ -138,6 +124,6 @@ using namespace lrasynth;
 int32_t lrasynth_pattern_check(const lrasynth_profile* profile, const lrasynth_pattern* pattern, int32_t* index) {
   const bool given = profile != nullptr && pattern != nullptr;
   const Fault fault = given ? fault_of(profile_of(*profile), *pattern) : Fault{LRASYNTH_ERROR_NULL_POINTER, 0};
-  if (index != nullptr) *index = fault.index;
+  if (index != nullptr) *index = fault.error == 0 ? 0 : fault.index;
   return fault.error;
 }

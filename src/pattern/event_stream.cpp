@@ -23,8 +23,8 @@ template <class Visit>
 void each_group(const Request& request, Visit visit) {
   bool first = true;
   for (int64_t i = 0; i < request.length(); ++i) {
+    if (!is_event(request.at(i))) continue;
     const bool continuous = request.at(i) == LRASYNTH_CONTINUOUS;
-    if (!continuous && request.at(i) != LRASYNTH_TRANSIENT) continue;
     // The predecessor is whatever stands one record before, even where no record does.
     const int32_t since_ms = first ? 0 : request.at(i + 1 - LRASYNTH_RECORD_LENGTH);
     const int32_t delta_ms = wrap(int64_t{request.at(i + 1)} - since_ms);

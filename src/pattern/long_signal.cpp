@@ -8,23 +8,24 @@
 
 namespace lrasynth {
 
-int32_t whole_ms_of_tap(const Profile& profile, int32_t level) {
+int64_t end_in_ms(const Profile& profile, const Record& record) {
   const int32_t per_ms = profile.rate.per_ms();
-  return per_ms == 0 ? 0 : tap_of(profile, level, 0).length() / per_ms;
-}
-
-namespace {
-
-int32_t end_ms(const Profile& profile, const Record& record) {
-  switch (record.type()) {
+  switch (record.type) {
     case LRASYNTH_CONTINUOUS:
-      return wrap(int64_t{record.start_ms()} + record.duration_ms());
+      return int64_t{record.start_ms} + record.duration_ms;
     case LRASYNTH_TRANSIENT:
-      return wrap(int64_t{record.start_ms()} + whole_ms_of_tap(profile, record.level()));
+      return int64_t{record.start_ms} + (per_ms == 0 ? 0 : tap_of(profile, record.level, 0).length() / per_ms);
     default:
       return 0;
   }
 }
+
+int32_t pass_length(const Profile& profile, const Request& request) {
+  const int32_t last = request.length() - LRASYNTH_RECORD_LENGTH;
+  return last < 0 ? 0 : profile.rate.samples(wrap(end_in_ms(profile, request.record(last))));
+}
+
+namespace {
 
 Repetition repetition_of(const Profile& profile, int32_t pass, int32_t loop_count, int32_t interval_ms) {
   if (loop_count < 2 || pass < 1) return {.pass = std::max(0, pass)};
@@ -34,10 +35,6 @@ Repetition repetition_of(const Profile& profile, int32_t pass, int32_t loop_coun
 
 }  // namespace
 
-int32_t pass_length(const Profile& profile, const Request& request) {
-  return request.has_record() ? profile.rate.samples(end_ms(profile, request.last_record())) : 0;
-}
-
 LongSignal::LongSignal(const Profile& profile, const Request& request, int32_t loop_count, int32_t interval_ms)
     : profile_(profile),
       request_(request),
@@ -45,14 +42,19 @@ LongSignal::LongSignal(const Profile& profile, const Request& request, int32_t l
       room_(repetition_.pass) {
   request_.each(LRASYNTH_CONTINUOUS, [this](const Record& record) {
     const int64_t start = start_of(record);
-    const int64_t length = profile_.rate.samples(record.duration_ms());
+    const int64_t length = profile_.rate.samples(record.duration_ms);
     earliest_start_ = std::min(earliest_start_, start);
     latest_vibration_start_ = std::max(latest_vibration_start_, start);
     if (length > 0) room_ = std::max(room_, start + length);
   });
-  request_.each(LRASYNTH_TRANSIENT, [this](const Record& record) {
-    earliest_start_ = std::min<int64_t>(earliest_start_, start_of(record));
-  });
+  request_.each(LRASYNTH_TRANSIENT,
+                [this](const Record& record) { earliest_start_ = std::min(earliest_start_, start_of(record)); });
+}
+
+int32_t LongSignal::refusal(int64_t limit_samples) const {
+  if (earliest_start_ < 0) return LRASYNTH_ERROR_EARLY_EVENT;
+  if (repetition_.stride < 0) return LRASYNTH_ERROR_EARLY_COPY;
+  return latest_vibration_start_ > limit_samples ? LRASYNTH_ERROR_LATE_EVENT : 0;
 }
 
 // Later events replace earlier ones, and any transient any continuous vibration. Nothing is mixed.
@@ -73,16 +75,15 @@ void LongSignal::draw_until(int64_t limit_samples, uint8_t* out) const {
 }
 
 void LongSignal::draw_vibration(const Record& record, const Window<uint8_t>& window) const {
-  const int32_t length = profile_.rate.samples(record.duration_ms());
-  const Window<uint8_t> part = window.of_piece(start_of(record), length);
-  if (!part.empty()) Vibration(profile_, record).draw(part);
+  const Window<uint8_t> part = window.of_piece(start_of(record), profile_.rate.samples(record.duration_ms));
+  if (!part.empty()) vibration_of(profile_, record).draw(part);
 }
 
 // As far as the room lasts.
 void LongSignal::draw_transient(const Record& record, const Window<uint8_t>& window) const {
   const int64_t start = start_of(record);
   if (start >= window.end) return;
-  const Tap tap = tap_in_pattern(profile_, record.level(), record.intensity());
+  const Tap tap = tap_in_pattern(profile_, record.level, record.intensity);
   const Window<uint8_t> part = window.of_piece(start, std::min<int64_t>(tap.length(), room_ - start));
   if (!part.empty()) tap.draw(part);
 }

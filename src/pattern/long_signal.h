@@ -14,23 +14,27 @@
 
 namespace lrasynth {
 
-// Whole milliseconds of a level's tap.
-int32_t whole_ms_of_tap(const Profile& profile, int32_t level);
+// The latest start of a continuous vibration, in samples.
+constexpr int64_t kNoLimit = std::numeric_limits<int64_t>::max();
 
-// Samples from the pattern's start to the end of its last record, of which a transient counts in whole milliseconds:
-// 32-bit, as the rule gives it, also below 0. 0 without a record.
+// The same from a pattern's limit, which does not wrap and is none where it is negative.
+constexpr int64_t limit_in_samples(Rate rate, int32_t limit_ms) {
+  return limit_ms < 0 ? kNoLimit : int64_t{rate.hz} * limit_ms / 1000;
+}
+
+// Where an event ends, in 64 bits. A transient counts in whole milliseconds, and what is no event as nothing.
+int64_t end_in_ms(const Profile& profile, const Record& record);
+
+// Samples from the pattern's start to the end of its last record: 32-bit, as the rule gives it, also below 0. 0 without
+// a record.
 int32_t pass_length(const Profile& profile, const Request& request);
 
 class LongSignal {
  public:
   LongSignal(const Profile& profile, const Request& request, int32_t loop_count, int32_t interval_ms);
 
-  // Whether an event or a copy of the pass would start before the signal. Such a signal is not drawn.
-  bool has_early_event() const { return earliest_start_ < 0; }
-  bool has_early_copy() const { return repetition_.stride < 0; }
-
-  // Whether every continuous vibration starts at or before the limit.
-  bool starts_by(int64_t limit_samples) const { return latest_vibration_start_ <= limit_samples; }
+  // Why it cannot be drawn under a limit, as one of the public header's errors, or 0.
+  int32_t refusal(int64_t limit_samples) const;
 
   bool has_vibration() const { return latest_vibration_start_ != kNever; }
 
@@ -46,7 +50,7 @@ class LongSignal {
  private:
   static constexpr int64_t kNever = std::numeric_limits<int64_t>::min();
 
-  int32_t start_of(const Record& record) const { return profile_.rate.samples(record.start_ms()); }
+  int64_t start_of(const Record& record) const { return profile_.rate.samples(record.start_ms); }
   void draw_vibration(const Record& record, const Window<uint8_t>& window) const;
   void draw_transient(const Record& record, const Window<uint8_t>& window) const;
 

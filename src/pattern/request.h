@@ -4,32 +4,27 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "lrasynth.h"
 
 namespace lrasynth {
 
-// The fields of a record that lies whole in the array.
-class Record {
- public:
-  explicit Record(const int32_t* fields) : fields_(fields) {}
+constexpr bool is_event(int32_t type) { return type == LRASYNTH_CONTINUOUS || type == LRASYNTH_TRANSIENT; }
 
-  int32_t type() const { return fields_[0]; }
-  int32_t start_ms() const { return fields_[1]; }
+constexpr int32_t kPoints = 4;  // of a continuous vibration's curve
 
-  // Of a transient.
-  int32_t intensity() const { return fields_[2]; }
-  int32_t level() const { return fields_[3]; }
-
-  // Of a continuous vibration. Points count from 0 to 3.
-  int32_t duration_ms() const { return fields_[4]; }
-  int32_t point_ms(int32_t point) const { return fields_[5 + 3 * point]; }
-  int32_t point_intensity(int32_t point) const { return fields_[6 + 3 * point]; }
-  int32_t point_offset(int32_t point) const { return fields_[7 + 3 * point]; }
-
- private:
-  const int32_t* fields_;
+// In the order of the array.
+struct Record {
+  int32_t type;
+  int32_t start_ms;
+  int32_t intensity;    // of a transient
+  int32_t level;        // of a transient
+  int32_t duration_ms;  // of a continuous vibration
+  lrasynth_point points[kPoints];
 };
+
+static_assert(sizeof(Record) == LRASYNTH_RECORD_LENGTH * sizeof(int32_t));
 
 class Request {
  public:
@@ -38,16 +33,20 @@ class Request {
       : values_(values), length_(values == nullptr ? 0 : std::max(0, length)) {}
 
   int32_t length() const { return length_; }
-  bool has_record() const { return length_ >= LRASYNTH_RECORD_LENGTH; }
-  Record record(int32_t index) const { return Record(values_ + index); }
-  Record last_record() const { return record(length_ - LRASYNTH_RECORD_LENGTH); }
+
+  // The record that starts at an integer, which lies whole in the array.
+  Record record(int32_t index) const {
+    Record record;
+    std::memcpy(&record, values_ + index, sizeof record);
+    return record;
+  }
 
   // Visits the records of one type that lie whole in the array, in its order. Every integer of the type's value starts
   // one, wherever it stands.
   template <class Visit>
   void each(int32_t type, Visit visit) const {
     for (int32_t i = 0; i <= length_ - LRASYNTH_RECORD_LENGTH; ++i) {
-      if (values_[i] == type) visit(Record(values_ + i));
+      if (values_[i] == type) visit(record(i));
     }
   }
 

@@ -19,37 +19,35 @@ float amplitude_of(float gain, int32_t intensity) {
   return scaled / 100.0F;
 }
 
-// Points are timed in samples from the first one, 32-bit.
-CurvePoint point_of(const Profile& profile, const Record& record, int32_t point) {
-  const int32_t offset = record.point_offset(point);
-  return {.at = profile.rate.samples(wrap(int64_t{record.point_ms(point)} - record.point_ms(0))),
-          .frequency_hz = offset_hz(profile, profile.motor.base_hz, offset),
-          .amplitude = amplitude_of(gain_at(profile, offset), record.point_intensity(point))};
-}
-
 }  // namespace
 
-Vibration::Vibration(const Profile& profile, const Record& record)
-    : rate_(profile.rate),
-      length_(profile.rate.samples(record.duration_ms())),
-      points_{point_of(profile, record, 0), point_of(profile, record, 1), point_of(profile, record, 2),
-              point_of(profile, record, 3)} {}
+// Points are timed in samples from the first one, 32-bit.
+Vibration vibration_of(const Profile& profile, const Record& record) {
+  Vibration vibration = {profile.rate, profile.rate.samples(record.duration_ms), {}};
+  for (int32_t i = 0; i < kPoints; ++i) {
+    const lrasynth_point& point = record.points[i];
+    vibration.points[i] = {.at = profile.rate.samples(wrap(int64_t{point.ms} - record.points[0].ms)),
+                           .frequency_hz = offset_hz(profile, profile.motor.base_hz, point.offset),
+                           .amplitude = amplitude_of(gain_at(profile, point.offset), point.intensity)};
+  }
+  return vibration;
+}
 
 // Segments are drawn as far as they fall inside the event, rest where none does.
 void Vibration::draw(const Window<uint8_t>& window) const {
-  const Window<uint8_t> inside = window.of_piece(0, length_);
+  const Window<uint8_t> inside = window.of_piece(0, length);
   int64_t covered = 0;
   const auto rest_up_to = [&](int64_t end) { fill(inside.of_piece(covered, end - covered), kRestCode); };
-  for (const CurvePoint* from = points_; from != points_ + kPoints - 1; ++from) {
+  for (const CurvePoint* from = points; from != points + kPoints - 1; ++from) {
     const int32_t count = wrap(int64_t{from[1].at} - from[0].at);
     if (count < 1) continue;
     rest_up_to(from->at);
     covered = std::max(covered, int64_t{from->at} + count);
-    const CurveSegment segment(rate_, from[0], from[1], count);
+    const CurveSegment segment(rate, from[0], from[1], count);
     const Window<uint8_t> part = inside.of_piece(from->at, count);
     segment.silent() ? fill(part, kRestCode) : render<PlainCoding>(segment, part);
   }
-  rest_up_to(length_);
+  rest_up_to(length);
   if (!inside.empty() && inside.first == 0) inside.out[0] = kFirstCode;
 }
 

@@ -12,25 +12,15 @@
 
 namespace lrasynth {
 
-class Vibration {
- public:
-  Vibration(const Profile& profile, const Record& record);
-
-  // In samples, 32-bit; nothing is drawn below 1.
-  int32_t length() const { return length_; }
-
+struct Vibration {
   // The window counts from the event's start. What of it lies beyond the event is left alone.
   void draw(const Window<uint8_t>& window) const;
 
-  static constexpr int32_t kPoints = 4;
-
-  // In sample units. Points count from 0.
-  float amplitude(int32_t point) const { return points_[point].amplitude; }
-
- private:
-  Rate rate_;
-  int32_t length_;
-  CurvePoint points_[kPoints];
+  Rate rate;
+  int32_t length;  // in samples, 32-bit; nothing is drawn below 1
+  CurvePoint points[kPoints];
 };
+
+Vibration vibration_of(const Profile& profile, const Record& record);
 
 }  // namespace lrasynth

@@ -30,6 +30,9 @@ struct Profile {
   Rate rate;
   const Motor& motor;
   int32_t boost_flag;
+
+  // Whether long signals are compact event streams.
+  bool streams() const { return chip_type == LRASYNTH_CHIP_EVENT_STREAM; }
 };
 
 // A profile as hosts hand it in.
