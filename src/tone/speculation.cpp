@@ -23,6 +23,10 @@ bool code_estimates(const float* estimates, int32_t n, float last_low, float mar
   return doubts != 0;
 }
 
+int32_t next_doubt(const int32_t* codes, int32_t j, int32_t n) {
+  return static_cast<int32_t>(std::find_if(codes + j, codes + n, [](int32_t code) { return code < 0; }) - codes);
+}
+
 void put_codes(const int32_t* codes, int32_t n, int32_t* out) { std::copy_n(codes, n, out); }
 
 void put_codes(const int32_t* codes, int32_t n, uint8_t* out) {

@@ -51,6 +51,9 @@ constexpr int32_t kDoubtful = std::numeric_limits<int32_t>::min();
 // Returns whether any is.
 bool code_estimates(const float* estimates, int32_t n, float last_low, float margin, int32_t* codes);
 
+// The first of n codes in doubt from j on, or n.
+int32_t next_doubt(const int32_t* codes, int32_t j, int32_t n);
+
 // Writes n codes as integers or as bytes, their low 8 bits.
 void put_codes(const int32_t* codes, int32_t n, int32_t* out);
 void put_codes(const int32_t* codes, int32_t n, uint8_t* out);
@@ -88,8 +91,8 @@ void code_block(const SampleSource auto& source, int32_t first, int32_t n, int32
   } else {
     std::fill_n(codes, n, kDoubtful);
   }
-  for (int32_t j = 0; j < n; ++j) {
-    if (codes[j] < 0) codes[j] = Coding::code(source.exact(first + j));
+  for (int32_t j = next_doubt(codes, 0, n); j < n; j = next_doubt(codes, j + 1, n)) {
+    codes[j] = Coding::code(source.exact(first + j));
   }
 }
 
