@@ -7,7 +7,6 @@
 
 #include "lrasynth.h"
 #include "profile/arithmetic.h"
-#include "tone/ramp.h"
 #include "tone/speculation.h"
 
 namespace lrasynth {
@@ -67,27 +66,6 @@ float SineSegment::error(int32_t last) const {
   const float amplitude = std::fabs(peak_);
   const float relative_error = static_cast<float>(phase) * 0x1p-23F + kFastSineError + 0x1p-22F;
   return offset_error(amplitude, amplitude * relative_error + kSumRounding);
-}
-
-Tone::Tone(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude)
-    : grid_(rate, frequency_hz, cycles),
-      angular_(static_cast<float>(frequency_hz) * kTwoPi),
-      amplitude_(static_cast<float>(amplitude)) {}
-
-float Tone::exact(int32_t i) const {
-  const auto s = static_cast<float>(std::sin(static_cast<double>(phase(i))));
-  return amplitude_ * s + kRest;
-}
-
-void Tone::estimate(int32_t first, int32_t n, float* offsets) const {
-  const Tone tone = *this;
-  for (int32_t j = 0; j < n; ++j) offsets[j] = tone.amplitude_ * fast_sine(tone.phase(first + j)) + kRest;
-}
-
-float Tone::error(int32_t last) const {
-  if (!(std::fabs(phase(last)) <= kFastSineLimit)) return kUnproven;
-  const float amplitude = std::fabs(amplitude_);
-  return offset_error(amplitude, amplitude * (kFastSineError + 0x1p-22F));
 }
 
 }  // namespace lrasynth

@@ -2,9 +2,13 @@
 // Sine bursts: their grid of whole samples, the segment that transients are made of, and the plain tone.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 #include "profile/profile.h"
+#include "profile/sample_code.h"
+#include "tone/ramp.h"
+#include "tone/speculation.h"
 
 namespace lrasynth {
 
@@ -46,13 +50,27 @@ class SineSegment {
 // Unlike the segment: single-precision phase, amplitude in sample units, no clip, no forced rest.
 class Tone {
  public:
-  Tone(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude);
+  Tone(Rate rate, int32_t frequency_hz, float cycles, int32_t amplitude)
+      : grid_(rate, frequency_hz, cycles),
+        angular_(static_cast<float>(frequency_hz) * kTwoPi),
+        amplitude_(static_cast<float>(amplitude)) {}
 
   int32_t count() const { return grid_.count; }
 
-  float exact(int32_t i) const;
-  void estimate(int32_t first, int32_t n, float* offsets) const;
-  float error(int32_t last) const;
+  float exact(int32_t i) const {
+    const auto s = static_cast<float>(std::sin(static_cast<double>(phase(i))));
+    return amplitude_ * s + kRest;
+  }
+
+  void estimate(int32_t first, int32_t n, float* offsets) const {
+    for (int32_t j = 0; j < n; ++j) offsets[j] = amplitude_ * fast_sine(phase(first + j)) + kRest;
+  }
+
+  float error(int32_t last) const {
+    if (!(std::fabs(phase(last)) <= kFastSineLimit)) return kUnproven;
+    const float amplitude = std::fabs(amplitude_);
+    return offset_error(amplitude, amplitude * (kFastSineError + 0x1p-22F));
+  }
 
  private:
   float phase(int32_t i) const { return angular_ * grid_.time(i); }
