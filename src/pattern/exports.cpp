@@ -33,7 +33,7 @@ int64_t use_signal(const lrasynth_profile* profile, const lrasynth_pattern* patt
   return use_signal(resolved, *pattern, limit_in_samples(resolved.rate, pattern->limit_ms), use);
 }
 
-// What these cannot report is as good as refused: -1.
+// What does not fit the results of the first ones is as good as refused: -1.
 int64_t reportable(int64_t length) { return length <= std::numeric_limits<int32_t>::max() ? length : -1; }
 
 int32_t length_of(const Profile& profile, const lrasynth_pattern& pattern) {
