@@ -41,7 +41,7 @@ Profile profile_of(const lrasynth_profile& profile);
 // What the host has set. An exported function takes it once, on entry; nothing else reads the variables.
 Profile current_profile();
 
-// The same, but for the motor.
+// The same, but with another motor.
 Profile with_motor(int32_t motor_type);
 
 // Publishes the motor's resonant frequency in F0. Relaxed, because several threads may render (and so store the same
