@@ -284,8 +284,8 @@ TEST(Forms, CsvTellsTimeAsPrintfDoes) {
     tone.waveform.read(0, codes);
     std::string expected = "sample,time_ms,code,amplitude\n";
     for (size_t i = 0; i < codes.size(); ++i) {
-      expected +=
-          text("%zu,%.4f,%d,%d\n", i, i * 1000.0 / profile.sample_rate, codes[i], static_cast<int8_t>(codes[i]));
+      expected += text("%zu,%.4f,%d,%d\n", i, static_cast<double>(i) * 1000.0 / profile.sample_rate, codes[i],
+                       static_cast<int8_t>(codes[i]));
     }
     EXPECT_EQ(lines, expected);
   }

@@ -20,24 +20,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGTERM};
+
 // Keeps signals waiting while there are files to be removed first.
 class HeldSignals {
  public:
   HeldSignals() {
     sigset_t held;
     ::sigemptyset(&held);
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) ::sigaddset(&held, signal);
+    for (const int signal : kEndingSignals) ::sigaddset(&held, signal);
     ::sigprocmask(SIG_BLOCK, &held, &before_);
   }
   HeldSignals(const HeldSignals&) = delete;
   HeldSignals& operator=(const HeldSignals&) = delete;
   ~HeldSignals() { ::sigprocmask(SIG_SETMASK, &before_, nullptr); }
-
-  static bool one_waits() {
-    sigset_t waiting;
-    ::sigpending(&waiting);
-    return ::sigismember(&waiting, SIGHUP) + ::sigismember(&waiting, SIGINT) + ::sigismember(&waiting, SIGTERM) > 0;
-  }
 
  private:
   sigset_t before_;
@@ -141,9 +137,17 @@ void Target::fail(int error) const {
   throw Failure(kCannotRender, "cannot write " + shown_path(path) + ": " + std::strerror(error));
 }
 
+void Target::stop_if_signalled() const {
+  sigset_t waiting;
+  ::sigpending(&waiting);
+  for (const int signal : kEndingSignals) {
+    if (::sigismember(&waiting, signal) == 1) fail(EINTR);
+  }
+}
+
 void Target::write(std::string_view bytes) const {
   while (!bytes.empty()) {
-    if (HeldSignals::one_waits()) fail(EINTR);
+    stop_if_signalled();
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno != EINTR) fail(errno);
     if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));

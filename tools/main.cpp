@@ -60,11 +60,7 @@ int run(int argc, const char* const* argv) {
                                                  LRASYNTH_VERSION_PATCH));
   app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
   app.require_subcommand(1);
-  add_tap(app);
-  add_pattern(app);
-  add_tone(app);
-  add_sheet(app);
-  add_compare(app);
+  for (const auto add_command : {add_tap, add_pattern, add_tone, add_sheet, add_compare}) add_command(app);
   try {
     app.parse(words_of(argc, argv));
     return 0;

@@ -15,12 +15,9 @@
 #include "design/text.h"
 
 namespace command {
-namespace {
 
 using design::shown;
 using design::text;
-
-}  // namespace
 
 const char* const kOutputHelp = R"(OUTPUT:
   .wav  mono, 16 bits, the amplitude in the upper byte
@@ -78,18 +75,11 @@ void check_length(const std::string& options, double length_ms) {
   throw Failure(kWrongInput, text("%s: the waveform may last %d ms at most", options.c_str(), design::kLongestMs));
 }
 
-void Device::add(CLI::App& command) {
-  command::add(command, "--motor", motor, "Motor model", one_of(motor_words()));
-  add_chip(command);
-}
-
-void Device::add_chip(CLI::App& command) {
-  const char* const help = "Chip type: 0 has 24000 samples a second, 1 has 12000, 11 plays events";
-  command::add(command, "--chip", chip, help, chip_number());
-}
-
-void Device::add_boost(CLI::App& command) {
-  command::add(command, "--boost", boost, "Boost of motor 832", one_of("on|off"));
+void Device::add(CLI::App& command, bool with_motor, bool with_boost) {
+  if (with_motor) command::add(command, "--motor", motor, "Motor model", one_of(motor_words()));
+  command::add(command, "--chip", chip, "Chip type: 0 has 24000 samples a second, 1 12000, 11 plays events",
+               chip_number());
+  if (with_boost) command::add(command, "--boost", boost, "Boost of motor 832", one_of("on|off"));
 }
 
 lrasynth_profile Device::profile(const CLI::App& command) const {
@@ -158,9 +148,8 @@ void Outputs::add(CLI::App& command) {
   view.add(command);
   command.add_flag("--audible", audible, "WAV at 48000 samples a second, for players that refuse less");
   command::add(command, "--format", format, "Form of OUTPUT -", one_of("wav|svg|csv|bin"))->default_str("");
-  command.add_option("OUTPUT", paths, "Files to write, in the form that their ending says, see below")
-      ->check(output_in(".wav|.svg|.csv|.bin"))
-      ->type_name("");
+  add_files(command, "OUTPUT", paths, "Files to write, in the form that their ending says, see below")
+      ->check(output_in(".wav|.svg|.csv|.bin"));
 }
 
 // What an OUTPUT's ending or --format says, like ".wav".
@@ -194,9 +183,8 @@ File Outputs::file(const CLI::App& command, const design::Piece& piece, const st
     return text_file(path, plot_of(piece, resonator, view.shown(whole)), size_of(piece));
   }
   const auto write = [&piece, ending, audible = audible](const Target& target) {
-    const design::Sink sink = [&](std::string_view bytes) { target.write(bytes); };
-    if (ending == ".wav") return (audible ? write_audible_wav : write_wav)(piece.waveform, target);
-    (ending == ".csv" ? design::write_csv : design::write_codes)(piece, sink);
+    if (ending == ".wav") return write_wav(piece.waveform, audible, target);
+    (ending == ".csv" ? design::write_csv : design::write_codes)(piece, [&](auto bytes) { target.write(bytes); });
   };
   return {path, write, size_of(piece)};
 }

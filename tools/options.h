@@ -28,6 +28,16 @@ CLI::Validator one_of(const std::string& words);
 CLI::Validator chip_number();
 std::string motor_words();
 
+// An OUTPUT that ends in one of these, or is standard output.
+CLI::Validator output_in(const std::string& endings);
+std::string ending_of(const std::string& path);
+
+// Adds names of files.
+template <class Value>
+CLI::Option* add_files(CLI::App& command, const std::string& name, Value& value, const std::string& help) {
+  return command.add_option(name, value, help)->type_name("");
+}
+
 // Adds an option for a value of a kind, or for a list of them.
 template <class Value>
 CLI::Option* add(CLI::App& command, const std::string& name, Value& value, const std::string& help,
@@ -35,10 +45,6 @@ CLI::Option* add(CLI::App& command, const std::string& name, Value& value, const
   CLI::Option* const option = command.add_option(name, value, help)->type_name(kind.get_description());
   return option->transform(kind.description(""))->delimiter(',')->allow_extra_args(false)->capture_default_str();
 }
-
-// An OUTPUT, a name or many, that ends in one of these, or is standard output.
-CLI::Validator output_in(const std::string& endings);
-std::string ending_of(const std::string& path);
 
 // Ends the command over an option that is given and does nothing.
 void refuse_idle(const CLI::App& command, std::initializer_list<const char*> options, bool idle, const char* why);
@@ -52,9 +58,7 @@ struct Device {
   int32_t chip = 0;
   std::string boost = "on";
 
-  void add(CLI::App& command);  // motor and chip
-  void add_chip(CLI::App& command);
-  void add_boost(CLI::App& command);
+  void add(CLI::App& command, bool with_motor, bool with_boost);
   lrasynth_profile profile(const CLI::App& command) const;
 };
 

@@ -119,9 +119,8 @@ void add_pattern(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("pattern", "Render a pattern of timed events");
   const auto pattern = std::make_shared<PatternCommand>();
   design::Playback& playback = pattern->playback;
-  command.add_option("FILE", pattern->path, "Pattern in JSON; - is standard input")->required()->type_name("");
-  pattern->device.add(command);
-  pattern->device.add_boost(command);
+  add_files(command, "FILE", pattern->path, "Pattern in JSON; - is standard input")->required();
+  pattern->device.add(command, true, true);
   const auto time = number_in(0, design::kLongestMs);
   add(command, "--loop", playback.loops, "How often it plays", number_in(1, 65535));
   add(command, "--interval", playback.interval_ms, "Silence between two passes in ms", time);

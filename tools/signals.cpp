@@ -48,7 +48,7 @@ void run_sheet(const CLI::App& command, const Signal& signal) {
 void add_tap(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("tap", "Render one tap");
   const auto signal = std::make_shared<Signal>();
-  signal->device.add(command);
+  signal->device.add(command, true, false);
   signal->tap.add(command, true);
   signal->outputs.add(command);
   command.footer(kOutputHelp + std::string("Example:\n  lrasynth tap --level 50 --intensity 80 --response tap.svg"));
@@ -61,11 +61,9 @@ void add_tone(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("tone", "Render a sine burst");
   const auto signal = std::make_shared<Signal>();
   add(command, "--frequency", signal->frequency_hz, "In Hz", number_in(1, 12000))->required()->default_str("");
-  add(command, "--half-periods", signal->half_periods, "Their number", number_in(1, 1'000'000))
-      ->required()
-      ->default_str("");
+  add(command, "--half-periods", signal->half_periods, "Number", number_in(1, 1'000'000))->required()->default_str("");
   add(command, "--amplitude", signal->amplitude, "In sample units", number_in(0, 127))->required()->default_str("");
-  signal->device.add_chip(command);
+  signal->device.add(command, false, false);
   signal->outputs.add(command);
   command.footer(
       kOutputHelp +
@@ -76,13 +74,11 @@ void add_tone(CLI::App& app) {
 void add_sheet(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("sheet", "Draw a motor model's taps and curves");
   const auto signal = std::make_shared<Signal>();
-  signal->device.add(command);
-  signal->device.add_boost(command);
+  signal->device.add(command, true, true);
   add(command, "--levels", signal->levels, "Levels, separated by commas", number_in(0, 100));
   signal->tap.add(command, false);
-  command.add_option("OUTPUT", signal->picture, "The .svg file to write; - is standard output")
+  add_files(command, "OUTPUT", signal->picture, "The .svg file to write; - is standard output")
       ->check(output_in(".svg"))
-      ->type_name("")
       ->required();
   command.footer("Example:\n  lrasynth sheet --motor 1040 --levels 0,20,40,60,80,100 sheet.svg");
   command.callback([signal, &command] { run_sheet(command, *signal); });
