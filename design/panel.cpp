@@ -122,7 +122,7 @@ void draw_response(Svg& picture, const Panel& panel, const Response& response, d
   constexpr double kPixelsPerSwing = 8;  // that can be told apart
   const double pixels = 1000.0 * panel.box.width / (panel.span().length() * response.resonator.hz);
   const bool dense = pixels < kPixelsPerSwing;
-  const auto group = dense ? static_cast<size_t>(std::ceil(pixels)) : size_t{1};
+  const auto group = dense ? static_cast<size_t>(std::max(3.0, std::ceil(pixels))) : size_t{1};
   std::vector<Point> low;
   std::vector<Point> high;
   for (size_t first = 0; first < response.columns.size(); first += group) {

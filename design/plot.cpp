@@ -17,7 +17,8 @@ namespace {
 
 constexpr double kLeft = 80;
 constexpr double kWidth = 880;
-constexpr double kLine = 17;  // from one line of text to the next
+constexpr double kLeastPixels = 3;  // of a section that is marked
+constexpr double kLine = 17;        // from one line of text to the next
 
 bool overlap(Span a, Span b) { return a.from < b.to && b.from < a.to; }
 
@@ -31,7 +32,7 @@ class LabelRow {
     const double half = label_width(words) / 2;
     x = std::clamp(x, kLeft + half, kLeft + kWidth - half);
     if (x - half < free_from_) return std::nullopt;
-    free_from_ = x + half;
+    free_from_ = x + half + 12;
     return x;
   }
 
@@ -78,7 +79,7 @@ class Plot {
 
   void draw_samples(const std::optional<Resonator>& resonator, std::vector<std::string>& foot) {
     const Panel panel = add_panel("amplitude", 30, 290, kAmplitudeAxis);
-    for_sections([&](const Section& section, Span span) {
+    for_sections(kLeastPixels, [&](const Section& section, Span span) {
       const double from = panel.x_at(span.from);
       const Box band = {.x = from, .y = panel.box.y, .width = panel.x_at(span.to) - from, .height = panel.box.height};
       if (section.shaded) picture_.rectangle(band, "band");
@@ -98,43 +99,46 @@ class Plot {
     }
   }
 
-  // Sections too narrow to be seen are left out.
+  // Of a section's part that is shown, where it is long enough.
   template <class Do>
-  void for_sections(Do act) const {
-    constexpr double kLeastPixels = 3;
+  void for_sections(double least_pixels, Do act) const {
     for (const Section& section : waveform_.sections) {
       const Span span = common(section.span, shown_);
       const double pixels = section.span.length() / shown_.length() * kWidth;
-      if (span.length() > 0 && pixels >= kLeastPixels) act(section, span);
+      if (span.length() > 0 && pixels >= least_pixels) act(section, span);
     }
   }
 
   void name_sections(const Panel& panel) {
     LabelRow row;
-    for_sections([&](const Section& section, Span span) {
+    for_sections(0, [&](const Section& section, Span span) {
       const double from = panel.x_at(span.from);
       const double to = panel.x_at(span.to);
       const bool fits = label_width(section.label) <= to - from;
-      if (span.to < shown_.to) picture_.line({to, panel.box.y - (fits ? 20 : 0)}, {to, panel.box.bottom()}, "edge");
+      if (span.to < shown_.to && to - from >= kLeastPixels)
+        picture_.line({to, panel.box.y - (fits ? 20 : 0)}, {to, panel.box.bottom()}, "edge");
       if (section.needs_room && !fits) return;
       const auto x = row.place((from + to) / 2, section.label);
       if (x) picture_.label({*x, panel.box.y - 8}, kMiddle, "", section.label);
     });
   }
 
-  // Every event in every pass that is shown, unless that would only blacken the picture.
+  // Whether events can be told apart; says so where they would only blacken the picture.
+  bool has_room_for_events(const Panel& panel) {
+    constexpr double kLeastPixelsOfPass = 12;
+    const double pixels = score_->pass_start_ms(1) / shown_.length() * kWidth;
+    if (pixels >= kLeastPixelsOfPass || score_->playback().loops == 1) return true;
+    picture_.label({panel.box.x + kWidth / 2, panel.box.y + panel.box.height / 2 - 6}, kMiddle, "",
+                   "too many passes to draw");
+    return false;
+  }
+
+  // Every event in every pass that is shown.
   template <class Do>
-  void for_events(const Panel& panel, Do act) {
-    constexpr double kLeastPixels = 12;  // of a pass
+  void for_events(Do act) {
     const double stride_ms = score_->pass_start_ms(1);
-    const int32_t passes = std::max(1, score_->playback().loops);
-    if (stride_ms / shown_.length() * kWidth < kLeastPixels && passes > 1) {
-      picture_.label({panel.box.x + kWidth / 2, panel.box.y + panel.box.height / 2 + 4}, kMiddle, "",
-                     "too many passes to draw");
-      return;
-    }
-    for (int32_t pass = static_cast<int32_t>(std::max(0.0, std::floor(shown_.from / stride_ms))); pass < passes;
-         ++pass) {
+    const auto first = static_cast<int32_t>(std::max(0.0, std::floor(shown_.from / stride_ms)));
+    for (int32_t pass = first; pass < score_->playback().loops; ++pass) {
       const double start_ms = score_->pass_start_ms(pass);
       if (start_ms >= shown_.to) return;
       for (size_t i = 0; i < score_->events().size(); ++i) {
@@ -167,11 +171,12 @@ class Plot {
     const Panel panel = add_panel("Hz", 40, 90, {0, top, top > 400 ? 200.0 : 100.0});
     draw_grid(picture_, panel);
     label_y(picture_, panel);
-    for_events(panel, [&](size_t i, double start_ms) {
+    picture_.label({kLeft + kWidth, panel.box.y - 8}, kEnd, "small", "carrier; dotted: what the points say");
+    if (!has_room_for_events(panel)) return;
+    for_events([&](size_t i, double start_ms) {
       const Event& event = score_->events()[i];
       event.continuous ? draw_sweeps(panel, i, start_ms) : draw_tap_frequency(panel, event, start_ms + event.start_ms);
     });
-    picture_.label({kLeft + kWidth, panel.box.y - 8}, kEnd, "small", "carrier; dotted: what the points say");
   }
 
   void draw_sweeps(const Panel& panel, size_t i, double pass_start_ms) {
@@ -211,9 +216,10 @@ class Plot {
     const Panel panel = add_panel("events, %", 46, 64, {0, 100, 50});
     draw_grid(picture_, panel);
     label_y(picture_, panel);
+    if (!has_room_for_events(panel)) return;
     LabelRow row;
     for (const bool continuous : {true, false}) {
-      for_events(panel, [&](size_t i, double start_ms) {
+      for_events([&](size_t i, double start_ms) {
         const Event& event = score_->events()[i];
         if (event.continuous != continuous) return;
         continuous ? draw_vibration(panel, i, start_ms) : draw_tap(panel, i, start_ms, row);

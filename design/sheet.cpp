@@ -25,8 +25,8 @@ constexpr Box kFirstTap = {.x = kLeft, .y = kTop, .width = 520, .height = 84};
 constexpr Box kNarrowTap = {.x = kLeft, .y = kTop, .width = 250, .height = 84};
 constexpr double kColumnGap = 70;
 
-// Returns the right end of what was drawn.
-double draw_taps(Svg& picture, const Sheet& sheet) {
+// Returns the right and lower end of what was drawn.
+Point draw_taps(Svg& picture, const Sheet& sheet) {
   std::vector<Waveform> taps;
   double longest_ms = 0;
   for (const int32_t level : sheet.levels) {
@@ -48,10 +48,10 @@ double draw_taps(Svg& picture, const Sheet& sheet) {
     const double end = panel.x_at(taps[i].length_ms());
     picture.line({end, panel.box.y}, {end, panel.box.bottom()}, "edge");
     picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", taps[i].title);
-    picture.label({end, panel.box.y - 7}, kEnd, "", text("%.1f ms", taps[i].length_ms()));
+    picture.label({panel.box.right(), panel.box.y - 7}, kEnd, "", text("%.1f ms", taps[i].length_ms()));
     if (i % rows == rows - 1 || i == taps.size() - 1) label_x(picture, panel, "time in ms");
   }
-  return panel.box.right();
+  return {panel.box.right(), first.y + kTapStride * static_cast<double>(rows - 1) + first.height};
 }
 
 // Over the frequency offset, below one another beside the taps, side by side where they are all.
@@ -98,13 +98,11 @@ std::string sheet_of(const Sheet& sheet) {
     draw_curves(picture, sheet.profile, panel, true);
     return picture.finished(panel.box.x - 50, panel.box.bottom() + kFoot, title);
   }
-  const double right = draw_taps(picture, sheet);
-  panel.box = {.x = right + 80, .y = kTop, .width = 330, .height = 170};
+  const Point end = draw_taps(picture, sheet);
+  panel.box = {.x = end.x + 80, .y = kTop, .width = 330, .height = 170};
   panel.x.step = 25;
   draw_curves(picture, sheet.profile, panel, false);
-  const size_t rows = std::min(kMostRows, sheet.levels.size());
-  const double bottom = std::max(panel.box.y - 84, kFirstTap.y + kTapStride * static_cast<double>(rows) - 32);
-  return picture.finished(panel.box.right() + 24, bottom + kFoot, title);
+  return picture.finished(panel.box.right() + 24, std::max(panel.box.y - 84, end.y) + kFoot, title);
 }
 
 std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& resonator, Span shown) {
