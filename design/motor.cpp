@@ -43,10 +43,6 @@ float gain_at(const lrasynth_profile& profile, int32_t offset) {
   return getIntensityMax(offset);
 }
 
-double amplitude_at(const lrasynth_profile& profile, int32_t intensity, int32_t offset) {
-  return static_cast<double>(gain_at(profile, offset)) * 128.0 * intensity / 100.0;
-}
-
 std::vector<TapSegment> tap_segments(const lrasynth_profile& profile, int32_t level) {
   if (profile.motor_type != LRASYNTH_MOTOR_1040) return {};
   use(profile);

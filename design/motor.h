@@ -41,9 +41,6 @@ float gain_at(const lrasynth_profile& profile, int32_t offset);
 // The largest magnitude that a sample code holds.
 constexpr double kFullScale = 127;
 
-// Amplitude, in sample units, of a continuous vibration at a point.
-double amplitude_at(const lrasynth_profile& profile, int32_t intensity, int32_t offset);
-
 // The four segments of a tap of motor 1040; what the stored bursts of the other motors are made of is not told.
 struct TapSegment {
   const char* name;

@@ -73,7 +73,12 @@ class Inspection {
         inspect_stream_event(i);
       } else {
         inspect_cover(i);
-        event.continuous ? inspect_vibration(i) : inspect_tap(event);
+        if (event.continuous) {
+          inspect_sweeps(event);
+          inspect_end(i);
+        } else {
+          inspect_tap(event);
+        }
       }
     }
     if (is_event_stream(profile_)) inspect_stream_total();
@@ -109,27 +114,6 @@ class Inspection {
     const auto driven = [&](int32_t asked) { return driven_intensity(profile_, event.level, asked); };
     check_tap(profile_, event.level, event.intensity, driven, {event.number, static_cast<double>(event.start_ms), {}},
               warnings_);
-  }
-
-  void inspect_vibration(size_t i) {
-    const Event& event = score_.events()[i];
-    inspect_amplitudes(event);
-    inspect_sweeps(event);
-    inspect_end(i);
-  }
-
-  // An amplitude from 127 on codes its positive peaks as 128; beyond, the byte wraps.
-  void inspect_amplitudes(const Event& event) {
-    for (size_t point = 0; point < event.points.size(); ++point) {
-      const auto [time_ms, intensity, offset] = event.points[point];
-      const double amplitude = amplitude_at(profile_, intensity, offset);
-      if (amplitude < kFullScale) continue;
-      int32_t most = intensity - 1;
-      while (amplitude_at(profile_, most, offset) >= kFullScale) --most;
-      warn(event, event.point_ms(point),
-           text("point %zu: amplitude %.4g goes beyond full scale; intensity %d is the most at offset %d", point + 1,
-                amplitude, most, offset));
-    }
   }
 
   void inspect_sweeps(const Event& event) {

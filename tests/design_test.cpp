@@ -2,6 +2,7 @@
 // What is told of a design: faults, warnings, where events are heard, the motor's response.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -159,7 +160,10 @@ TEST(Tap, FalsePeaksAreFound) {
     const lrasynth_profile profile = lrasynth_profile_of(0, motor, 1);
     int levels = 0;
     for (int32_t level = 0; level <= 100; ++level) {
-      levels += static_cast<int>(warnings_of_tap(profile, level, 100).size());
+      for (const Warning& warning : warnings_of_tap(profile, level, 100)) {
+        EXPECT_TRUE(line_of(warning).ends_with("; intensity 99 has none"));
+        ++levels;
+      }
       EXPECT_TRUE(warnings_of_tap(profile, level, 99).empty());
     }
     EXPECT_EQ(levels, motor == LRASYNTH_MOTOR_1040 ? 39 : 0);
@@ -187,6 +191,7 @@ TEST(Score, EventsAreHeardWhereNothingPlaysOverThem) {
     const lrasynth_profile profile = lrasynth_profile_of(up_to(1), kMotors[up_to(2)], 1);
     const Score score(profile, {2, 3, LRASYNTH_NO_LIMIT}, read_pattern(in_events(events)).events);
     std::vector<uint8_t> expected(static_cast<size_t>(score.length()));
+    std::vector<int> heard_times(expected.size());
     for (size_t i = 0; i < score.events().size(); ++i) {
       const Waveform alone = event_waveform(profile, score.events()[i]);
       std::vector<uint8_t> codes(static_cast<size_t>(alone.length));
@@ -198,12 +203,14 @@ TEST(Score, EventsAreHeardWhereNothingPlaysOverThem) {
           const int64_t to = std::llround(span.to * profile.sample_rate / 1000);
           const int64_t at = std::llround((heard.from + pass_ms) * profile.sample_rate / 1000);
           std::copy(codes.begin() + from, codes.begin() + to, expected.begin() + at);
+          std::for_each_n(heard_times.begin() + at, to - from, [](int& times) { ++times; });
         }
       }
     }
     std::vector<uint8_t> played(expected.size());
     score.read(0, played);
     ASSERT_EQ(played, expected) << events;
+    ASSERT_LE(*std::max_element(heard_times.begin(), heard_times.end()), 1) << events;
   }
 }
 

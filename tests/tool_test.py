@@ -264,6 +264,11 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(sorted(drawn), sorted(committed))
         self.assertEqual([name for name in drawn if drawn[name] != committed[name]], [])
 
+    def test_numbers_are_decimal(self):
+        taps = [self.output_of("tap", "--level", level, "--format", "bin", "-") for level in ("010", "10", "8")]
+        self.assertEqual(taps[0], taps[1])
+        self.assertNotEqual(taps[0], taps[2])
+
     def test_audible_wav_keeps_the_tone(self):
         self.output_of("tone", "--frequency", 100, "--half-periods", 20, "--amplitude", 100, "--audible", "x.wav")
         with wave.open(str(self.directory / "x.wav")) as file:
