@@ -71,9 +71,9 @@ void write_codes(const Piece& piece, const Sink& sink) {
 }
 
 std::string size_of(const Piece& piece) {
-  const auto length = static_cast<long long>(piece.waveform.length);
-  if (piece.is_stream()) return text("%lld bytes of event stream", length);
-  return text("%lld samples, %.1f ms", length, piece.waveform.length_ms());
+  const int64_t length = piece.waveform.length;
+  if (piece.is_stream()) return counted(length, "byte") + " of event stream";
+  return counted(length, "sample") + text(", %.1f ms", piece.waveform.length_ms());
 }
 
 std::string c_array(const std::vector<int32_t>& request) {

@@ -2,6 +2,7 @@
 // JSON as a tree with places, from the events of a parser that throws nothing.
 #include "design/json.h"
 
+#include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -43,7 +44,11 @@ class TreeBuilder {
  public:
   explicit TreeBuilder(std::string_view text) : text_(text), reached_(text.data()), placed_(text.data()) {}
 
+  // The parser takes a NUL for the text's end.
   JsonText build() {
+    if (const size_t nul = text_.find('\0'); nul != text_.npos) {
+      return {std::nullopt, {0, place_of(text_.substr(nul)), "is not JSON: a NUL character"}};
+    }
     const Cursor first(text_.data(), &reached_);
     const Cursor last(text_.data() + text_.size(), &reached_);
     if (Library::sax_parse(first, last, this)) return {std::move(root_), {}};
@@ -75,6 +80,11 @@ class TreeBuilder {
 
   // What the parser says: "[...] parse error at line 1, column 5: cause; last read: 'token'; expected ...".
   bool parse_error(size_t, const std::string& token, const nlohmann::detail::exception& error) {
+    constexpr int kOutOfRange = 406;
+    if (error.id == kOutOfRange) {
+      fault_ = {0, place_of(number()), "must be a number that can be held, not " + shown(token)};
+      return false;
+    }
     const std::string_view said = error.what();
     const size_t column = said.find("column ");
     const size_t cause = column == said.npos ? 0 : said.find(": ", column) + 2;
@@ -161,10 +171,8 @@ class TreeBuilder {
 }  // namespace
 
 const JsonValue* JsonValue::member(std::string_view name) const {
-  for (size_t i = names.size(); i-- > 0;) {
-    if (names[i] == name) return &items[i];
-  }
-  return nullptr;
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end() ? nullptr : &items[static_cast<size_t>(found - names.begin())];
 }
 
 JsonText read_json(std::string_view text) { return TreeBuilder(text).build(); }

@@ -23,7 +23,7 @@ struct JsonValue {
   std::vector<std::string> names;
   std::vector<Place> name_places;
 
-  // The last member of that name, null where there is none.
+  // The first member of that name, null where there is none.
   const JsonValue* member(std::string_view name) const;
 };
 

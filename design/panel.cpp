@@ -143,8 +143,7 @@ void draw_response(Svg& picture, const Panel& panel, const Response& response, d
 
 std::string words_of(const Response& response) {
   return text(
-      "estimated displacement at %.4g Hz, Q %.4g: rise to 90 %% %.1f ms, ring-down to 10 %% %.1f ms, peak %.1f %%,"
-      " effective %.1f %%",
+      "estimated displacement at %.4g Hz, Q %.4g: rise %.1f ms, ring-down %.1f ms, peak %.1f %%, effective %.1f %%",
       response.resonator.hz, response.resonator.quality, response.rise_ms, response.ring_down_ms, 100 * response.peak,
       100 * response.effective);
 }

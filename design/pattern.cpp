@@ -18,15 +18,16 @@ void put_last_end_last(std::vector<Event>& events, const lrasynth_profile& profi
   const auto last = std::max_element(events.rbegin(), events.rend(), earlier_end).base() - 1;
   const auto same_kind = [&](const Event& event) { return event.continuous == last->continuous; };
   const bool can_move = std::none_of(last + 1, events.end(), same_kind);
-  Event closing;
-  closing.continuous = true;
-  closing.start_ms = static_cast<int32_t>(std::ceil(end_ms(*last, profile)));
-  while (is_type(closing.start_ms)) ++closing.start_ms;
-  const bool ends_whole = closing.start_ms == end_ms(*last, profile);
-  const bool can_close = limit_ms < 0 || closing.start_ms <= limit_ms;
-  if (can_move && (ends_whole || !can_close)) {
+  auto end = static_cast<int32_t>(std::ceil(end_ms(*last, profile)));
+  const bool is_cut = end != end_ms(*last, profile);
+  while (is_type(end)) ++end;
+  const bool can_close = limit_ms < 0 || end <= limit_ms;
+  if (can_move && !(is_cut && can_close)) {
     std::rotate(last, last + 1, events.end());
   } else {
+    Event closing;
+    closing.continuous = true;
+    closing.start_ms = end;
     events.push_back(closing);
   }
 }
@@ -36,7 +37,7 @@ void put_last_end_last(std::vector<Event>& events, const lrasynth_profile& profi
 std::string line_of(const Fault& fault, const std::string& file) {
   std::string line = file + ":";
   if (fault.place.line > 0) line += text("%zu:%zu:", fault.place.line, fault.place.column);
-  if (fault.event > 0) line += text(" event %d,", fault.event);
+  if (fault.event > 0) line += text(" event %d:", fault.event);
   return line + " " + fault.what;
 }
 
@@ -47,7 +48,8 @@ void Faults::add(Fault fault) {
 std::vector<std::string> Faults::lines(const std::string& file) const {
   std::vector<std::string> lines;
   for (const Fault& fault : listed) lines.push_back(line_of(fault, file));
-  if (count > kMostListed) lines.push_back(text("%s: %zu more faults", file.c_str(), count - kMostListed));
+  if (count > kMostListed)
+    lines.push_back(file + ": " + counted(static_cast<int64_t>(count - kMostListed), "more fault"));
   return lines;
 }
 

@@ -54,7 +54,7 @@ struct Fault {
   std::string what;
 };
 
-// "3:12: event 1, level: ...", with the file's name before it.
+// "3:12: event 1: level: ...", with the file's name before it.
 std::string line_of(const Fault& fault, const std::string& file);
 
 // The faults of a file as far as anybody reads on, and how many there are.

@@ -172,7 +172,8 @@ PatternFile read_pattern(std::string_view json) {
   const JsonValue& root = *parsed.root;
   const JsonValue* const events = root.member("events");
   if (events == nullptr || events->kind != Kind::kList || events->items.empty()) {
-    file.faults.add({0, root.place, "must be an object with events, a list of at least one"});
+    const Place place = events == nullptr ? root.place : events->place;
+    file.faults.add({0, place, "must be an object with events, a list of at least one"});
     return file;
   }
   report_names(

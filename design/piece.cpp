@@ -17,7 +17,8 @@ Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensit
 
 Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude) {
   Piece piece = {.waveform = tone_waveform(profile, frequency_hz, half_periods, amplitude)};
-  piece.waveform.title = text("Tone: %d Hz, %d half-periods, amplitude %d", frequency_hz, half_periods, amplitude);
+  piece.waveform.title =
+      text("Tone: %d Hz, ", frequency_hz) + counted(half_periods, "half-period") + text(", amplitude %d", amplitude);
   piece.warnings = warnings_of_tone(piece.waveform, amplitude);
   return piece;
 }

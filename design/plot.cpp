@@ -20,8 +20,6 @@ constexpr double kWidth = 880;
 constexpr double kLeastPixels = 3;  // of a section that is marked
 constexpr double kLine = 17;        // from one line of text to the next
 
-bool overlap(Span a, Span b) { return a.from < b.to && b.from < a.to; }
-
 Span common(Span a, Span b) { return {std::max(a.from, b.from), std::min(a.to, b.to)}; }
 
 // Keeps labels of one row apart, and inside the width of the panels.
@@ -51,9 +49,6 @@ class Plot {
 
   std::string draw(const std::optional<Resonator>& resonator) {
     picture_.label({kLeft, 32}, kStart, "title", waveform_.title);
-    picture_.label(
-        {kLeft + kWidth, 32}, kEnd, "",
-        text("%lld samples, %d a second", static_cast<long long>(waveform_.length), waveform_.profile.sample_rate));
     std::vector<std::string> foot;
     draw_samples(resonator, foot);
     if (score_ != nullptr) {
@@ -61,7 +56,9 @@ class Plot {
       draw_events();
     }
     label_x(picture_, last_, time_words(time_));
-    bottom_ += 48;
+    picture_.label({kLeft, bottom_ + 36}, kStart, "",
+                   counted(waveform_.length, "sample") + text(", %d a second", waveform_.profile.sample_rate));
+    bottom_ += 53;
     for (const std::string& line : foot) write_line("", line);
     write_warnings();
     return picture_.finished(kLeft + kWidth + 24, bottom_, waveform_.title);
@@ -90,11 +87,11 @@ class Plot {
     if (resonator) {
       const Response response = response_of(waveform_, *resonator, shown_, response_columns(panel));
       if (response.peak > 0) draw_response(picture_, panel, response, response.peak);
-      foot.push_back("dashed: " + words_of(response));
+      foot.push_back("dashed, its peak at full height: " + words_of(response));
     }
     name_sections(panel);
     for (const Warning& warning : warnings_) {
-      if (warning.event == 0 || !overlap({warning.at_ms, warning.at_ms + 1e-9}, shown_)) continue;
+      if (warning.event == 0 || !is_shown(warning)) continue;
       picture_.label({panel.x_at(warning.at_ms), panel.box.y + 13}, kMiddle, "warning", "!");
     }
   }
@@ -158,7 +155,12 @@ class Plot {
   double highest_hz() const {
     double highest = 200;
     for (const Event& event : score_->events()) {
-      if (!event.continuous) continue;
+      if (!event.continuous) {
+        for (const TapSegment& segment : tap_segments(score_->profile(), event.level)) {
+          highest = std::max(highest, static_cast<double>(segment.hz));
+        }
+        continue;
+      }
       for (const Sweep& sweep : sweeps_of(score_->profile(), event)) {
         highest = std::max({highest, sweep.from_hz, sweep.to_hz, std::fabs(sweep.reached_hz())});
       }
@@ -175,7 +177,7 @@ class Plot {
     if (!has_room_for_events(panel)) return;
     for_events([&](size_t i, double start_ms) {
       const Event& event = score_->events()[i];
-      event.continuous ? draw_sweeps(panel, i, start_ms) : draw_tap_frequency(panel, event, start_ms + event.start_ms);
+      event.continuous ? draw_sweeps(panel, i, start_ms) : draw_tap_frequency(panel, i, start_ms);
     });
   }
 
@@ -204,10 +206,16 @@ class Plot {
     draw({turn, part.to});
   }
 
-  void draw_tap_frequency(const Panel& panel, const Event& event, double at_ms) {
+  void draw_tap_frequency(const Panel& panel, size_t i, double pass_start_ms) {
+    const Event& event = score_->events()[i];
+    double at_ms = event.start_ms;
     for (const TapSegment& segment : tap_segments(score_->profile(), event.level)) {
-      if (segment.hz > 0) draw_line(panel, {at_ms, at_ms + segment.length_ms}, segment.hz, segment.hz, "curve");
-      at_ms += segment.length_ms;
+      const Span sounds = {at_ms, at_ms + segment.length_ms};
+      at_ms = sounds.to;
+      if (segment.hz == 0) continue;
+      for (const Span& heard : score_->heard(i)) {
+        draw_line(panel, common(sounds, heard).moved(pass_start_ms), segment.hz, segment.hz, "curve");
+      }
     }
   }
 
@@ -283,10 +291,22 @@ class Plot {
     bottom_ += kLine;
   }
 
+  // Of what is shown, where only a part is.
   void write_warnings() {
     constexpr size_t kMost = 6;
-    for (size_t i = 0; i < std::min(kMost, warnings_.size()); ++i) write_line("", "! " + line_of(warnings_[i]));
-    if (warnings_.size() > kMost) write_line("", text("! and %zu more warnings", warnings_.size() - kMost));
+    size_t written = 0;
+    for (const Warning& warning : warnings_) {
+      if (written == kMost || !is_shown(warning)) continue;
+      write_line("", "! " + line_of(warning));
+      ++written;
+    }
+    if (written < warnings_.size()) {
+      write_line("", "! and " + counted(static_cast<int64_t>(warnings_.size() - written), "more warning"));
+    }
+  }
+
+  bool is_shown(const Warning& warning) const {
+    return warning.event == 0 || (warning.at_ms >= shown_.from && warning.at_ms <= shown_.to);
   }
 
   const Waveform& waveform_;

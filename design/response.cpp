@@ -59,7 +59,8 @@ Response response_of(const Waveform& waveform, Resonator resonator, Span shown, 
     strongest = std::max(strongest, envelope);
     if (i < waveform.length) squares += displacement * displacement;
   };
-  swing(waveform, resonator, measure, [](double) { return false; });
+  const auto swings_on = [&](double envelope) { return strongest > 0 && envelope >= 0.1 * strongest; };
+  swing(waveform, resonator, measure, swings_on);
   if (response.peak == 0) return response;
   response.effective = std::sqrt(squares / static_cast<double>(waveform.length));
 
@@ -77,7 +78,7 @@ Response response_of(const Waveform& waveform, Resonator resonator, Span shown, 
     Response::Extremes& extremes = response.columns[static_cast<size_t>(column)];
     extremes = {std::min(extremes.low, displacement), std::max(extremes.high, displacement)};
   };
-  swing(waveform, resonator, place, [&](double envelope) { return envelope >= 0.1 * strongest; });
+  swing(waveform, resonator, place, swings_on);
   response.rise_ms = waveform.ms_of(first_strong + 1);
   response.felt_ms = waveform.ms_of(last_felt + 1);
   response.ring_down_ms = waveform.ms_of(last_felt - last_strong);

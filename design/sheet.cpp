@@ -33,6 +33,7 @@ Point draw_taps(Svg& picture, const Sheet& sheet) {
     const int32_t driven = sheet.in_pattern ? driven_intensity(sheet.profile, level, sheet.intensity) : sheet.intensity;
     taps.push_back(tap_waveform(sheet.profile, level, driven));
     taps.back().title = text("level %d", level) + (sheet.in_pattern ? text(", driven at %d %%", driven) : "");
+    if (!warnings_of_tap(sheet.profile, level, driven).empty()) taps.back().title += " !";
     longest_ms = std::max(longest_ms, taps.back().length_ms());
   }
   const size_t columns = (taps.size() + kMostRows - 1) / kMostRows;
@@ -129,17 +130,17 @@ std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& res
     draw_waveform(picture, panel, pieces[i].waveform);
     if (full > 0) draw_response(picture, panel, responses[i], full);
     picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", pieces[i].waveform.title);
-    double y = panel.box.y + 10;
+    double y = panel.box.y + 6;
     for (const auto& [name, value] : numbers_of(pieces[i], responses[i])) {
       picture.label({panel.box.right() + 14, y}, kStart, "", name);
-      picture.label({panel.box.right() + 260, y}, kEnd, "strong", value);
-      y += 15;
+      picture.label({panel.box.right() + 300, y}, kEnd, "strong", value);
+      y += 14;
     }
     panel.box.y += kStride;
   }
   panel.box.y -= kStride;
   label_x(picture, panel, time_words(panel.x));
-  return picture.finished(panel.box.right() + 280, panel.box.bottom() + kFoot, title);
+  return picture.finished(panel.box.right() + 320, panel.box.bottom() + kFoot, title);
 }
 
 }  // namespace design

@@ -15,7 +15,8 @@ namespace {
 std::string words_of(const lrasynth_profile& profile, const Event& event) {
   if (!event.continuous) {
     const int32_t driven = driven_intensity(profile, event.level, event.intensity);
-    const std::string share = driven == event.intensity ? "" : text(", driven at %d %%", driven);
+    const std::string share =
+        driven == event.intensity || is_event_stream(profile) ? "" : text(", driven at %d %%", driven);
     return text("tap, level %d, intensity %d %%", event.level, event.intensity) + share;
   }
   const auto [low, high] = std::minmax_element(event.points.begin(), event.points.end(),
@@ -46,6 +47,7 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
       {"length", text("%.1f ms", piece.waveform.length_ms())},
       {"peak", text("%d", strength.peak)},
       {"effective", text("%.1f", strength.effective)},
+      {"estimate for", text("%.4g Hz, Q %.4g", response.resonator.hz, response.resonator.quality)},
       {"estimated rise to 90 %", text("%.1f ms", response.rise_ms)},
       {"estimated ring-down to 10 %", text("%.1f ms", response.ring_down_ms)},
       {"estimated peak", text("%.1f %%", 100 * response.peak)},
@@ -74,12 +76,12 @@ std::string table_of(const std::vector<Piece>& pieces, const Resonator& resonato
   std::vector<std::string> rows;
   for (size_t i = 0; i < pieces.size(); ++i) {
     names += text("%zu: ", i + 1) + pieces[i].waveform.title + "\n";
-    head += text("%12zu", i + 1);
+    head += text("%16zu", i + 1);
     const auto numbers = numbers_of(pieces[i], response_of(pieces[i].waveform, resonator));
     rows.resize(numbers.size());
     for (size_t row = 0; row < rows.size(); ++row) {
       if (i == 0) rows[row] = text("%-28s", numbers[row].first.c_str());
-      rows[row] += text("%12s", numbers[row].second.c_str());
+      rows[row] += text("%16s", numbers[row].second.c_str());
     }
   }
   std::string lines = names + head + "\n";

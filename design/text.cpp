@@ -30,8 +30,9 @@ size_t length_of_character(std::string_view raw) {
   return valid && follows(1) && follows(2) && follows(3) ? 4 : 0;
 }
 
-// C0, C1 and DEL.
+// C0, C1, DEL, and the two characters that no XML may hold.
 bool is_control(std::string_view character) {
+  if (character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") return true;
   const auto byte = [&](size_t i) { return static_cast<uint8_t>(character[i]); };
   return byte(0) < 0x20 || byte(0) == 0x7F || (byte(0) == 0xC2 && byte(1) < 0xA0);
 }
@@ -66,6 +67,10 @@ std::string shown(std::string_view raw, size_t most_characters) {
     at += character.size();
   }
   return line;
+}
+
+std::string counted(int64_t count, const char* what) {
+  return text("%lld %s%s", static_cast<long long>(count), what, count == 1 ? "" : "s");
 }
 
 std::string echo(std::string_view word) { return word.empty() ? "an empty word" : shown(word); }

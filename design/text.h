@@ -13,6 +13,9 @@ namespace design {
 // What printf would print.
 [[gnu::format(printf, 1, 2)]] std::string text(const char* format, ...);
 
+// "1 sample", "2 samples"
+std::string counted(int64_t count, const char* what);
+
 // Foreign bytes for one line of a message or a picture: control characters and what is no UTF-8 as \xHH, and what is
 // longer than that many characters cut, with "..." behind.
 std::string shown(std::string_view raw, size_t most_characters = 40);

@@ -41,8 +41,8 @@ int64_t false_peaks(const Waveform& waveform, Span span) {
 }
 
 std::string peaks_text(int64_t count, const std::string& most) {
-  return text("%lld positive peak%s coded as 128, which a driver reads as -128; %s has none",
-              static_cast<long long>(count), count == 1 ? " is" : "s are", most.c_str());
+  return counted(count, "positive peak") + (count == 1 ? " is" : " are") +
+         " coded as 128, which a driver reads as -128; " + most + " has none";
 }
 
 // Of a tap in a pattern or by itself, 0 < asked <= 100.
@@ -64,7 +64,12 @@ void check_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity
 // The warnings of one pattern.
 class Inspection {
  public:
-  explicit Inspection(const Score& score) : score_(score), profile_(score.profile()) {}
+  explicit Inspection(const Score& score) : score_(score), profile_(score.profile()) {
+    for (size_t i = 0; i < score.events().size(); ++i) {
+      for (const Span& heard : score.heard(i)) starts_.push_back(heard.from);
+    }
+    std::sort(starts_.begin(), starts_.end());
+  }
 
   std::vector<Warning> run() {
     for (size_t i = 0; i < score_.events().size(); ++i) {
@@ -74,7 +79,7 @@ class Inspection {
       } else {
         inspect_cover(i);
         if (event.continuous) {
-          inspect_sweeps(event);
+          inspect_sweeps(i);
           inspect_end(i);
         } else {
           inspect_tap(event);
@@ -94,20 +99,24 @@ class Inspection {
 
   // Of two events of one kind the one that starts later plays; a tap in a vibration is meant so.
   void inspect_cover(size_t i) {
-    const Event& event = score_.events()[i];
-    const Span span = score_.span_of(i);
-    const double missing_ms = end_ms(event, profile_) - span.to;
-    if (missing_ms > 0) warn(event, 0, text("its last %.3g ms are cut", missing_ms));
-    if (span.length() <= 0) return;
     const auto& events = score_.events();
-    const auto rival = std::find_if(events.begin() + static_cast<std::ptrdiff_t>(i) + 1, events.end(),
-                                    [&](const Event& later) { return later.continuous == event.continuous; });
-    const bool overlaps = rival != events.end() && rival->start_ms < span.to;
-    if (score_.heard(i).empty()) {
-      warn(event, 0, overlaps ? text("never plays: event %d covers it", rival->number) : "never plays: taps cover it");
-    } else if (overlaps) {
-      warn(event, rival->start_ms - event.start_ms, text("event %d plays over it", rival->number));
+    const Span span = score_.span_of(i);
+    const double missing_ms = end_ms(events[i], profile_) - span.to;
+    if (missing_ms > 0) warn(events[i], 0, text("its last %.3g ms are cut", missing_ms));
+    const bool never = score_.heard(i).empty() && span.length() > 0;
+    for (size_t j = i + 1; j < events.size() && events[j].start_ms < span.to; ++j) {
+      if (events[j].continuous != events[i].continuous) continue;
+      const bool covers = events[j].start_ms == span.from && score_.span_of(j).to >= span.to;
+      if (never && covers) return warn(events[i], 0, text("never plays: event %d covers it", events[j].number));
+      if (never || !is_heard(j, span)) continue;
+      return warn(events[i], events[j].start_ms - span.from, text("event %d plays over it", events[j].number));
     }
+    if (never) warn(events[i], 0, "never plays: other events cover it");
+  }
+
+  bool is_heard(size_t event, Span within) const {
+    const auto& heard = score_.heard(event);
+    return std::any_of(heard.begin(), heard.end(), [&](Span span) { return overlap(span, within); });
   }
 
   void inspect_tap(const Event& event) {
@@ -116,16 +125,18 @@ class Inspection {
               warnings_);
   }
 
-  void inspect_sweeps(const Event& event) {
+  void inspect_sweeps(size_t i) {
+    const Event& event = score_.events()[i];
     for (const Sweep& sweep : sweeps_of(profile_, event)) {
       const size_t to = sweep.to_point;
-      if (event.points[to - 1].intensity == 0 && event.points[to].intensity == 0) continue;
+      const bool silent = event.points[to - 1].intensity == 0 && event.points[to].intensity == 0;
+      if (silent || !is_heard(i, sweep.span.moved(event.start_ms))) continue;
       const double off_hz = std::fabs(sweep.reached_hz() - sweep.to_hz);
       if (off_hz <= kFarFromPoint * sweep.to_hz) continue;
-      const std::string way = sweep.reached_hz() < 0 ? text("runs through 0 Hz and back to %.0f", -sweep.reached_hz())
-                                                     : text("reaches %.0f", sweep.reached_hz());
-      warn(event, sweep.span.from,
-           text("from point %zu to %zu its carrier %s Hz, not %.0f Hz", to, to + 1, way.c_str(), sweep.to_hz));
+      const std::string way = sweep.reached_hz() < 0
+                                  ? text("runs through 0 Hz and back up to %.0f Hz", -sweep.reached_hz())
+                                  : text("reaches %.0f Hz, not %.0f Hz", sweep.reached_hz(), sweep.to_hz);
+      warn(event, sweep.span.from, text("from point %zu to %zu its carrier %s", to, to + 1, way.c_str()));
     }
   }
 
@@ -138,17 +149,12 @@ class Inspection {
     uint8_t code = 0;
     if (alone.length > 0) alone.read(alone.length - 1, {&code, 1});
     const int last = amplitude(code);
-    if (std::abs(last) < kFarFromRest || starts_at(span.to)) return;
+    if (std::abs(last) < kFarFromRest || plays_on_at(span.to)) return;
     warn(event, span.length(), text("ends far from rest, at amplitude %d", last));
   }
 
-  // Whether the next event follows without a gap.
-  bool starts_at(double ms) const {
-    const auto& events = score_.events();
-    const auto next =
-        std::partition_point(events.begin(), events.end(), [&](const Event& event) { return event.start_ms < ms; });
-    return next != events.end() && next->start_ms == ms;
-  }
+  // Whether any event is heard from there on.
+  bool plays_on_at(double ms) const { return std::binary_search(starts_.begin(), starts_.end(), ms); }
 
   void inspect_stream_event(size_t i) {
     const Event& event = score_.events()[i];
@@ -174,6 +180,7 @@ class Inspection {
 
   const Score& score_;
   lrasynth_profile profile_;
+  std::vector<double> starts_;  // of all that is heard, ascending
   std::vector<Warning> warnings_;
 };
 
@@ -201,16 +208,19 @@ std::vector<Warning> warnings_of(const Score& score) { return Inspection(score).
 
 Jump largest_restart(const Score& score) {
   Jump largest;
-  for (const Event& event : score.events()) {
+  for (size_t i = 0; i < score.events().size(); ++i) {
+    const Event& event = score.events()[i];
     if (!event.continuous) continue;
     const Waveform alone = event_waveform(score.profile(), event);
     for (size_t point = 1; point < 3; ++point) {
       const int64_t at = static_cast<int64_t>(score.profile().sample_rate / 1000) * event.point_ms(point);
-      if (at < 1 || at >= alone.length) continue;
+      const double at_ms = event.start_ms + event.point_ms(point);
+      const auto& heard = score.heard(i);
+      const auto inside = [&](Span span) { return span.from < at_ms && at_ms < span.to; };
+      if (at < 1 || at >= alone.length || std::none_of(heard.begin(), heard.end(), inside)) continue;
       uint8_t around[2];
       alone.read(at - 1, around);
       const int height = std::abs(amplitude(around[1]) - amplitude(around[0]));
-      const double at_ms = event.start_ms + event.point_ms(point);
       if (height > largest.height) largest = {event.number, at_ms, height};
     }
   }

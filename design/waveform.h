@@ -22,6 +22,8 @@ struct Span {
   Span moved(double by) const { return {from + by, to + by}; }
 };
 
+constexpr bool overlap(Span a, Span b) { return a.from < b.to && b.from < a.to; }
+
 // A stretch of time that plots name and shade.
 struct Section {
   Span span;

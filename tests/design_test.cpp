@@ -45,40 +45,41 @@ TEST(Pattern, FaultsHavePlaceAndCause) {
        {"f:3:3: is not JSON: syntax error while parsing object key - unexpected ']'; expected string literal"}},
       {in_events(tap(0, 1, 2)) + " x",
        {"f:1:71: is not JSON: syntax error while parsing value - invalid literal, after 2}]} x"}},
+      {in_events(tap(0, 1, 2)) + std::string("\0x", 2), {"f:1:69: is not JSON: a NUL character"}},
+      {"{\"events\":[1e400]}", {"f:1:12: must be a number that can be held, not 1e400"}},
       {std::string(20, '['), {"f:1:17: is nested too deeply"}},
       {"[]", {"f:1:1: must be an object with events, a list of at least one"}},
-      {in_events(""), {"f:1:1: must be an object with events, a list of at least one"}},
+      {in_events(""), {"f:1:12: must be an object with events, a list of at least one"}},
       {"{\"na\\u00e4me\":1,\"events\":[" + tap(0, 1, 2) + "],\"x\\n\":0}",
        {"f:1:2: na\u00e4me: is no field of a pattern", "f:1:83: x\\x0A: is no field of a pattern"}},
-      {in_events("7"), {"f:1:13: event 1, must be an object, not 7"}},
+      {in_events("7"), {"f:1:13: event 1: must be an object, not 7"}},
       {in_events("\"\u00e4\",{\"type\":\"\\\"wobble\\\"\"}"),
-       {"f:1:13: event 1, must be an object, not \"\u00e4\"",
-        "f:1:25: event 2, type: must be transient or continuous, not \"\\\"wobble\\\"\""}},
-      {in_events("{}"), {"f:1:13: event 1, type: is missing"}},
+       {"f:1:13: event 1: must be an object, not \"\u00e4\"",
+        "f:1:25: event 2: type: must be transient or continuous, not \"\\\"wobble\\\"\""}},
+      {in_events("{}"), {"f:1:13: event 1: type: is missing"}},
       {in_events(R"({"type":"transient","start":-1,"level":1e2,"intensity":18446744073709551616,"colour":[]})"),
-       {"f:1:41: event 1, start: must be a whole number from 0 to 600000, not -1",
-        "f:1:68: event 1, intensity: must be a whole number from 0 to 100, not 18446744073709551616",
-        "f:1:52: event 1, level: must be a whole number from 0 to 100, not 1e2",
-        "f:1:89: event 1, colour: is no field of a transient"}},
+       {"f:1:41: event 1: start: must be a whole number from 0 to 600000, not -1",
+        "f:1:68: event 1: intensity: must be a whole number from 0 to 100, not 18446744073709551616",
+        "f:1:52: event 1: level: must be a whole number from 0 to 100, not 1e2",
+        "f:1:89: event 1: colour: is no field of a transient"}},
       {in_events(R"({"type":"transient","start":0,"start":[],"level":null,"intensity":"a)" + std::string(60, 'b') +
                  "\"}"),
-       {"f:1:51: event 1, start: must be a whole number from 0 to 600000, not a list",
-        "f:1:79: event 1, intensity: must be a whole number from 0 to 100, not \"a" + std::string(38, 'b') + "...",
-        "f:1:62: event 1, level: must be a whole number from 0 to 100, not null",
-        "f:1:33: event 1, start: stands there twice"}},
+       {"f:1:79: event 1: intensity: must be a whole number from 0 to 100, not \"a" + std::string(38, 'b') + "...",
+        "f:1:62: event 1: level: must be a whole number from 0 to 100, not null",
+        "f:1:43: event 1: start: stands there twice"}},
       {in_events(tap(4096, 1, 1) + ",\n" + tap(4097, 1, 1)),
-       {"f:1:41: event 1, start: 4096 would read as the start of an event, take 4095",
-        "f:2:29: event 2, start: 4097 would read as the start of an event, take 4098"}},
+       {"f:1:41: event 1: start: 4096 would read as the start of an event, take 4095",
+        "f:2:29: event 2: start: 4097 would read as the start of an event, take 4098"}},
       {in_events(curve(0, 0, "")),
-       {"f:1:55: event 1, duration: must be a whole number from 1 to 600000, not 0",
-        "f:1:66: event 1, points: must be a list of four"}},
+       {"f:1:55: event 1: duration: must be a whole number from 1 to 600000, not 0",
+        "f:1:66: event 1: points: must be a list of four"}},
       {in_events(curve(0, 30, "[0,0,0],[10,80],[20,101,-51],[30,0,0]")),
-       {"f:1:76: event 1, point 2: must be [time, intensity, offset]",
-        "f:1:88: event 1, point 3, intensity: must be a whole number from 0 to 100, not 101",
-        "f:1:92: event 1, point 3, offset: must be a whole number from -50 to 50, not -51"}},
+       {"f:1:76: event 1: point 2: must be [time, intensity, offset]",
+        "f:1:88: event 1: point 3, intensity: must be a whole number from 0 to 100, not 101",
+        "f:1:92: event 1: point 3, offset: must be a whole number from -50 to 50, not -51"}},
       {in_events(curve(0, 31, "[0,0,0],[20,80,0],[10,80,0],[30,0,0]")),
-       {"f:1:67: event 1, points: times must not decrease",
-        "f:1:67: event 1, points: times must span the duration, 31 ms, not 30 ms"}},
+       {"f:1:67: event 1: points: times must not decrease",
+        "f:1:67: event 1: points: times must span the duration, 31 ms, not 30 ms"}},
       {in_events(curve(0, 30, fade.c_str()) + "," + tap(5, 100, 100)), {}},
   };
   for (const auto& row : rows) {
@@ -109,7 +110,7 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
        1,
        -1,
        curve(3, 4, "[0,80,0],[1,80,0],[2,80,0],[4,80,0]") + "," + tap(2, 80, 50),
-       {"event 1 at 3 ms: never plays: taps cover it"}},
+       {"event 1 at 3 ms: never plays: other events cover it"}},
       {1040,
        0,
        1,
@@ -121,7 +122,7 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
        1,
        -1,
        curve(2, 100, "[0,80,50],[50,0,-50],[100,0,0],[100,0,0]"),
-       {"event 1 at 2 ms: from point 1 to 2 its carrier runs through 0 Hz and back to 130 Hz, not 90 Hz"}},
+       {"event 1 at 2 ms: from point 1 to 2 its carrier runs through 0 Hz and back up to 130 Hz"}},
       {9595,
        0,
        1,
@@ -152,6 +153,17 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
          warnings_of(Score(lrasynth_profile_of(row.chip, row.motor, 1), playback, file.events)))
       lines.push_back(line_of(warning));
     EXPECT_THAT(lines, ElementsAreArray(row.lines)) << row.events;
+  }
+}
+
+// Where nothing has to be moved or added, the request is the file's.
+TEST(Pattern, EndsWhereItsLastEventEnds) {
+  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
+  for (const int duration : {95, 96, 97, 98}) {
+    const std::string points = text("[0,0,0],[0,0,0],[%d,0,0],[%d,0,0]", duration, duration);
+    const Score score(profile, {}, read_pattern(in_events(curve(4000, duration, points.c_str()))).events);
+    EXPECT_EQ(score.length(), 24 * (4000 + duration));
+    EXPECT_EQ(score.request().size(), LRASYNTH_RECORD_LENGTH);
   }
 }
 
@@ -263,6 +275,17 @@ TEST(Response, AToneAtResonanceGivesTheClosedForm) {
   EXPECT_NEAR(response.columns[1].high, 1 - std::exp(-39 / unit_ms), 0.02);
 }
 
+// A motor far below the drive swings farthest when the drive is over.
+TEST(Response, ThePeakMayComeAfterTheEnd) {
+  const lrasynth_profile profile = lrasynth_profile_of(1, LRASYNTH_MOTOR_832, 1);
+  const Waveform tap = tap_waveform(profile, 34, 93);
+  const Response response = response_of(tap, {50, 50}, {0, 60}, 60);
+  double highest = 0;
+  for (const auto& column : response.columns) highest = std::max({highest, column.high, -column.low});
+  EXPECT_EQ(response.peak, highest);
+  EXPECT_NEAR(response.peak, 0.035, 0.0005);
+}
+
 TEST(Text, ForeignBytesAreShownSafely) {
   const struct {
     std::string raw, shown;
@@ -272,6 +295,7 @@ TEST(Text, ForeignBytesAreShownSafely) {
       {"\xff\xc0\x80\xed\xa0\x80\xf4\x90\x80\x80\xe2\x82",
        "\\xFF\\xC0\\x80\\xED\\xA0\\x80\\xF4\\x90\\x80\\x80\\xE2\\x82"},
       {"\xe0\x9f\xbf\xf0\x8f\xbf\xbf\xf5", "\\xE0\\x9F\\xBF\\xF0\\x8F\\xBF\\xBF\\xF5"},
+      {"\xef\xbf\xbd\xef\xbf\xbe", "\xef\xbf\xbd\\xEF\\xBF\\xBE"},
       {std::string(40, 'x'), std::string(40, 'x')},
       {std::string(41, 'x'), std::string(40, 'x') + "..."},
   };

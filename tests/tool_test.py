@@ -78,7 +78,7 @@ tap --response-hz 100 x.svg | 2 | --response-hz: does nothing without --response
 tap --response --response-hz 2001 x.svg | 2 | --response-hz: must be a whole number from 0 to 2000, not 2001
 tap --from 5 x.wav | 2 | --from: does nothing without an .svg file
 tap --to 5 | 2 | --to: does nothing without an .svg file
-tap --from 17 x.svg | 2 | --from, --to: nothing of 0 to 16.04166667 ms lies between them
+tap --from 17 x.svg | 2 | --from, --to: nothing of 0 to 16.0417 ms lies between them
 tap --from 9 --to 9 x.svg | 2 | --from, --to: nothing of 0 to .* ms lies between them
 tap --level 60 --intensity 100 --strict x.wav | 2 | --strict: a warning is a fault
 tap nosuch/x.wav | 1 | cannot write nosuch/x.wav: No such file or directory
@@ -120,8 +120,8 @@ pattern p.json --interval 5 x.wav | 2 | --interval: does nothing without --loop 
 pattern p.json --loop 0 x.wav | 2 | --loop: must be a whole number from 1 to 65535, not 0
 pattern p.json --loop 65535 x.wav | 2 | --loop, --interval: the waveform may last 600000 ms at most
 pattern p.json --loop 2 --interval 600000 x.wav | 2 | --loop, --interval: the waveform may last 600000 ms at most
-pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2, start: must be at most 50, the limit
-pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1, type: motor 81540 has no transients
+pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: must be at most 50, the limit
+pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: motor 81540 has no transients
 pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .bin or .csv with --chip 11
 pattern p.json --chip 11 --loop 2 --interval 9 x.bin | 2 | --interval: does nothing with --chip 11
 pattern p.json --chip 11 --limit 9 x.bin | 2 | --limit: does nothing with --chip 11
@@ -134,6 +134,14 @@ compare --motor 1040,81540 x.svg | 2 | --motor: motor 81540 has no transients
 compare --boost off x.svg | 2 | --boost: does nothing on these motors
 compare --chip 11 x.svg | 2 | --chip: 11 plays events, not a waveform
 compare --chip 0,0,0,0,0,0,0 --motor 832,1040 x.svg | 2 | at most 12 waveforms can be compared
+compare --motor 832 --boost on,off x.svg | 2 | --boost: does nothing for taps
+compare --motor 832 --in-pattern x.svg | 2 | --in-pattern: does nothing on these motors
+compare - - | 2 | -: is named twice
+tap loop.wav | 1 | cannot write loop.wav: Too many levels of symbolic links
+tap x.csv full.wav | 1 | cannot write full.wav: No space left on device
+sheet --intensity 100 --levels 60 --strict x.svg | 2 | --strict: a warning is a fault
+pattern p.json --print-request --response | 2 | --response: does nothing without an .svg file
+pattern p.json --save '' | 1 | cannot write an empty word: No such file or directory
 compare --from 5 | 2 | --from: does nothing without an .svg file
 compare nosuch.json x.svg | 1 | cannot read nosuch.json: No such file or directory
 compare p.json nosuch/x.svg | 1 | cannot write nosuch/x.svg: No such file or directory
@@ -167,6 +175,8 @@ class ToolTest(unittest.TestCase):
     def test_wrong_calls_say_why_in_one_line_and_leave_no_file(self):
         (self.directory / "p.json").write_text(json.dumps({"events": [transient(0), continuous(100, 90)]}))
         os.symlink("p.json", self.directory / "link.json")
+        os.symlink("loop.wav", self.directory / "loop.wav")
+        os.symlink("/dev/full", self.directory / "full.wav")
         before = sorted(self.directory.iterdir())
         for line in WRONG_CALLS.strip("\n").splitlines():
             call, status, message = (part.strip() for part in line.split(" | "))
@@ -182,7 +192,7 @@ class ToolTest(unittest.TestCase):
         self.assertEqual(result.returncode, 2)
         self.assertRegex(result.stderr, rb"\Alrasynth: -:1:32: is not JSON: .*\n\Z")
         result = self.run_tool("pattern", "-", "x.wav", "--motor", 81540, pattern=[transient(0), 7, transient(3)])
-        self.assertEqual(re.findall(rb"(?m)^lrasynth: -:1:\d+: event (\d), (must|type)", result.stderr),
+        self.assertEqual(re.findall(rb"(?m)^lrasynth: -:1:\d+: event (\d): (must|type)", result.stderr),
                          [(b"2", b"must"), (b"1", b"type"), (b"3", b"type")])
         self.assertEqual(list(self.directory.iterdir()), [])
 
@@ -200,8 +210,8 @@ class ToolTest(unittest.TestCase):
         told = self.output_of("pattern", "-", pattern=[transient(5, level=20, intensity=90), continuous(40, 200)]).decode()
         self.assertRegex(told, r"event 1 at 5 ms: tap, level 20, intensity 90 %, driven at 22 %\n")
         self.assertRegex(told, r"length +240.0 ms\n(.*\n)*  the phase restarts .* the largest jump there is \d+")
-        table = self.output_of("compare", "--motor", "832,1040", "--boost", "on,off", "--chip", "0,1").decode()
-        self.assertRegex(table, r"6: Tap: motor 1040, chip 1.*\n.*\nlength( +[\d.]+ ms){6}\n")
+        table = self.output_of("compare", "--motor", "832,1040,9595", "--chip", "0,1").decode()
+        self.assertRegex(table, r"6: Tap: motor 9595, chip 1.*\n.*\nlength( +[\d.]+ ms){6}\n")
 
     def test_a_tap_in_a_pattern_is_the_one_that_a_pattern_plays(self):
         played = self.samples(pattern=[transient(0, level=20, intensity=90)])

@@ -19,8 +19,9 @@ namespace command {
 namespace {
 
 namespace fs = std::filesystem;
+using design::text;
 
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGTERM};
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGALRM, SIGXCPU, SIGUSR1, SIGUSR2};
 
 // Keeps signals waiting while there are files to be removed first.
 class HeldSignals {
@@ -52,17 +53,16 @@ fs::path resolved(fs::path path) {
 std::string identity(const std::string& path) {
   struct stat found;
   if (path == kStandardOutput) return path;
-  if (::stat(path.c_str(), &found) == 0)
-    return design::text("%ju:%ju", uintmax_t{found.st_dev}, uintmax_t{found.st_ino});
+  if (::stat(path.c_str(), &found) == 0) return text("%ju:%ju", uintmax_t{found.st_dev}, uintmax_t{found.st_ino});
   std::error_code error;
-  const fs::path name = fs::weakly_canonical(fs::absolute(resolved(path)), error);
+  const fs::path name = fs::weakly_canonical(fs::absolute(resolved(path), error), error);
   return error ? path : name.string();  // opening it will fail
 }
 
 void refuse_clashes(const std::vector<File>& files, const std::vector<std::string>& inputs) {
   std::set<std::string> taken;
   for (const std::string& input : inputs) {
-    if (input != kStandardOutput) taken.insert(identity(input));
+    taken.insert(identity(input == kStandardOutput ? "/dev/stdin" : input));
   }
   for (const File& file : files) {
     if (taken.insert(identity(file.path)).second) continue;
@@ -71,48 +71,62 @@ void refuse_clashes(const std::vector<File>& files, const std::vector<std::strin
   }
 }
 
-// Opens a file under its name, or under a temporary one beside it, which is gone in the end unless it was published.
-class OpenFile {
+// Pipes and devices take bytes as they come.
+bool goes_through(const std::string& path) {
+  struct stat found;
+  return ::stat(path.c_str(), &found) == 0 && !S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode);
+}
+
+void write_through(const File& file) {
+  const int descriptor = ::open(file.path.c_str(), O_WRONLY | O_CLOEXEC);
+  const Target target = {descriptor, file.path};
+  if (descriptor < 0) target.fail(errno);
+  file.write(target);
+  ::close(descriptor);
+}
+
+// A file under a temporary name beside its own, which is gone in the end unless it was published.
+class PendingFile {
  public:
-  OpenFile(const File& file, const std::string& temporary_name) : file_(file), path_(resolved(file.path)) {
+  PendingFile(const File& file, const std::string& temporary_name) : name_(file.path), path_(resolved(file.path)) {
     struct stat found;
     const bool exists = ::stat(path_.c_str(), &found) == 0;
+    if (!exists && errno != ENOENT) fail(errno);
     if (exists && S_ISDIR(found.st_mode)) fail(EISDIR);
     // A superuser could write what is marked as read-only.
     if (exists && ((found.st_mode & 0222) == 0 || ::access(path_.c_str(), W_OK) != 0)) fail(EACCES);
-    // Pipes and devices take bytes as they come.
-    through_ = exists && !S_ISREG(found.st_mode);
-    if (through_) return;
     temporary_ = path_.parent_path() / temporary_name;
     descriptor_ = ::open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor_ < 0) fail(errno);
-    if (exists) ::fchmod(descriptor_, found.st_mode & 07777);
+    // Another owner is kept where that is allowed.
+    const bool owned = exists && ::fchown(descriptor_, found.st_uid, found.st_gid) == 0;
+    if (exists) ::fchmod(descriptor_, found.st_mode & (owned ? 07777 : 0777));
+    try {
+      file.write({descriptor_, name_});
+    } catch (...) {
+      remove();
+      throw;
+    }
   }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  ~OpenFile() {
-    if (descriptor_ < 0) return;
-    ::close(descriptor_);
-    if (!through_) ::unlink(temporary_.c_str());
-  }
+  PendingFile(const PendingFile&) = delete;
+  PendingFile& operator=(const PendingFile&) = delete;
+  ~PendingFile() { remove(); }
 
-  bool goes_through() const { return through_; }
-  void write() {
-    if (through_) descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CLOEXEC);
-    if (descriptor_ < 0) fail(errno);
-    file_.write({descriptor_, file_.path});
-  }
   void publish() const {
-    if (!through_ && ::rename(temporary_.c_str(), path_.c_str()) != 0) fail(errno);
+    if (::rename(temporary_.c_str(), path_.c_str()) != 0) fail(errno);
   }
 
  private:
-  [[noreturn]] void fail(int error) const { Target{-1, file_.path}.fail(error); }
+  [[noreturn]] void fail(int error) const { Target{-1, name_}.fail(error); }
 
-  const File& file_;
+  void remove() const {
+    ::close(descriptor_);
+    ::unlink(temporary_.c_str());
+  }
+
+  std::string name_;
   fs::path path_;
   fs::path temporary_;
-  bool through_ = false;
   int descriptor_ = -1;
 };
 
@@ -120,7 +134,7 @@ class OpenFile {
 
 std::string shown_path(const std::string& path) {
   constexpr size_t kMostCharacters = 120;
-  return design::shown(path, kMostCharacters);
+  return path.empty() ? design::echo(path) : design::shown(path, kMostCharacters);
 }
 
 std::string content_of(const std::string& path, size_t most) {
@@ -162,24 +176,26 @@ File text_file(std::string path, std::string content, std::string note) {
 void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs) {
   refuse_clashes(files, inputs);
   const Target output = {STDOUT_FILENO, "standard output"};
-  auto held = std::make_unique<HeldSignals>();  // before the files, which must be gone first
-  std::vector<std::unique_ptr<OpenFile>> open;
-  std::vector<OpenFile*> through;
   const File* printed = nullptr;
+  std::vector<const File*> whole;
   std::string report;
   for (const File& file : files) {
     if (file.path == kStandardOutput) {
       printed = &file;
       continue;
     }
+    // What waits for a reader comes before signals are held, and before there are files to be removed.
+    goes_through(file.path) ? write_through(file) : whole.push_back(&file);
     report += shown_path(file.path) + ": " + file.note + '\n';
-    open.push_back(std::make_unique<OpenFile>(file, design::text(".lrasynth-%d-%zu", ::getpid(), open.size())));
-    open.back()->goes_through() ? through.push_back(open.back().get()) : open.back()->write();
   }
-  for (const auto& file : open) file->publish();
-  // What waits for a reader may be interrupted.
-  held.reset();
-  for (OpenFile* file : through) file->write();
+  {
+    const HeldSignals held;
+    std::vector<std::unique_ptr<PendingFile>> pending;
+    for (const File* file : whole) {
+      pending.push_back(std::make_unique<PendingFile>(*file, text(".lrasynth-%d-%zu", ::getpid(), pending.size())));
+    }
+    for (const auto& file : pending) file->publish();
+  }
   printed != nullptr ? printed->write(output) : output.write(report);
 }
 

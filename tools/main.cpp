@@ -2,6 +2,7 @@
 // lrasynth: renders haptic waveforms into files, and tells what they will be.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <sstream>
@@ -66,7 +67,10 @@ int run(int argc, const char* const* argv) {
     return 0;
   } catch (const CLI::ParseError& error) {
     // Also how --help and --version end.
-    if (error.get_exit_code() == 0) return app.exit(error);
+    if (error.get_exit_code() == 0) {
+      app.exit(error);
+      return std::cout.flush() ? 0 : complain("cannot write standard output", kCannotRender);
+    }
     return complain(words_of(app, error), kWrongInput);
   }
 }
@@ -75,6 +79,7 @@ int run(int argc, const char* const* argv) {
 }  // namespace command
 
 int main(int argc, char** argv) {
+  std::signal(SIGXFSZ, SIG_IGN);  // an error of writing, as any other
   try {
     return command::run(argc, argv);
   } catch (const command::Failure& failure) {

@@ -54,7 +54,7 @@ std::string motor_words() { return CLI::detail::join(design::kMotors, "|"); }
 CLI::Validator output_in(const std::string& endings) {
   const auto check = [all = CLI::detail::split(endings, '|')](const std::string& path) -> std::string {
     const bool fits = path == kStandardOutput || std::find(all.begin(), all.end(), ending_of(path)) != all.end();
-    return fits ? "" : shown(path) + " must end in " + design::alternatives(all) + ", or be -";
+    return fits ? "" : design::echo(path) + " must end in " + design::alternatives(all) + ", or be -";
   };
   return CLI::Validator(check, "");
 }
@@ -85,6 +85,7 @@ void Device::add(CLI::App& command, bool with_motor, bool with_boost) {
 lrasynth_profile Device::profile(const CLI::App& command) const {
   const lrasynth_profile profile = profile_of(motor, chip, boost);
   refuse_idle(command, {"--boost"}, !design::has_boost(profile.motor_type), "on this motor");
+  refuse_idle(command, {"--in-pattern"}, !design::has_shares(profile.motor_type), "on this motor");
   return profile;
 }
 
@@ -104,12 +105,11 @@ void Tap::add(CLI::App& command, bool with_level) {
                    "As weak as a pattern plays it: motor 1040 takes a level's share of the intensity there");
 }
 
-design::Piece tap_piece(const CLI::App& command, const lrasynth_profile& profile, const Tap& tap) {
+design::Piece tap_piece(const lrasynth_profile& profile, const Tap& tap) {
   if (!design::has_taps(profile)) {
     throw Failure(kWrongInput, text("--motor: motor %d has no transients", profile.motor_type));
   }
-  refuse_idle(command, {"--in-pattern"}, !design::has_shares(profile.motor_type), "on this motor");
-  return design::tap_piece(profile, tap.level, tap.intensity, tap.in_pattern);
+  return design::tap_piece(profile, tap.level, tap.intensity, tap.in_pattern && design::has_shares(profile.motor_type));
 }
 
 std::vector<design::Event> read_events(const std::string& path, const lrasynth_profile& profile,
@@ -134,7 +134,7 @@ void View::add(CLI::App& command) {
 design::Span View::shown(design::Span whole) const {
   const design::Span part = {static_cast<double>(from_ms), to_ms == 0 ? whole.to : std::min<double>(to_ms, whole.to)};
   if (part.length() > 0) return part;
-  throw Failure(kWrongInput, text("--from, --to: nothing of 0 to %.10g ms lies between them", whole.to));
+  throw Failure(kWrongInput, text("--from, --to: nothing of 0 to %.6g ms lies between them", whole.to));
 }
 
 void View::report(const design::Piece& piece, const std::string& prefix) const {
@@ -159,15 +159,16 @@ std::string Outputs::form(const std::string& path) const {
   return "." + format;
 }
 
-void Outputs::refuse_idle_options(const CLI::App& command) const {
+void Outputs::refuse_idle_options(const CLI::App& command, bool tells) const {
   const auto none_is = [&](const char* ending) {
     return std::none_of(paths.begin(), paths.end(), [&](const std::string& path) { return form(path) == ending; });
   };
   const bool no_dash = std::find(paths.begin(), paths.end(), kStandardOutput) == paths.end();
   refuse_idle(command, {"--format"}, no_dash, "without OUTPUT -");
   refuse_idle(command, {"--audible"}, none_is(".wav"), "without a .wav file");
-  refuse_idle(command, {"--response"}, !paths.empty() && none_is(".svg"), "without an .svg file");
-  refuse_idle(command, {"--response-hz"}, !paths.empty() && command.count("--response") == 0, "without --response");
+  tells = tells && paths.empty();
+  refuse_idle(command, {"--response"}, !tells && none_is(".svg"), "without an .svg file");
+  refuse_idle(command, {"--response-hz"}, !tells && command.count("--response") == 0, "without --response");
   refuse_idle(command, {"--from", "--to"}, none_is(".svg"), "without an .svg file");
 }
 
@@ -191,7 +192,7 @@ File Outputs::file(const CLI::App& command, const design::Piece& piece, const st
 
 void Outputs::finish(const CLI::App& command, const design::Piece& piece, std::vector<File> others,
                      const std::vector<std::string>& inputs) const {
-  refuse_idle_options(command);
+  refuse_idle_options(command, others.empty());
   view.report(piece);
   std::vector<File> files = std::move(others);
   for (const std::string& path : paths) files.push_back(file(command, piece, path));

@@ -73,7 +73,7 @@ struct Tap {
   void add(CLI::App& command, bool with_level);
 };
 
-design::Piece tap_piece(const CLI::App& command, const lrasynth_profile& profile, const Tap& tap);
+design::Piece tap_piece(const lrasynth_profile& profile, const Tap& tap);
 
 // The events of a file that have no fault on that chip and motor; otherwise the command ends with all faults.
 std::vector<design::Event> read_events(const std::string& path, const lrasynth_profile& profile,
@@ -111,7 +111,7 @@ struct Outputs {
 
  private:
   std::string form(const std::string& path) const;
-  void refuse_idle_options(const CLI::App& command) const;
+  void refuse_idle_options(const CLI::App& command, bool tells) const;
   File file(const CLI::App& command, const design::Piece& piece, const std::string& path) const;
 };
 

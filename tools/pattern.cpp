@@ -41,7 +41,8 @@ design::Piece pattern_piece(const std::string& path, const lrasynth_profile& pro
   design::Piece piece = design::pattern_piece(profile, playback, read_events(path, profile, playback), name);
   // The empty event that closes some requests is all that has not been checked yet.
   if (piece.waveform.length < 0) throw Failure(kWrongInput, "--limit: the end of the pattern lies beyond it");
-  if (!piece.is_stream()) check_length("--loop, --interval", piece.waveform.length_ms());
+  const std::string cause = playback.loops > 1 ? "--loop, --interval" : shown_path(path);
+  if (!piece.is_stream()) check_length(cause, piece.waveform.length_ms());
   return piece;
 }
 
@@ -52,9 +53,10 @@ void run(const CLI::App& command, const PatternCommand& pattern) {
               "with --chip 11");
   const design::Piece piece = pattern_piece(pattern.path, profile, pattern.playback);
   std::vector<File> files;
-  if (!pattern.save_path.empty()) {
+  if (command.count("--save") > 0) {
     const auto& events = piece.score->events();
-    files.push_back(text_file(pattern.save_path, canonical_json(events), text("%zu events", events.size())));
+    files.push_back(text_file(pattern.save_path, canonical_json(events),
+                              design::counted(static_cast<int64_t>(events.size()), "event")));
   }
   if (pattern.print_request) files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request())));
   pattern.outputs.finish(command, piece, std::move(files), {pattern.path});
@@ -94,12 +96,17 @@ void run(const CLI::App& command, const Comparison& comparison) {
   const auto profiles = profiles_of(comparison);
   const auto has_boost = [](const lrasynth_profile& profile) { return design::has_boost(profile.motor_type); };
   refuse_idle(command, {"--boost"}, std::none_of(profiles.begin(), profiles.end(), has_boost), "on these motors");
+  refuse_idle(command, {"--boost"}, files.empty(), "for taps");
+  if (std::count(files.begin(), files.end(), kStandardOutput) > 1) throw Failure(kWrongInput, "-: is named twice");
+  const auto has_shares = [](const lrasynth_profile& profile) { return design::has_shares(profile.motor_type); };
+  const bool no_shares = std::none_of(profiles.begin(), profiles.end(), has_shares);
+  refuse_idle(command, {"--in-pattern"}, no_shares, "on these motors");
   refuse_idle(command, {"--level", "--intensity", "--in-pattern"}, !files.empty(), "beside a pattern");
   refuse_idle(command, {"--from", "--to"}, picture.empty(), "without an .svg file");
   std::vector<design::Piece> pieces;
   design::Span whole = {0, 0};
   for (const lrasynth_profile& profile : profiles) {
-    if (files.empty()) pieces.push_back(tap_piece(command, profile, comparison.tap));
+    if (files.empty()) pieces.push_back(tap_piece(profile, comparison.tap));
     for (const std::string& file : files) pieces.push_back(pattern_piece(file, profile, {}));
     if (pieces.size() > kMost) throw Failure(kWrongInput, text("at most %zu waveforms can be compared", kMost));
   }
@@ -110,7 +117,7 @@ void run(const CLI::App& command, const Comparison& comparison) {
   const design::Resonator resonator = comparison.view.resonator();
   if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, resonator))});
   const std::string drawn = comparison_of(pieces, resonator, comparison.view.shown(whole));
-  write_files({text_file(picture, drawn, text("%zu waveforms", pieces.size()))}, files);
+  write_files({text_file(picture, drawn, design::counted(static_cast<int64_t>(pieces.size()), "waveform"))}, files);
 }
 
 }  // namespace

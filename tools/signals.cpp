@@ -38,7 +38,10 @@ void run_sheet(const CLI::App& command, const Signal& signal) {
   const lrasynth_profile profile = signal.device.profile(command);
   const bool has_taps = design::has_taps(profile);
   refuse_idle(command, {"--levels", "--intensity"}, !has_taps, "on this motor");
-  refuse_idle(command, {"--in-pattern"}, !design::has_shares(profile.motor_type), "on this motor");
+  for (const int32_t level : has_taps ? signal.levels : std::vector<int32_t>()) {
+    const Tap tap = {level, signal.tap.intensity, signal.tap.in_pattern};
+    signal.outputs.view.report(tap_piece(profile, tap), text("level %d: ", level));
+  }
   const design::Sheet sheet = {profile, signal.levels, signal.tap.intensity, signal.tap.in_pattern};
   write_files({text_file(signal.picture, sheet_of(sheet), title_of(sheet))});
 }
@@ -52,9 +55,8 @@ void add_tap(CLI::App& app) {
   signal->tap.add(command, true);
   signal->outputs.add(command);
   command.footer(kOutputHelp + std::string("Example:\n  lrasynth tap --level 50 --intensity 80 --response tap.svg"));
-  command.callback([signal, &command] {
-    signal->outputs.finish(command, tap_piece(command, signal->device.profile(command), signal->tap));
-  });
+  command.callback(
+      [signal, &command] { signal->outputs.finish(command, tap_piece(signal->device.profile(command), signal->tap)); });
 }
 
 void add_tone(CLI::App& app) {
@@ -77,6 +79,7 @@ void add_sheet(CLI::App& app) {
   signal->device.add(command, true, true);
   add(command, "--levels", signal->levels, "Levels, separated by commas", number_in(0, 100));
   signal->tap.add(command, false);
+  command.add_flag("--strict", signal->outputs.view.strict, "Take warnings for faults");
   add_files(command, "OUTPUT", signal->picture, "The .svg file to write; - is standard output")
       ->check(output_in(".svg"))
       ->required();
