@@ -41,6 +41,12 @@ std::string csv_lines(int64_t first, std::span<const uint8_t> codes, int32_t sam
   return lines;
 }
 
+std::string little_endian(uint32_t number, size_t size) {
+  std::string bytes;
+  for (; bytes.size() < size; number >>= 8U) bytes += static_cast<char>(number & 0xFFU);
+  return bytes;
+}
+
 std::string stream_csv(const std::vector<uint8_t>& stream) {
   const auto at16 = [&](size_t i) { return stream[i] + 256 * stream[i + 1]; };
   std::string lines = "event,delta_ms,strength,duration_ms\n";
@@ -67,6 +73,25 @@ void write_csv(const Piece& piece, const Sink& sink) {
 void write_codes(const Piece& piece, const Sink& sink) {
   for_blocks(piece.waveform, [&](int64_t, std::span<const uint8_t> codes) {
     sink({reinterpret_cast<const char*>(codes.data()), codes.size()});
+  });
+}
+
+std::string wav_head(int32_t sample_rate, int64_t samples) {
+  const auto rate = static_cast<uint32_t>(sample_rate);
+  const auto bytes = static_cast<uint32_t>(2 * samples);
+  const std::string format = little_endian(1, 2) + little_endian(1, 2) + little_endian(rate, 4) +  // PCM, mono
+                             little_endian(2 * rate, 4) + little_endian(2, 2) + little_endian(16, 2);
+  return "RIFF" + little_endian(36 + bytes, 4) + "WAVEfmt " + little_endian(16, 4) + format + "data" +
+         little_endian(bytes, 4);
+}
+
+void write_wav(const Piece& piece, const Sink& sink) {
+  sink(wav_head(piece.waveform.profile.sample_rate, piece.waveform.length));
+  for_blocks(piece.waveform, [&](int64_t, std::span<const uint8_t> codes) {
+    std::string samples;
+    samples.reserve(2 * codes.size());
+    for (const uint8_t code : codes) samples.append({'\0', static_cast<char>(code)});
+    sink(samples);
   });
 }
 

@@ -21,6 +21,12 @@ void write_csv(const Piece& piece, const Sink& sink);
 // The sample codes, or the stream.
 void write_codes(const Piece& piece, const Sink& sink);
 
+// What stands before the samples of a WAV file: mono, 16 bits.
+std::string wav_head(int32_t sample_rate, int64_t samples);
+
+// A WAV file: mono, 16 bits, the amplitude in the upper byte. Not of an event stream.
+void write_wav(const Piece& piece, const Sink& sink);
+
 // "385 samples, 16.0 ms"
 std::string size_of(const Piece& piece);
 

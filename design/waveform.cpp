@@ -37,6 +37,10 @@ void add_before(Span span, std::vector<Span>& others) {
 
 }  // namespace
 
+std::string length_fault(double length_ms) {
+  return length_ms <= kLongestMs ? "" : text("the waveform may last %d ms at most", kLongestMs);
+}
+
 void for_blocks(const Waveform& waveform, int64_t from, int64_t to, const Visitor& visit) {
   std::vector<uint8_t> block(1U << 16U);
   for (int64_t first = from; first < to; first += static_cast<int64_t>(block.size())) {

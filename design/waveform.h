@@ -49,6 +49,9 @@ struct Waveform {
   Span whole() const { return {0, length_ms()}; }
 };
 
+// Why a waveform of that length is refused; empty: it is not.
+std::string length_fault(double length_ms);
+
 // Has a waveform's samples from..to - 1 visited in blocks of a few ten thousand: visit(first, codes).
 using Visitor = std::function<void(int64_t first, std::span<const uint8_t> codes)>;
 void for_blocks(const Waveform& waveform, int64_t from, int64_t to, const Visitor& visit);

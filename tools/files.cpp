@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -39,6 +40,13 @@ class HeldSignals {
  private:
   sigset_t before_;
 };
+
+bool is_signal_waiting() {
+  sigset_t waiting;
+  ::sigpending(&waiting);
+  return std::any_of(std::begin(kEndingSignals), std::end(kEndingSignals),
+                     [&](int signal) { return ::sigismember(&waiting, signal) == 1; });
+}
 
 // What a name stands for, also where a link leads to a file that does not exist yet.
 fs::path resolved(fs::path path) {
@@ -151,17 +159,9 @@ void Target::fail(int error) const {
   throw Failure(kCannotRender, "cannot write " + shown_path(path) + ": " + std::strerror(error));
 }
 
-void Target::stop_if_signalled() const {
-  sigset_t waiting;
-  ::sigpending(&waiting);
-  for (const int signal : kEndingSignals) {
-    if (::sigismember(&waiting, signal) == 1) fail(EINTR);
-  }
-}
-
 void Target::write(std::string_view bytes) const {
   while (!bytes.empty()) {
-    stop_if_signalled();
+    if (is_signal_waiting()) fail(EINTR);
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno != EINTR) fail(errno);
     if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));

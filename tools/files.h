@@ -36,7 +36,6 @@ struct Target {
   std::string path;
 
   void write(std::string_view bytes) const;
-  void stop_if_signalled() const;
   [[noreturn]] void fail(int error) const;
 };
 
@@ -52,7 +51,7 @@ File text_file(std::string path, std::string content, std::string note = {});
 // that carries one. Refused are a file named twice, and the input.
 void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs = {});
 
-// Audio: mono, 16 bits, the amplitude in the upper byte; audible: at 48000 samples a second.
-void write_wav(const design::Waveform& waveform, bool audible, const Target& target);
+// Audio at 48000 samples a second, mono, 16 bits.
+void write_audible_wav(const design::Waveform& waveform, const Target& target);
 
 }  // namespace command

@@ -71,8 +71,8 @@ void refuse_idle(const CLI::App& command, std::initializer_list<const char*> opt
 }
 
 void check_length(const std::string& options, double length_ms) {
-  if (length_ms <= design::kLongestMs) return;
-  throw Failure(kWrongInput, text("%s: the waveform may last %d ms at most", options.c_str(), design::kLongestMs));
+  const std::string fault = design::length_fault(length_ms);
+  if (!fault.empty()) throw Failure(kWrongInput, options + ": " + fault);
 }
 
 void Device::add(CLI::App& command, bool with_motor, bool with_boost) {
@@ -184,8 +184,10 @@ File Outputs::file(const CLI::App& command, const design::Piece& piece, const st
     return text_file(path, plot_of(piece, resonator, view.shown(whole)), size_of(piece));
   }
   const auto write = [&piece, ending, audible = audible](const Target& target) {
-    if (ending == ".wav") return write_wav(piece.waveform, audible, target);
-    (ending == ".csv" ? design::write_csv : design::write_codes)(piece, [&](auto bytes) { target.write(bytes); });
+    const design::Sink sink = [&](std::string_view bytes) { target.write(bytes); };
+    if (ending == ".wav" && audible) return write_audible_wav(piece.waveform, target);
+    if (ending == ".wav") return design::write_wav(piece, sink);
+    (ending == ".csv" ? design::write_csv : design::write_codes)(piece, sink);
   };
   return {path, write, size_of(piece)};
 }

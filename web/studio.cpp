@@ -1,0 +1,371 @@
+// SPDX-License-Identifier: Apache-2.0
+// The page's side of design/: a current piece, asked for in text and buffers.
+#include "studio.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "design/carrier.h"
+#include "design/forms.h"
+#include "design/motor.h"
+#include "design/plot.h"
+#include "design/summary.h"
+#include "design/text.h"
+
+namespace {
+
+using design::text;
+
+// The samples of a waveform, rendered once, a block at a time and not before somebody asks.
+class Rendered {
+ public:
+  explicit Rendered(design::Waveform waveform)
+      : waveform_(std::move(waveform)), codes_(size(waveform_.length)), has_(size(waveform_.length) / kBlock + 1) {}
+
+  std::span<const uint8_t> codes(int64_t first, size_t count) {
+    const size_t from = size(first);
+    for (size_t block = from / kBlock; block * kBlock < from + count; ++block) {
+      if (!has_[block]) render(block);
+    }
+    return std::span(codes_).subspan(from, count);
+  }
+
+ private:
+  static constexpr size_t kBlock = 1U << 14U;
+  static size_t size(int64_t samples) { return static_cast<size_t>(samples); }
+
+  void render(size_t block) {
+    const size_t first = block * kBlock;
+    waveform_.read(static_cast<int64_t>(first),
+                   std::span(codes_).subspan(first, std::min(kBlock, codes_.size() - first)));
+    has_[block] = true;
+  }
+
+  design::Waveform waveform_;
+  std::vector<uint8_t> codes_;
+  std::vector<bool> has_;
+};
+
+struct Current {
+  design::Piece piece;
+  std::shared_ptr<Rendered> rendered;
+};
+
+// Lives as long as the page, so that nothing needs to be torn down.
+struct Studio {
+  std::string text;
+  std::optional<Current> current;
+  std::vector<int8_t> extremes;
+  std::vector<double> columns;
+};
+
+Studio& studio() {
+  static Studio* const only = new Studio;
+  return *only;
+}
+
+int refuse() {
+  studio().text.clear();
+  return -1;
+}
+
+bool is_in(double value, double least, double most) { return value >= least && value <= most; }  // NaN is not
+
+constexpr double kMostColumns = 65536;
+
+// JSON.
+
+std::string quoted(std::string_view raw) {
+  std::string word = "\"";
+  for (const char c : raw) {
+    if (c == '"' || c == '\\') word += '\\';
+    if (static_cast<uint8_t>(c) < 0x20) {
+      word += text("\\u%04x", c);
+    } else {
+      word += c;
+    }
+  }
+  return word + '"';
+}
+
+std::string number(double value) { return text("%.10g", value); }
+const char* truth(bool value) { return value ? "true" : "false"; }
+
+template <class Items, class Write>
+std::string list(const Items& items, Write write) {
+  std::string words = "[";
+  for (const auto& item : items) {
+    if (words.size() > 1) words += ',';
+    words += write(item);
+  }
+  return words + ']';
+}
+
+std::string pair(design::Span span) { return text("[%.10g,%.10g]", span.from, span.to); }
+
+std::string json_of(const design::Sweep& sweep, double start_ms) {
+  return text(R"({"from_ms":%.10g,"to_ms":%.10g,"from_hz":%.10g,"to_hz":%.10g,"reached_hz":%.10g})",
+              start_ms + sweep.span.from, start_ms + sweep.span.to, sweep.from_hz, sweep.to_hz, sweep.reached_hz());
+}
+
+std::string json_of(const design::Warning& warning) {
+  return text(R"({"event":%d,"ms":%.10g,"line":)", warning.event, warning.at_ms) + quoted(line_of(warning)) + '}';
+}
+
+std::string json_of(const design::Section& section) {
+  return text(R"({"from":%.10g,"to":%.10g,"label":)", section.span.from, section.span.to) + quoted(section.label) + '}';
+}
+
+// What stands in its file.
+std::string fields_of(const design::Event& event) {
+  const std::string head = text(R"("number":%d,"type":"%s","start":%d)", event.number,
+                                event.continuous ? "continuous" : "transient", event.start_ms);
+  if (!event.continuous) return head + text(R"(,"intensity":%d,"level":%d)", event.intensity, event.level);
+  return head + text(R"(,"duration":%d,"points":)", event.duration_ms) +
+         list(event.points, [](const design::CurvePoint& point) {
+           return text("[%d,%d,%d]", point.time_ms, point.intensity, point.offset);
+         });
+}
+
+// What becomes of it on this chip and motor.
+std::string fate_of(const design::Score& score, size_t i) {
+  const lrasynth_profile& profile = score.profile();
+  const design::Event& event = score.events()[i];
+  const bool is_stream = design::is_event_stream(profile);  // its length says nothing about time
+  const design::Span span =
+      is_stream ? design::Span{static_cast<double>(event.start_ms), end_ms(event, profile)} : score.span_of(i);
+  const std::string when = text(R"(,"end_ms":%.10g,"heard":)", span.to) +
+                           (is_stream ? list(std::vector{span}, pair) : list(score.heard(i), pair));
+  if (!event.continuous) {
+    return text(R"(,"driven":%d)", design::driven_intensity(profile, event.level, event.intensity)) + when;
+  }
+  const auto hz = [&](const design::CurvePoint& point) { return text("%d", design::hertz_at(profile, point.offset)); };
+  const auto sweep = [&](const design::Sweep& of_event) { return json_of(of_event, event.start_ms); };
+  return R"(,"hz":)" + list(event.points, hz) + R"(,"sweeps":)" + list(sweeps_of(profile, event), sweep) + when;
+}
+
+std::string json_of(const design::Faults& faults, const std::string& file) {
+  return R"({"faults":)" + list(faults.lines(file), quoted) + R"(,"fault_events":)" +
+         list(faults.listed, [](const design::Fault& fault) { return text("%d", fault.event); });
+}
+
+std::string json_of(const design::Piece& piece) {
+  const design::Waveform& waveform = piece.waveform;
+  const bool is_stream = piece.is_stream();
+  const double length_ms = is_stream ? 0 : waveform.length_ms();
+  const double pass_ms = is_stream || piece.score == nullptr ? length_ms : piece.score->pass_ms();
+  std::string json = R"(,"title":)" + quoted(waveform.title);
+  json +=
+      text(R"(,"length":%lld,"rate":%d,"length_ms":%.10g,"pass_ms":%.10g,"stream":%s,"events":[)",
+           static_cast<long long>(waveform.length), waveform.profile.sample_rate, length_ms, pass_ms, truth(is_stream));
+  for (size_t i = 0; piece.score != nullptr && i < piece.score->events().size(); ++i) {
+    json += (i == 0 ? "{" : ",{") + fields_of(piece.score->events()[i]) + fate_of(*piece.score, i) + '}';
+  }
+  const auto any = [](const auto& thing) { return json_of(thing); };
+  return json + R"(],"warnings":)" + list(piece.warnings, any) + R"(,"sections":)" +
+         list(is_stream ? std::vector<design::Section>() : waveform.sections, any) + '}';
+}
+
+int take_faults(const design::Faults& faults, const std::string& file, const std::vector<design::Event>& events) {
+  studio().text = json_of(faults, file) + R"(,"events":)" +
+                  list(events, [](const design::Event& event) { return '{' + fields_of(event) + '}'; }) +
+                  R"(,"warnings":[],"sections":[],"length":0})";
+  return static_cast<int>(faults.count);
+}
+
+int take_piece(design::Piece piece) {
+  studio().text = json_of(design::Faults(), "") + json_of(piece);
+  const auto rendered = std::make_shared<Rendered>(piece.waveform);
+  piece.waveform.read = [rendered](int64_t first, std::span<uint8_t> window) {
+    const auto codes = rendered->codes(first, window.size());
+    std::copy(codes.begin(), codes.end(), window.begin());
+  };
+  studio().current = {std::move(piece), rendered};
+  return 0;
+}
+
+std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
+  const auto& motors = design::kMotors;
+  if (std::find(std::begin(motors), std::end(motors), motor) == std::end(motors)) return std::nullopt;
+  if (chip != 0 && chip != LRASYNTH_CHIP_HALF_RATE && chip != LRASYNTH_CHIP_EVENT_STREAM) return std::nullopt;
+  return lrasynth_profile_of(chip, motor, boost != 0 ? 1 : 0);
+}
+
+// Of the motor, over the frequency offset.
+template <class Write>
+std::string curve(Write write) {
+  std::vector<int32_t> offsets;
+  for (int32_t offset = -50; offset <= 50; ++offset) offsets.push_back(offset);
+  return list(offsets, write);
+}
+
+std::string json_of(const lrasynth_profile& profile) {
+  const int32_t motor = profile.motor_type;
+  return text(R"({"motor":%d,"taps":%s,"boost":%s,"shares":%s,"resonance":%.10g,"hz":)", motor,
+              truth(design::has_taps(profile)), truth(design::has_boost(motor)), truth(design::has_shares(motor)),
+              design::resonance_of(profile)) +
+         curve([&](int32_t offset) { return text("%d", design::hertz_at(profile, offset)); }) + R"(,"gain":)" +
+         curve([&](int32_t offset) { return number(static_cast<double>(design::gain_at(profile, offset))); }) + '}';
+}
+
+// Of full rate; those with boost before those without.
+std::vector<lrasynth_profile> all_profiles() {
+  std::vector<lrasynth_profile> profiles;
+  for (const int32_t motor : design::kMotors) {
+    profiles.push_back(lrasynth_profile_of(0, motor, 1));
+    if (design::has_boost(motor)) profiles.push_back(lrasynth_profile_of(0, motor, 0));
+  }
+  return profiles;
+}
+
+// A form whose length is known before it is made, so that memory need not hold it twice.
+template <class Write>
+std::string collected(Write write) {
+  size_t length = 0;
+  write([&](std::string_view bytes) { length += bytes.size(); });
+  std::string all;
+  all.reserve(length);
+  write([&](std::string_view bytes) { all += bytes; });
+  return all;
+}
+
+std::optional<std::string> picture(const design::Piece& piece, const design::Resonator& resonator, design::Span shown) {
+  const auto response = resonator.quality == 0 ? std::nullopt : std::optional(resonator);
+  if (shown.from == 0 && shown.to == 0) {
+    shown = response ? felt_span(piece.waveform, resonator) : piece.waveform.whole();
+  }
+  if (!(shown.length() > 0)) return std::nullopt;
+  return plot_of(piece, response, shown);
+}
+
+std::optional<std::string> form_of(const design::Piece& piece, std::string_view form,
+                                   const design::Resonator& resonator, design::Span shown) {
+  const auto sunk = [&](auto write) { return collected([&](const design::Sink& sink) { write(piece, sink); }); };
+  if (form == "bin") return sunk(design::write_codes);
+  if (form == "csv") return sunk(design::write_csv);
+  if (form == "summary") return summary_of(piece, resonator.quality == 0 ? design::Resonator() : resonator);
+  if (form == "json" && piece.score != nullptr) return canonical_json(piece.score->events());
+  if (form == "c" && piece.score != nullptr) return design::c_array(piece.score->request());
+  if (piece.is_stream()) return std::nullopt;
+  if (form == "wav") return sunk(design::write_wav);
+  if (form == "svg") return picture(piece, resonator, shown);
+  return std::nullopt;
+}
+
+bool is_resonator(double quality, double hz) { return is_in(quality, 1, 1000) && is_in(hz, 0, 2000); }
+bool is_span(double from_ms, double to_ms) {
+  return is_in(from_ms, 0, 2.0 * design::kLongestMs) && is_in(to_ms, from_ms, 2.0 * design::kLongestMs);
+}
+
+}  // namespace
+
+void* studio_alloc(size_t size) { return std::malloc(size); }
+void studio_free(void* memory) { std::free(memory); }
+
+const char* studio_text() { return studio().text.data(); }
+size_t studio_text_length() { return studio().text.size(); }
+
+void studio_about() {
+  studio().text = text(R"({"version":"%d.%d.%d","longest_ms":%d,"help":)", LRASYNTH_VERSION_MAJOR,
+                       LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH, design::kLongestMs) +
+                  quoted(design::kPatternHelp) + R"(,"motors":)" +
+                  list(all_profiles(), [](const lrasynth_profile& profile) { return json_of(profile); }) + '}';
+}
+
+int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,
+                   int boost, int loops, int interval_ms) {
+  studio().current.reset();
+  const auto profile = profile_of(motor, chip, boost);
+  if (!profile || !is_in(loops, 1, 65535) || !is_in(interval_ms, 0, design::kLongestMs)) return refuse();
+  const std::string_view file(name, name_length);
+  const bool has_gaps = loops > 1 && !design::is_event_stream(*profile);
+  const design::Playback playback = {.loops = loops, .interval_ms = has_gaps ? interval_ms : 0};
+  design::PatternFile pattern = design::read_pattern({json, length});
+  add_faults(pattern.events, *profile, playback, pattern.faults);
+  if (pattern.faults.count > 0) return take_faults(pattern.faults, design::shown(file, 120), pattern.events);
+  design::Piece piece = pattern_piece(*profile, playback, std::move(pattern.events), std::string(file));
+  const std::string refusal = piece.is_stream() ? "" : design::length_fault(piece.waveform.length_ms());
+  if (refusal.empty()) return take_piece(std::move(piece));
+  pattern.faults.add({0, {}, "loops, gap: " + refusal});
+  return take_faults(pattern.faults, design::shown(file, 120), piece.score->events());
+}
+
+int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
+  studio().current.reset();
+  const auto profile = profile_of(motor, chip, 1);
+  if (!profile || !is_in(level, 0, 100) || !is_in(intensity, 0, 100)) return refuse();
+  if (design::has_taps(*profile)) return take_piece(design::tap_piece(*profile, level, intensity, in_pattern != 0));
+  design::Faults faults;
+  faults.add({0, {}, text("motor %d has no transients", motor)});
+  return take_faults(faults, "tap", {});
+}
+
+const uint8_t* studio_read(double first, double count) {
+  if (!studio().current) return nullptr;
+  const int64_t length = studio().current->piece.waveform.length;
+  if (!is_in(first, 0, static_cast<double>(length - 1)) || !(count >= 1)) return nullptr;
+  const auto from = static_cast<int64_t>(first);
+  const double most = std::min(std::floor(count), static_cast<double>(length - from));
+  return studio().current->rendered->codes(from, static_cast<size_t>(most)).data();
+}
+
+const int8_t* studio_extremes(double first, double count, int columns) {
+  constexpr double kMost = 1e12;
+  if (!studio().current || !is_in(columns, 1, kMostColumns)) return nullptr;
+  if (!is_in(first, -kMost, kMost) || !is_in(count, 1, kMost)) return nullptr;
+  const int64_t length = studio().current->piece.waveform.length;
+  std::vector<int8_t>& extremes = studio().extremes;
+  extremes.clear();
+  const auto edge = [&](int column) { return static_cast<int64_t>(std::floor(first + count * column / columns)); };
+  for (int column = 0; column < columns; ++column) {
+    const int64_t from = std::max<int64_t>(0, edge(column));
+    const int64_t to = std::min(length, std::max(edge(column) + 1, edge(column + 1)));
+    int8_t low = 127;
+    int8_t high = -128;
+    if (from < to) {
+      for (const uint8_t code : studio().current->rendered->codes(from, static_cast<size_t>(to - from))) {
+        low = std::min(low, static_cast<int8_t>(code));
+        high = std::max(high, static_cast<int8_t>(code));
+      }
+    }
+    extremes.push_back(low);
+    extremes.push_back(high);
+  }
+  return extremes.data();
+}
+
+const double* studio_response(double quality, double hz, double from_ms, double to_ms, int columns) {
+  const bool is_sound = is_resonator(quality, hz) && is_span(from_ms, to_ms) && is_in(columns, 0, kMostColumns);
+  if (!is_sound || !studio().current || studio().current->piece.is_stream()) {
+    refuse();
+    return nullptr;
+  }
+  const design::Response response = response_of(studio().current->piece.waveform, {.hz = hz, .quality = quality},
+                                                {from_ms, to_ms}, static_cast<size_t>(columns));
+  studio().text =
+      text(R"({"hz":%.10g,"quality":%.10g,"rise_ms":%.10g,"ring_down_ms":%.10g,"peak":%.10g)", response.resonator.hz,
+           response.resonator.quality, response.rise_ms, response.ring_down_ms, response.peak) +
+      text(R"(,"effective":%.10g,"felt_ms":%.10g})", response.effective, response.felt_ms);
+  std::vector<double>& pairs = studio().columns;
+  pairs.clear();
+  for (int column = 0; column < columns; ++column) {
+    // A waveform at rest has no columns.
+    const bool is_known = static_cast<size_t>(column) < response.columns.size();
+    pairs.push_back(is_known ? response.columns[static_cast<size_t>(column)].low : 1);
+    pairs.push_back(is_known ? response.columns[static_cast<size_t>(column)].high : -1);
+  }
+  return columns == 0 ? nullptr : pairs.data();
+}
+
+int studio_form(const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
+  const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_span(from_ms, to_ms);
+  if (!is_sound || !studio().current) return refuse();
+  auto made = form_of(studio().current->piece, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
+  if (!made) return refuse();
+  studio().text = std::move(*made);
+  return static_cast<int>(studio().text.size());
+}
