@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+// What buttons and keys do with events.
+
+import { element } from './canvas.js';
+import { endOf, newCurve, newTap } from './edits.js';
+import { canRedo, canUndo, current, edit, redo, show, undo } from './state.js';
+
+/** @import {PatternEvent} from './state.js' */
+
+/** Selected, with the cursor behind it. @param {PatternEvent} event */
+export function add(event) {
+  const { events } = current().design;
+  const cursor = event.type === 'transient' ? event.start + 50 : endOf(event);
+  edit({ events: [...events, event] }, '', { event: events.length, point: -1, cursor });
+}
+
+export const addTap = () => add(newTap(current().cursor));
+export const addCurve = () => add(newCurve(current().cursor));
+
+export function duplicate() {
+  const event = current().design.events[current().event];
+  if (event !== undefined) add({ ...event, start: event.type === 'transient' ? event.start + 50 : endOf(event) });
+}
+
+export function remove() {
+  const { design, event } = current();
+  if (event < 0) return;
+  edit({ events: design.events.toSpliced(event, 1) }, '', { event: Math.min(event, design.events.length - 2), point: -1 });
+}
+
+/** In the order of time. @param {1 | -1} by */
+export function selectNext(by) {
+  const { design, event } = current();
+  const order = design.events.map((_, i) => i).sort((a, b) => design.events[a].start - design.events[b].start);
+  const at = order.indexOf(event);
+  const next = at < 0 ? (by > 0 ? 0 : order.length - 1) : at + by;
+  if (next in order) show({ event: order[next], point: -1 });
+}
+
+/** Of the selected one. @param {(event: PatternEvent) => PatternEvent} change @param {string} kind */
+export function change(change, kind) {
+  const { design, event } = current();
+  if (event >= 0) edit({ events: design.events.with(event, change(design.events[event])) }, `${kind} of ${event}`);
+}
+
+const buttons = { 'add-tap': addTap, 'add-curve': addCurve, duplicate, delete: remove, undo, redo };
+
+export function startCommands() {
+  for (const [id, command] of Object.entries(buttons)) element(id, HTMLButtonElement).onclick = command;
+  document.addEventListener('keydown', (event) => {
+    if (!(event.ctrlKey || event.metaKey) || event.altKey) return;
+    const key = event.key.toLowerCase();
+    const isText = event.target instanceof HTMLInputElement && event.target.type === 'text';
+    if (isText || (key !== 'z' && key !== 'y')) return;
+    event.preventDefault();
+    if (key === 'y' || event.shiftKey) redo();
+    else undo();
+  });
+}
+
+export function showCommands() {
+  element('undo', HTMLButtonElement).disabled = !canUndo();
+  element('redo', HTMLButtonElement).disabled = !canRedo();
+  for (const id of ['duplicate', 'delete']) element(id, HTMLButtonElement).disabled = current().event < 0;
+}

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: Apache-2.0
+// The events as a list, each with its warnings and faults, and the exact values of the selected one.
+
+import { element } from './canvas.js';
+import { change } from './commands.js';
+import { endOf } from './edits.js';
+import { current, show } from './state.js';
+import { motorOf, patternPiece } from './wasm.js';
+
+/** @import {CurvePoint, PatternEvent} from './state.js' */
+/** @import {Facts} from './wasm.js' */
+
+const fields = element('fields', HTMLDivElement);
+const list = element('events', HTMLOListElement);
+
+/** @template {keyof HTMLElementTagNameMap} K @param {K} tag @param {object} values @param {(Node | string)[]} children */
+export function make(tag, values = {}, ...children) {
+  const made = Object.assign(document.createElement(tag), values);
+  made.append(...children);
+  return made;
+}
+
+/** @typedef {{line: string, kind: 'fault' | 'warning'}} Words of the command */
+
+/** Of an event's number, 0: of none in particular. @param {Facts} facts @returns {Map<number, Words[]>} */
+function wordsOf(facts) {
+  /** @type {Map<number, Words[]>} */
+  const words = new Map();
+  const put = (/** @type {number} */ event, /** @type {Words} */ one) => words.set(event, [...(words.get(event) ?? []), one]);
+  facts.faults.forEach((line, i) => put(facts.fault_events[i] ?? 0, { line, kind: 'fault' }));
+  for (const { event, line } of facts.warnings) put(event, { line, kind: 'warning' });
+  return words;
+}
+
+/** @param {Words[]} words */
+export const wordItems = (words = []) => words.map(({ line, kind }) => make('li', { className: kind }, line));
+
+/** @param {PatternEvent} event */
+const kindOf = (event) => (event.type === 'transient' ? 'Tap' : 'Curve');
+
+/** @param {PatternEvent} event */
+function summaryOf(event) {
+  return event.type === 'transient' ? `${event.start} ms · level ${event.level}, ${event.intensity} %`
+    : `${event.start} – ${endOf(event)} ms · up to ${Math.max(...event.points.map(([, intensity]) => intensity))} %`;
+}
+
+let listed = '';
+
+export function showEvents() {
+  const { design, event: chosen, point } = current();
+  const { facts } = patternPiece(design);
+  const key = JSON.stringify([design.events.map(summaryOf), facts.faults, facts.warnings, chosen]);
+  if (key !== listed) {
+    listed = key;
+    const words = wordsOf(facts);
+    list.replaceChildren(...design.events.map((event, i) => itemOf(event, i, i === chosen, words.get(i + 1))));
+    element('general', HTMLUListElement).replaceChildren(...wordItems(words.get(0)));
+    scrollTo(/** @type {HTMLElement | undefined} */ (list.children[chosen]));
+  }
+  showFields();
+  const event = design.events[chosen];
+  const at = event?.type === 'continuous' && point >= 0 ? event.points[point] : null;
+  element('status', HTMLElement).textContent = event === undefined ? ''
+    : `${kindOf(event)} ${chosen + 1}, ${summaryOf(event)}` +
+      (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
+}
+
+/** Within the list, never the page. @param {HTMLElement | undefined} item */
+function scrollTo(item) {
+  if (item === undefined) return;
+  const top = item.offsetTop - list.offsetTop;
+  const least = top + item.offsetHeight - list.clientHeight;
+  list.scrollTop = Math.min(top, Math.max(least, list.scrollTop));
+}
+
+/** @param {PatternEvent} event @param {number} i @param {boolean} chosen @param {Words[]} [words] */
+function itemOf(event, i, chosen, words) {
+  const button = make('button', { type: 'button', className: 'event', onclick: () => show({ event: i, point: -1 }) },
+    make('b', {}, `${i + 1} ${kindOf(event)}`), ' ', summaryOf(event));
+  button.setAttribute('aria-pressed', String(chosen));
+  return make('li', {}, button, ...(words ? [make('ul', { className: 'words' }, ...wordItems(words))] : []));
+}
+
+/**
+ * A number of the selected event. What is impossible is allowed, and becomes a fault.
+ * @param {string} label @param {(event: any) => number} get @param {(event: any, value: number) => PatternEvent} set
+ */
+function numberField(label, get, set) {
+  const input = make('input', { type: 'number', step: 1 });
+  input.setAttribute('aria-label', label);
+  input.oninput = () => Number.isInteger(input.valueAsNumber) && change((event) => set(event, input.valueAsNumber), label);
+  return { input, get };
+}
+
+/** @param {string} label @param {string} name */
+const plainField = (label, name) =>
+  numberField(label, (event) => event[name], (event, value) => ({ ...event, [name]: value }));
+
+/** @type {{input: HTMLInputElement, get: (event: any) => number}[]} */
+let inputs = [];
+let shape = '';
+
+function showFields() {
+  const { design, event: chosen, point } = current();
+  const event = design.events[chosen];
+  const wanted = `${chosen} ${event?.type}`;
+  if (wanted !== shape) {
+    shape = wanted;
+    inputs = [];
+    fields.replaceChildren(...(event === undefined ? [make('p', { className: 'hint' }, 'Select one in the lanes or in the list, or add one.')]
+      : event.type === 'transient' ? tapFields() : curveFields()));
+  }
+  if (event === undefined) return;
+  for (const { input, get } of inputs) if (document.activeElement !== input || input.valueAsNumber !== get(event)) input.value = String(get(event));
+  const facts = patternPiece(design).facts.events.find(({ number }) => number === chosen + 1);
+  fields.querySelectorAll('output').forEach((output, i) => {
+    output.textContent = event.type === 'continuous' ? String(facts?.hz?.[i] ?? '–')
+      : motorOf(design.profile).shares && facts?.driven !== undefined ? `driven at ${facts.driven} %` : '';
+  });
+  fields.querySelectorAll('tbody tr').forEach((row, i) => row.classList.toggle('chosen', i === point));
+}
+
+/** @param {string} label @param {string} name */
+function labelled(label, name) {
+  inputs.push(plainField(label, name));
+  return make('label', {}, label, ' ', inputs[inputs.length - 1].input);
+}
+
+const tapFields = () => [
+  make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Level', 'level'), labelled('Intensity, %', 'intensity'),
+    make('output')),
+];
+
+function curveFields() {
+  const head = ['', 'ms', '%', 'offset', 'Hz'].map((name) => make('th', { scope: 'col' }, name || 'Point'));
+  const rows = [0, 1, 2, 3].map((point) => make('tr', {}, make('th', { scope: 'row' }, String(point + 1)),
+    ...['time in ms', 'intensity in %', 'frequency offset'].map((name, field) => make('td', {}, pointInput(point, field, name))),
+    make('td', {}, make('output'))));
+  return [
+    make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Duration, ms', 'duration')),
+    make('table', {}, make('caption', { className: 'hidden' }, 'Points of the curve'), make('thead', {}, make('tr', {}, ...head)),
+      make('tbody', {}, ...rows)),
+  ];
+}
+
+/** @param {number} point @param {number} field @param {string} name */
+function pointInput(point, field, name) {
+  const made = numberField(`Point ${point + 1}, ${name}`, (event) => event.points[point][field], (event, value) => {
+    const to = /** @type {CurvePoint} */ (event.points[point].with(field, value));
+    return { ...event, points: event.points.with(point, to) };
+  });
+  made.input.onfocus = () => show({ point });
+  inputs.push(made);
+  return made.input;
+}

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: Apache-2.0
+// Patterns in files, links and the browser's own store.
+
+import { element } from './canvas.js';
+import { designOf } from './edits.js';
+import { make } from './events.js';
+import { current, edit, emptyDesign, show } from './state.js';
+import { about, form, patternPiece, patternText, readPattern } from './wasm.js';
+
+/** @import {Design, PatternEvent} from './state.js' */
+
+export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade'];
+const store = 'lrasynth studio';
+const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
+
+/** A file as the command reads it, or what it says. @param {string} text @param {string} file */
+export function open(text, file) {
+  const { facts } = readPattern(text, file, emptyDesign.profile);
+  if (facts.faults.length > 0) {
+    show({ messages: facts.faults });
+    return;
+  }
+  /** @type {PatternEvent[]} */
+  const events = JSON.parse(text).events.map((/** @type {any} */ event) => event.type === 'transient'
+    ? { type: event.type, start: event.start, intensity: event.intensity, level: event.level }
+    : { type: event.type, start: event.start, duration: event.duration, points: event.points });
+  edit({ events, name: file.replace(/\.json$/i, '') }, '', selected);
+}
+
+/** @param {string} kind one of studio_form's */
+export const exported = (kind) => form(patternPiece(current().design), kind, current().response);
+
+/** @param {string} kind */
+function download(kind) {
+  const bytes = exported(kind);
+  if (bytes === null) {
+    show({ messages: [`${kind.toUpperCase()}: nothing to write.`] });
+    return;
+  }
+  const address = URL.createObjectURL(new Blob([bytes]));
+  make('a', { href: address, download: `${current().design.name || 'pattern'}.${kind}` }).click();
+  setTimeout(() => URL.revokeObjectURL(address), 10000);
+}
+
+/** @param {BlobPart} data @param {CompressionStream | DecompressionStream} through */
+const passed = (data, through) => new Response(new Blob([data]).stream().pipeThrough(through)).arrayBuffer();
+
+/** The design as the fragment of a link. @param {Design} design */
+export async function fragmentOf(design) {
+  const packed = new Uint8Array(await passed(JSON.stringify(design), new CompressionStream('deflate-raw')));
+  const text = btoa(Array.from(packed, (byte) => String.fromCharCode(byte)).join(''));
+  return `#p=${text.replaceAll('+', '-').replaceAll('/', '_').replaceAll('=', '')}`;
+}
+
+/** @param {string} fragment */
+async function designIn(fragment) {
+  const bytes = Uint8Array.from(atob(fragment.slice(3).replaceAll('-', '+').replaceAll('_', '/')), (c) => c.charCodeAt(0));
+  return readDesign(new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw'))));
+}
+
+/** @param {string} text */
+function readDesign(text) {
+  const profiles = about().motors.flatMap(({ motor }) =>
+    [0, 1, 11].flatMap((chip) => [true, false].map((boost) => ({ motor, chip, boost }))));
+  return designOf(JSON.parse(text), profiles, about().longest_ms);
+}
+
+/** What the link carries, else the last work, else an example. */
+export async function restore() {
+  if (location.hash.startsWith('#p=')) {
+    const design = await designIn(location.hash).catch(() => null);
+    history.replaceState(null, '', location.pathname);
+    if (design !== null) return edit(design, '', selected);
+    show({ messages: ['This link carries no pattern.'] });
+  }
+  try {
+    const design = readDesign(localStorage.getItem(store) ?? '');
+    if (design !== null) return edit(design, '', selected);
+  } catch {
+    // Nothing is kept, or nothing may be.
+  }
+  await openExample(examples[0]);
+}
+
+/** @type {Design | null} */
+let kept = null;
+
+export function keep() {
+  const { design } = current();
+  if (design === kept) return;
+  kept = design;
+  try {
+    localStorage.setItem(store, JSON.stringify(design));
+  } catch {
+    // The browser may forbid it.
+  }
+}
+
+/** @param {string} name */
+async function openExample(name) {
+  open(await (await fetch(`examples/${name}.json`)).text(), `${name}.json`);
+}
+
+async function copyLink() {
+  const link = location.href.replace(/#.*/, '') + (await fragmentOf(current().design));
+  try {
+    await navigator.clipboard.writeText(link);
+    show({ messages: ['The link is copied.'] });
+  } catch {
+    history.replaceState(null, '', link);
+    show({ messages: ['The link is in the address bar.'] });
+  }
+}
+
+/** @param {File | undefined} file */
+const openFile = async (file) => file && open(await file.text(), file.name);
+
+export function startFiles() {
+  const input = element('file', HTMLInputElement);
+  const choice = element('example', HTMLSelectElement);
+  choice.append(...examples.map((name) => new Option(name)));
+  choice.onchange = async () => {
+    if (choice.value !== '') await openExample(choice.value);
+    choice.value = '';
+  };
+  element('open', HTMLButtonElement).onclick = () => input.click();
+  input.onchange = async () => {
+    await openFile(input.files?.[0]);
+    input.value = '';
+  };
+  element('new', HTMLButtonElement).onclick = () => edit({ events: [], name: emptyDesign.name }, '', selected);
+  element('link', HTMLButtonElement).onclick = copyLink;
+  const name = element('name', HTMLInputElement);
+  name.oninput = () => edit({ name: name.value }, 'name');
+  for (const button of document.querySelectorAll('[data-form]')) {
+    button.addEventListener('click', () => download(/** @type {HTMLElement} */ (button).dataset.form ?? ''));
+  }
+  document.addEventListener('dragover', (event) => event.preventDefault());
+  document.addEventListener('drop', async (event) => {
+    event.preventDefault();
+    await openFile(event.dataTransfer?.files[0]);
+  });
+  window.addEventListener('hashchange', () => location.hash.startsWith('#p=') && restore());
+}
+
+export function showFiles() {
+  const { design, messages } = current();
+  const { facts } = patternPiece(design);
+  const name = element('name', HTMLInputElement);
+  if (document.activeElement !== name) name.value = design.name;
+  const none = facts.faults.length > 0;
+  for (const button of document.querySelectorAll('button[data-form]')) {
+    const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';
+    /** @type {HTMLButtonElement} */ (button).disabled = none || (facts.stream && ['wav', 'svg'].includes(kind));
+  }
+  const lines = messages.map((line) => make('p', {}, line));
+  const box = element('messages', HTMLElement);
+  if (box.textContent !== messages.join('')) box.replaceChildren(...lines);
+}

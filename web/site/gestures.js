@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: Apache-2.0
+// Mouse, touch and keys in the lanes.
+
+import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
+import { endOf, newCurve, newTap, startedAt, strengthened, stretched, withPoint } from './edits.js';
+import { frequencyLane, gripOf, lanes, placeOf } from './lanes.js';
+import { current, edit, endStep, show } from './state.js';
+import { pan, shownSpan, watchZoom } from './view.js';
+import { forgetReading, readAt } from './waveform.js';
+
+/** @import {Plot} from './canvas.js' */
+/** @import {Lane} from './lanes.js' */
+/** @import {Curve, CurvePoint, PatternEvent, Span} from './state.js' */
+
+/**
+ * @typedef {{event: number, part: 'point' | 'end' | 'whole', point: number}} Target what is under the pointer
+ * @typedef {{lane: Lane, plot: Plot, target: Target | null, x: number, y: number, before: PatternEvent | null,
+ *   view: Span | null, moved: boolean}} Drag
+ */
+
+/** @type {Drag | null} */
+let drag = null;
+let drags = 0;
+
+/** Axes stay where they are while something is dragged. */
+export const isDragging = () => drag?.target != null;
+
+/** @param {Lane} lane @param {number} x @param {number} y @param {number} reach @returns {Target | null} */
+function targetAt(lane, x, y, reach) {
+  const { plot } = lane;
+  const { design, event: chosen } = current();
+  if (plot === null) return null;
+  const order = design.events.map((_, i) => i).reverse();
+  if (chosen >= 0) order.unshift(chosen);
+  const near = (/** @type {{x: number, y: number}} */ place) => Math.hypot(place.x - x, place.y - y) <= reach;
+  for (const i of order) {
+    const event = design.events[i];
+    if (event.type === 'transient') continue;
+    // Of points in one place the later one, which alone may be free to move.
+    const point = [3, 2, 1, 0].find((point) => near(placeOf(lane, plot, event, point)));
+    if (point !== undefined) return { event: i, part: 'point', point };
+    if (i === chosen && lane.field === 1 && near(gripOf(plot, event))) return { event: i, part: 'end', point: -1 };
+  }
+  const touched = order.filter((i) => touches(lane, plot, design.events[i], x, y, reach));
+  const event = touched.find((i) => design.events[i].type === 'transient') ?? touched[0];
+  return event === undefined ? null : { event, part: 'whole', point: -1 };
+}
+
+/** @param {Lane} lane @param {Plot} plot @param {PatternEvent} event @param {number} x @param {number} y @param {number} reach */
+function touches(lane, plot, event, x, y, reach) {
+  const [left, right] = [plot.x(event.start), plot.x(endOf(event))];
+  if (event.type === 'transient') {
+    return x > left - 4 && x < Math.max(right, left + 6) && (lane.field === 2 || y > plot.y(event.intensity) - 14);
+  }
+  if (x < left || x > right) return false;
+  const next = Math.max(1, event.points.findIndex((_, i) => placeOf(lane, plot, event, i).x >= x));
+  const [from, to] = [placeOf(lane, plot, event, next - 1), placeOf(lane, plot, event, next)];
+  const edge = to.x > from.x ? from.y + ((to.y - from.y) * (x - from.x)) / (to.x - from.x) : to.y;
+  return lane.field === 1 ? y > edge - reach / 2 : Math.abs(y - edge) < reach;
+}
+
+/** @param {Lane} lane @param {{clientX: number, clientY: number}} event */
+function placeIn(lane, { clientX, clientY }) {
+  const box = lane.canvas.getBoundingClientRect();
+  return { x: clientX - box.left, y: clientY - box.top };
+}
+
+/** @param {Lane} lane @param {PointerEvent} event */
+function begin(lane, event) {
+  if (drag !== null || lane.plot === null || event.button !== 0) return;
+  const { x, y } = placeIn(lane, event);
+  const target = targetAt(lane, x, y, event.pointerType === 'mouse' ? 9 : 20);
+  const { design, view } = current();
+  drag = { lane, plot: lane.plot, target, x, y, before: target && design.events[target.event], view, moved: false };
+  lane.canvas.setPointerCapture(event.pointerId);
+  if (target !== null) show({ event: target.event, point: target.point, view: shownSpan() });
+  ++drags;
+}
+
+/** @param {PointerEvent} event */
+function go(event) {
+  if (drag === null) return;
+  const { lane, plot, target, before } = drag;
+  const { x, y } = placeIn(lane, event);
+  if (!drag.moved && Math.hypot(x - drag.x, y - drag.y) < 3) return;
+  drag.moved = true;
+  if (target === null || before === null) {
+    pan((drag.x - x) / (plot.right - plot.left));
+    drag.x = x;
+    return;
+  }
+  const ms = plot.msAt(x) - plot.msAt(drag.x);
+  const after = dragged(lane, target, before, ms, plot.valueAt(y) - plot.valueAt(drag.y));
+  edit({ events: current().design.events.with(target.event, after) }, `drag ${drags}`);
+}
+
+/** @param {Lane} lane @param {Target} target @param {PatternEvent} before @param {number} ms @param {number} by */
+function dragged(lane, target, before, ms, by) {
+  if (target.part === 'whole') {
+    const strong = before.type === 'transient' && lane.field === 1 ? strengthened(before, by) : before;
+    return startedAt(strong, before.start + ms);
+  }
+  if (before.type === 'transient') return before;
+  if (target.part === 'end') return stretched(before, before.duration + ms);
+  /** @type {CurvePoint} */
+  const to = [...before.points[target.point]];
+  to[0] += ms;
+  to[lane.field] = lane.value(lane.shown(to[lane.field]) + by);
+  return withPoint(before, target.point, to);
+}
+
+/** @param {boolean} kept what was dragged */
+function end(kept) {
+  if (drag === null) return;
+  const { target, view, moved, plot, x } = drag;
+  drag = null;
+  endStep();
+  if (target !== null) show({ view });
+  else if (kept && !moved) show({ event: -1, cursor: Math.max(0, Math.round(plot.msAt(x))) });
+}
+
+/** @param {Lane} lane @param {MouseEvent} event */
+function place(lane, event) {
+  const { x, y } = placeIn(lane, event);
+  if (lane.plot === null || targetAt(lane, x, y, 9) !== null) return;
+  const start = Math.max(0, lane.plot.msAt(x));
+  const strength = lane.field === 1 ? lane.plot.valueAt(y) : 80;
+  add(event.shiftKey ? newCurve(start, strength) : newTap(start, current().tap.level, strength));
+}
+
+/** @param {Lane} lane @param {KeyboardEvent} event */
+function press(lane, event) {
+  if (event.ctrlKey || event.metaKey) return;
+  const command = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
+  const by = event.shiftKey ? 10 : 1;
+  const [ms, value] = arrows[event.key] ?? [0, 0];
+  if (ms !== 0 || value !== 0) nudge(lane, ms * by, value * by, event.altKey);
+  else if (command !== undefined) command();
+  else return;
+  event.preventDefault();
+}
+
+/** @type {Record<string, [number, number]>} */
+const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, 1], ArrowDown: [0, -1] };
+
+/** @type {Record<string, () => void>} */
+const keys = {
+  t: addTap, c: addCurve, d: duplicate, Delete: remove, Backspace: remove,
+  PageDown: () => selectNext(1), PageUp: () => selectNext(-1),
+  Escape: () => show({ event: -1 }), 0: () => show({ point: -1 }),
+  1: () => show({ point: 0 }), 2: () => show({ point: 1 }), 3: () => show({ point: 2 }), 4: () => show({ point: 3 }),
+};
+
+/** @param {Lane} lane @param {number} ms @param {number} value @param {boolean} stretch */
+function nudge(lane, ms, value, stretch) {
+  const { event, point, cursor } = current();
+  if (event < 0) show({ cursor: Math.max(0, cursor + ms) });
+  else if (stretch) change((old) => stretched(old, endOf(old) - old.start + ms), 'stretch');
+  else if (point >= 0) change((old) => nudged(lane, /** @type {Curve} */ (old), point, ms, value), `point ${point}`);
+  else change((old) => startedAt(lane === frequencyLane ? old : strengthened(old, value), old.start + ms), 'move');
+}
+
+/** @param {Lane} lane @param {Curve} event @param {number} point @param {number} ms @param {number} value */
+function nudged(lane, event, point, ms, value) {
+  /** @type {CurvePoint} */
+  const to = [...event.points[point]];
+  to[0] += ms;
+  to[lane.field] += value;
+  return withPoint(event, point, to);
+}
+
+export function startGestures() {
+  for (const lane of lanes) {
+    const { canvas } = lane;
+    watchZoom(canvas);
+    canvas.addEventListener('pointerdown', (event) => begin(lane, event));
+    canvas.addEventListener('pointermove', (event) => {
+      go(event);
+      readAt(event);
+      const { x, y } = placeIn(lane, event);
+      if (drag === null) canvas.dataset.over = targetAt(lane, x, y, 9)?.part ?? '';
+    });
+    canvas.addEventListener('pointerup', () => end(true));
+    canvas.addEventListener('pointercancel', () => end(false));
+    canvas.addEventListener('pointerleave', forgetReading);
+    canvas.addEventListener('dblclick', (event) => place(lane, event));
+    canvas.addEventListener('keydown', (event) => press(lane, event));
+    // A finger on something drags it, one on the free ground may scroll the page.
+    canvas.addEventListener('touchstart', (event) => {
+      const { x, y } = placeIn(lane, event.touches[0]);
+      if (event.touches.length > 1) end(false);
+      if (event.touches.length > 1 || targetAt(lane, x, y, 20) !== null) event.preventDefault();
+    }, { passive: false });
+  }
+}

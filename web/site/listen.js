@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: Apache-2.0
+// Waveforms as sound, at the device's own rate.
+
+import { element } from './canvas.js';
+import { current, onChange } from './state.js';
+import { shownSpan } from './view.js';
+import { patternPiece, samples } from './wasm.js';
+import { xOnWaveform } from './waveform.js';
+
+/** @import {Piece} from './wasm.js' */
+
+/** @type {AudioContext | null} */
+let audio = null;
+/** @type {{source: AudioBufferSourceNode, began: number, piece: Piece, isPattern: boolean} | null} */
+let playing = null;
+const playhead = element('playhead', HTMLDivElement);
+
+/** @param {Piece} piece @param {boolean} isPattern */
+export async function play(piece, isPattern) {
+  stop();
+  const { length, rate } = piece.facts;
+  audio ??= new AudioContext();
+  await audio.resume();
+  const buffer = audio.createBuffer(1, length, rate);
+  const channel = buffer.getChannelData(0);
+  const block = 1 << 20;
+  for (let at = 0; at < length; at += block) {
+    channel.set(Float32Array.from(samples(piece, at, Math.min(block, length - at)), (value) => value / 128), at);
+  }
+  const source = audio.createBufferSource();
+  source.buffer = buffer;
+  source.loop = isPattern && element('repeat', HTMLInputElement).checked;
+  source.connect(audio.destination);
+  source.onended = () => playing?.source === source && stop();
+  source.start();
+  playing = { source, began: audio.currentTime, piece, isPattern };
+  element('stop', HTMLButtonElement).disabled = false;
+  follow();
+}
+
+export function stop() {
+  const ended = playing;
+  playing = null;
+  ended?.source.stop();
+  playhead.hidden = true;
+  element('stop', HTMLButtonElement).disabled = true;
+}
+
+function follow() {
+  if (playing === null || audio === null || !playing.isPattern) return;
+  const { length_ms } = playing.piece.facts;
+  const gone = Math.max(0, audio.currentTime - playing.began) * 1000;
+  const ms = playing.source.loop ? gone % length_ms : gone;
+  const { from, to } = shownSpan();
+  playhead.hidden = ms < from || ms > to;
+  playhead.style.left = `${xOnWaveform(ms)}px`;
+  requestAnimationFrame(follow);
+}
+
+/** @param {Piece} piece */
+const isPlayable = ({ facts }) => facts.faults.length === 0 && !facts.stream && facts.length > 0;
+
+export function startListen() {
+  element('play', HTMLButtonElement).onclick = () => play(patternPiece(current().design), true);
+  element('stop', HTMLButtonElement).onclick = stop;
+  element('repeat', HTMLInputElement).onchange = (event) => {
+    if (playing?.isPattern) playing.source.loop = /** @type {HTMLInputElement} */ (event.target).checked;
+  };
+  // What is heard is what is shown.
+  onChange(() => playing?.isPattern && playing.piece !== patternPiece(current().design) && stop());
+}
+
+export function showListen() {
+  element('play', HTMLButtonElement).disabled = !isPlayable(patternPiece(current().design));
+}

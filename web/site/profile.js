@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+// Motor, chip and boost, and how often the pattern plays.
+
+import { element } from './canvas.js';
+import { current, edit } from './state.js';
+import { about, motorOf } from './wasm.js';
+
+/** @import {Profile} from './state.js' */
+
+const motor = element('motor', HTMLSelectElement);
+const chip = element('chip', HTMLSelectElement);
+const boost = element('boost', HTMLInputElement);
+
+/** @param {Partial<Profile>} changes */
+const set = (changes) => edit({ profile: { ...current().design.profile, ...changes } });
+
+export function startProfile() {
+  motor.append(...about().motors.map((row) => new Option(`${row.motor} · ${row.resonance} Hz`, String(row.motor))));
+  motor.onchange = () => set({ motor: Number(motor.value) });
+  chip.onchange = () => set({ chip: Number(chip.value) });
+  boost.onchange = () => set({ boost: boost.checked });
+  element('interval', HTMLInputElement).max = String(about().longest_ms);
+  for (const id of /** @type {const} */ (['loops', 'interval'])) {
+    const input = element(id, HTMLInputElement);
+    // In steps of one, whatever its arrows step by.
+    input.oninput = () => {
+      const value = input.valueAsNumber;
+      if (Number.isInteger(value) && value >= Number(input.min) && value <= Number(input.max)) edit({ [id]: value }, id);
+    };
+  }
+}
+
+export function showProfile() {
+  const { profile, loops, interval } = current().design;
+  motor.value = String(profile.motor);
+  chip.value = String(profile.chip);
+  boost.checked = profile.boost;
+  boost.disabled = !motorOf(profile).boost;
+  for (const [id, value] of Object.entries({ loops, interval })) {
+    const input = element(id, HTMLInputElement);
+    if (document.activeElement !== input) input.value = String(value);
+  }
+}

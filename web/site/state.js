@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is designed, as an immutable value with undo and redo, and beside it what only concerns the page.
+
+/**
+ * @typedef {[time: number, intensity: number, offset: number]} CurvePoint
+ * @typedef {{type: 'transient', start: number, intensity: number, level: number}} Tap
+ * @typedef {{type: 'continuous', start: number, duration: number, points: readonly CurvePoint[]}} Curve
+ * @typedef {Tap | Curve} PatternEvent
+ * @typedef {{motor: number, chip: number, boost: boolean}} Profile
+ * @typedef {{name: string, profile: Profile, loops: number, interval: number, events: readonly PatternEvent[]}} Design
+ * @typedef {{from: number, to: number}} Span in milliseconds
+ */
+
+/**
+ * `event` and `point` are indices, -1: none. `view` null: everything. `messages` are about the last file or link.
+ * @typedef {{design: Design, event: number, point: number, cursor: number, view: Span | null,
+ *   tap: {level: number, intensity: number, inPattern: boolean},
+ *   response: {shown: boolean, quality: number, hz: number}, messages: readonly string[]}} State
+ */
+
+/** @type {Design} */
+export const emptyDesign = {
+  name: 'pattern',
+  profile: { motor: 1040, chip: 0, boost: true },
+  loops: 1,
+  interval: 0,
+  events: [],
+};
+
+/** @type {State} */
+let state = {
+  design: emptyDesign,
+  event: -1,
+  point: -1,
+  cursor: 0,
+  view: null,
+  tap: { level: 50, intensity: 80, inPattern: false },
+  response: { shown: true, quality: 20, hz: 0 },
+  messages: [],
+};
+/** @type {Design[]} */
+let past = [];
+/** @type {Design[]} */
+let future = [];
+let lastKind = '';
+/** @type {(() => void)[]} */
+const listeners = [];
+
+export const current = () => state;
+export const canUndo = () => past.length > 0;
+export const canRedo = () => future.length > 0;
+
+/** @param {() => void} listener */
+export const onChange = (listener) => listeners.push(listener);
+
+/**
+ * Changes that are no edits of the design.
+ * @param {Partial<Omit<State, 'design'>>} changes
+ */
+export function show(changes) {
+  put(changes);
+}
+
+/**
+ * Edits of one kind in a row, as of a drag, are undone in one step.
+ * @param {Partial<Design>} changes
+ * @param {string} [kind]
+ * @param {Partial<State>} [beside] what changes with it, and is not undone
+ */
+export function edit(changes, kind = '', beside = {}) {
+  const design = { ...state.design, ...changes };
+  if (JSON.stringify(design) !== JSON.stringify(state.design)) {
+    if (kind === '' || kind !== lastKind) past.push(state.design);
+    future = [];
+    lastKind = kind;
+    put({ design, ...beside });
+  } else {
+    put(beside);
+  }
+}
+
+/** What is there now is the beginning. */
+export function forgetPast() {
+  past = [];
+  future = [];
+  endStep();
+}
+
+/** The next edit is a step of its own. */
+export const endStep = () => {
+  lastKind = '';
+};
+
+export const undo = () => exchange(past, future);
+export const redo = () => exchange(future, past);
+
+/** @param {Design[]} from @param {Design[]} to */
+function exchange(from, to) {
+  const design = from.pop();
+  if (design === undefined) return;
+  to.push(state.design);
+  endStep();
+  put({ design });
+}
+
+/** @param {Partial<State>} changes */
+function put(changes) {
+  const next = { ...state, ...changes };
+  if (next.event >= next.design.events.length) next.event = -1;
+  if (next.event === -1 || next.design.events[next.event].type === 'transient') next.point = -1;
+  state = Object.freeze(next);
+  for (const listener of listeners) listener();
+}

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: Apache-2.0
+// One tap: its waveform, and all levels side by side.
+
+import { clipped, colour, drawGrid, element, plotOn } from './canvas.js';
+import { add } from './commands.js';
+import { newTap } from './edits.js';
+import { make, wordItems } from './events.js';
+import { play } from './listen.js';
+import { current, show } from './state.js';
+import { drawSamples, drawSections } from './waveform.js';
+import { motorOf, samples, tapPiece } from './wasm.js';
+
+/** @import {Profile, State} from './state.js' */
+/** @import {Piece} from './wasm.js' */
+
+const strip = element('strip', HTMLCanvasElement);
+const levels = 101;
+
+/** What was drawn last, and its piece. @type {{key: string, piece: Piece | null}} */
+let last = { key: '', piece: null };
+
+/** Chips without samples take the tap as it is at chip 0. @param {Profile} profile */
+const sounding = (profile) => (profile.chip === 11 ? { ...profile, chip: 0 } : profile);
+
+/** @param {boolean} anew even if nothing of it has changed */
+export function showTap(anew) {
+  const { design, tap } = current();
+  const profile = sounding(design.profile);
+  const key = JSON.stringify([profile, tap]);
+  if (key === last.key && !anew) return;
+  last = { key, piece: motorOf(profile).taps ? tapPiece(profile, tap) : null };
+  for (const [id, value] of Object.entries({ level: tap.level, intensity: tap.intensity })) {
+    element(id, HTMLInputElement).value = String(value);
+    const exact = element(`${id}-number`, HTMLInputElement);
+    if (document.activeElement !== exact) exact.value = String(value);
+  }
+  const inPattern = element('in-pattern', HTMLInputElement);
+  inPattern.checked = tap.inPattern;
+  inPattern.disabled = !motorOf(profile).shares;
+  for (const id of ['tap-listen', 'tap-add']) element(id, HTMLButtonElement).disabled = last.piece === null;
+  showWave();
+  showStrip(profile, anew);
+}
+
+function showWave() {
+  const { piece } = last;
+  const facts = piece?.facts;
+  const plot = plotOn(element('tap-wave', HTMLCanvasElement), { from: 0, to: facts?.length_ms || 20 }, [-128, 128],
+    { top: 20, bottom: 22 });
+  if (piece !== null) drawSections(plot, piece);
+  drawGrid(plot, [-128, -64, 0, 64, 128], true);
+  if (piece !== null) clipped(plot, () => drawSamples(plot, piece));
+  element('tap-words', HTMLElement).textContent =
+    facts === undefined ? 'This motor has no taps.' : `${facts.length} samples · ${facts.length_ms.toFixed(1)} ms`;
+  element('tap-warnings', HTMLUListElement).replaceChildren(
+    ...wordItems(facts?.warnings.map(({ line }) => ({ line, kind: 'warning' }))));
+}
+
+let stripKey = '';
+/** A column of pixels for each level, time runs down. @type {HTMLCanvasElement | null} */
+let image = null;
+
+/** @param {Profile} profile @param {boolean} anew */
+function showStrip(profile, anew) {
+  const { tap } = current();
+  const key = JSON.stringify([profile, tap.intensity, tap.inPattern]);
+  if (key !== stripKey || anew) image = motorOf(profile).taps ? stripImage(profile, tap) : null;
+  stripKey = key;
+  const plot = plotOn(strip, { from: 0, to: levels }, [0, 1], { top: 2, bottom: 18 });
+  const { draw, left, right, top, bottom } = plot;
+  draw.imageSmoothingEnabled = false;
+  if (image !== null) draw.drawImage(image, left, top, right - left, bottom - top);
+  draw.strokeStyle = colour('chosen');
+  draw.lineWidth = 2;
+  draw.strokeRect(plot.x(tap.level) - 1, top, plot.x(1) - left + 2, bottom - top);
+  draw.fillStyle = colour('muted');
+  draw.textBaseline = 'top';
+  for (let level = 0; level <= 100; level += 25) {
+    draw.textAlign = level === 0 ? 'left' : level === 100 ? 'right' : 'center';
+    draw.fillText(String(level), level === 0 ? left : level === 100 ? right : plot.x(level + 0.5), bottom + 4);
+  }
+}
+
+/** @param {Profile} profile @param {State['tap']} tap */
+function stripImage(profile, tap) {
+  const taps = Array.from({ length: levels }, (_, level) => {
+    const piece = tapPiece(profile, { ...tap, level });
+    return samples(piece, 0, piece.facts.length);
+  });
+  const rows = 160;
+  const longest = Math.max(...taps.map(({ length }) => length));
+  const canvas = make('canvas', { width: levels, height: rows });
+  const draw = /** @type {CanvasRenderingContext2D} */ (canvas.getContext('2d'));
+  const [high, low, none] = ['curve', 'low', 'panel'].map((name) => channels(colour(name)));
+  const pixels = draw.createImageData(levels, rows);
+  taps.forEach((tap, level) => {
+    for (let row = 0; row < rows; ++row) {
+      const at = Math.floor((row * longest) / rows);
+      const value = at < tap.length ? tap[at] / 128 : 0;
+      const full = value > 0 ? high : low;
+      for (let i = 0; i < 3; ++i) pixels.data[4 * (row * levels + level) + i] = none[i] + (full[i] - none[i]) * Math.abs(value);
+      pixels.data[4 * (row * levels + level) + 3] = at < tap.length ? 255 : 0;
+    }
+  });
+  draw.putImageData(pixels, 0, 0);
+  return canvas;
+}
+
+/** @param {string} hex #rrggbb */
+const channels = (hex) => [1, 3, 5].map((at) => parseInt(hex.slice(at, at + 2), 16));
+
+/** @param {Partial<State['tap']>} changes */
+const set = (changes) => show({ tap: { ...current().tap, ...changes } });
+
+export function startTap() {
+  for (const id of /** @type {const} */ (['level', 'intensity'])) {
+    for (const input of [element(id, HTMLInputElement), element(`${id}-number`, HTMLInputElement)]) {
+      input.oninput = () => input.value !== '' && input.checkValidity() && set({ [id]: input.valueAsNumber });
+    }
+  }
+  element('in-pattern', HTMLInputElement).onchange = () => set({ inPattern: !current().tap.inPattern });
+  element('tap-listen', HTMLButtonElement).onclick = () => last.piece && play(last.piece, false);
+  element('tap-add', HTMLButtonElement).onclick = () => {
+    const { cursor, tap } = current();
+    add(newTap(cursor, tap.level, tap.intensity));
+  };
+  const choose = (/** @type {PointerEvent} */ event) => {
+    if (event.buttons === 0) return;
+    const box = strip.getBoundingClientRect();
+    const share = (event.clientX - box.left - 40) / (box.width - 50);
+    set({ level: Math.min(100, Math.max(0, Math.floor(share * levels))) });
+  };
+  strip.addEventListener('pointerdown', choose);
+  strip.addEventListener('pointermove', choose);
+}

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: Apache-2.0
+// Which stretch of time the lanes and the waveform show.
+
+import { element, inset, roundStep } from './canvas.js';
+import { endOf } from './edits.js';
+import { current, show } from './state.js';
+import { about, patternPiece } from './wasm.js';
+
+/** @import {Design, Span} from './state.js' */
+
+const shortestMs = 0.5;
+
+/** Where nothing is chosen: everything, and some room behind it. @param {Design} design @returns {Span} */
+export function wholeSpan(design) {
+  const { facts } = patternPiece(design);
+  const ends = design.events.map(endOf).filter(Number.isFinite);
+  const end = Math.max(facts.faults.length === 0 && !facts.stream ? facts.length_ms : 0, ...ends, 400);
+  const step = roundStep(end, 12);
+  return { from: 0, to: Math.min(longest(), Math.ceil((end * 1.02) / step) * step) };
+}
+
+const longest = () => about().longest_ms * 2;
+
+/** @returns {Span} */
+export const shownSpan = () => current().view ?? wholeSpan(current().design);
+
+/** @param {Span} span */
+export function lookAt({ from, to }) {
+  const length = Math.min(longest(), Math.max(shortestMs, to - from));
+  const start = Math.min(Math.max(0, from), Math.max(0, longest() - length));
+  show({ view: { from: start, to: start + length } });
+}
+
+/** @param {number} factor below 1: closer @param {number} [about] ms that stay where they are */
+export function zoom(factor, about) {
+  const { from, to } = shownSpan();
+  const { event, design } = current();
+  const still = about ?? (event >= 0 ? (design.events[event].start + endOf(design.events[event])) / 2 : (from + to) / 2);
+  const at = Math.min(to, Math.max(from, still));
+  lookAt({ from: at - (at - from) * factor, to: at + (to - at) * factor });
+}
+
+/** @param {number} share of what is shown */
+export function pan(share) {
+  const { from, to } = shownSpan();
+  lookAt({ from: from + (to - from) * share, to: to + (to - from) * share });
+}
+
+function lookAtEvent() {
+  const event = current().design.events[current().event];
+  if (event === undefined) return;
+  const margin = (endOf(event) - event.start) * 0.1 + 2;
+  lookAt({ from: event.start - margin, to: endOf(event) + margin });
+}
+
+/** Wheel, two fingers and keys on a canvas over the shared time. @param {HTMLCanvasElement} canvas */
+export function watchZoom(canvas) {
+  const msAt = (/** @type {number} */ clientX) => {
+    const box = canvas.getBoundingClientRect();
+    const { from, to } = shownSpan();
+    return from + ((clientX - box.left - inset.left) / (box.width - inset.left - inset.right)) * (to - from);
+  };
+  canvas.addEventListener('wheel', (event) => {
+    if (event.ctrlKey || event.metaKey) zoom(Math.exp(event.deltaY * 0.003), msAt(event.clientX));
+    else if (event.shiftKey || event.deltaX !== 0) pan((event.deltaX || event.deltaY) / canvas.clientWidth);
+    else return;
+    event.preventDefault();
+  }, { passive: false });
+  watchPinch(canvas, msAt);
+  canvas.addEventListener('keydown', ({ key, ctrlKey, metaKey }) => {
+    if (ctrlKey || metaKey) return;
+    if (key === '+') zoom(0.5);
+    if (key === '-') zoom(2);
+    if (key === 'a' || key === 'A') show({ view: null });
+  });
+}
+
+/** @param {HTMLCanvasElement} canvas @param {(clientX: number) => number} msAt */
+function watchPinch(canvas, msAt) {
+  let apart = 0;
+  canvas.addEventListener('touchmove', (event) => {
+    const [one, other] = event.touches;
+    if (other === undefined) return;
+    const now = Math.max(20, Math.abs(one.clientX - other.clientX));
+    if (apart > 0) zoom(apart / now, msAt((one.clientX + other.clientX) / 2));
+    apart = now;
+    event.preventDefault();
+  }, { passive: false });
+  canvas.addEventListener('touchend', () => (apart = 0));
+}
+
+export function startView() {
+  element('zoom-in', HTMLButtonElement).onclick = () => zoom(0.5);
+  element('zoom-out', HTMLButtonElement).onclick = () => zoom(2);
+  element('zoom-event', HTMLButtonElement).onclick = lookAtEvent;
+  element('zoom-all', HTMLButtonElement).onclick = () => show({ view: null });
+}
+
+export function showView() {
+  element('zoom-event', HTMLButtonElement).disabled = current().event < 0;
+}
