@@ -3,33 +3,13 @@
 #include "design/response.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
 #include "design/motor.h"
 
 namespace design {
-namespace {
-
-// Visits every sample with the displacement after it and the envelope: those of the waveform, then the ring-down as
-// long as on(envelope) says.
-template <class Visit, class On>
-void swing(const Waveform& waveform, const Resonator& resonator, Visit visit, On on) {
-  Oscillation motor(resonator, waveform.profile.sample_rate);
-  const double unit = 1.0 / (kFullScale * resonator.quality);
-  for_blocks(waveform, [&](int64_t first, std::span<const uint8_t> codes) {
-    for (size_t i = 0; i < codes.size(); ++i) {
-      const double displacement = motor.step(amplitude(codes[i]) * unit);
-      visit(first + static_cast<int64_t>(i), displacement, motor.envelope());
-    }
-  });
-  for (int64_t i = waveform.length; on(motor.envelope()); ++i) {
-    const double displacement = motor.step(0);
-    visit(i, displacement, motor.envelope());
-  }
-}
-
-}  // namespace
 
 // With d = 1 / (2 Q), the damped oscillation turns by w sqrt(1 - d^2) a second and decays by w d.
 Oscillation::Oscillation(const Resonator& resonator, double sample_rate) {
@@ -43,45 +23,105 @@ Oscillation::Oscillation(const Resonator& resonator, double sample_rate) {
   sin_ = std::sin(damped);
 }
 
-double Oscillation::envelope() const {
-  const double turned = damping_ * displacement_ + velocity_;
-  return std::sqrt(displacement_ * displacement_ + turned * turned);
+Motion::Motion(Waveform waveform, Resonator resonator)
+    : waveform_(std::move(waveform)), unit_(1.0 / (kFullScale * resonator.quality)) {
+  if (resonator.hz == 0) resonator.hz = resonance_of(waveform_.profile);
+  response_.resonator = resonator;
+  Oscillation motor(resonator, waveform_.profile.sample_rate);
+  double squares = 0;
+  for_blocks(waveform_, [&](int64_t, std::span<const uint8_t> codes) {
+    for (const uint8_t code : codes) {
+      const double displacement = step(motor, amplitude(code) * unit_);
+      squares += displacement * displacement;
+    }
+  });
+  double most_energy = 0;
+  for (const Block& block : blocks_) most_energy = std::max(most_energy, block.most_energy);
+  if (most_energy == 0) return;
+  strongest_ = std::sqrt(most_energy);
+  while (has(0.1, motor.energy())) step(motor, 0);
+  for (const Block& block : blocks_) {
+    response_.peak = std::max({response_.peak, -block.extremes.low, block.extremes.high});
+  }
+  response_.effective = std::sqrt(squares / static_cast<double>(waveform_.length));
+  const int64_t last_strong = last_with(0.9);
+  const int64_t last_felt = last_with(0.1);
+  response_.rise_ms = waveform_.ms_of(first_with(0.9) + 1);
+  response_.felt_ms = waveform_.ms_of(last_felt + 1);
+  response_.ring_down_ms = waveform_.ms_of(last_felt - last_strong);
 }
 
-Response response_of(const Waveform& waveform, Resonator resonator, Span shown, size_t columns) {
-  if (resonator.hz == 0) resonator.hz = resonance_of(waveform.profile);
-  Response response;
-  response.resonator = resonator;
-  double squares = 0;
-  double strongest = 0;
-  const auto measure = [&](int64_t i, double displacement, double envelope) {
-    response.peak = std::max(response.peak, std::fabs(displacement));
-    strongest = std::max(strongest, envelope);
-    if (i < waveform.length) squares += displacement * displacement;
-  };
-  const auto swings_on = [&](double envelope) { return strongest > 0 && envelope >= 0.1 * strongest; };
-  swing(waveform, resonator, measure, swings_on);
-  if (response.peak == 0) return response;
-  response.effective = std::sqrt(squares / static_cast<double>(waveform.length));
+double Motion::step(Oscillation& motor, double drive) {
+  if (length_++ % kBlock == 0) blocks_.push_back({motor});
+  Block& block = blocks_.back();
+  const double displacement = motor.step(drive);
+  block.extremes.add({displacement, displacement});
+  block.most_energy = std::max(block.most_energy, motor.energy());
+  return displacement;
+}
 
-  int64_t first_strong = -1;
-  int64_t last_strong = 0;
-  int64_t last_felt = 0;
-  response.columns.assign(columns, {1, -1});
-  const auto place = [&](int64_t i, double displacement, double envelope) {
-    const double share = envelope / strongest;
-    if (share >= 0.9 && first_strong < 0) first_strong = i;
-    if (share >= 0.9) last_strong = i;
-    if (share >= 0.1) last_felt = i;
-    const double column = (waveform.ms_of(i) - shown.from) / shown.length() * static_cast<double>(columns);
-    if (!(column >= 0) || column >= static_cast<double>(columns)) return;
-    Response::Extremes& extremes = response.columns[static_cast<size_t>(column)];
-    extremes = {std::min(extremes.low, displacement), std::max(extremes.high, displacement)};
+template <class Visit>
+void Motion::replay(size_t block, Visit visit) const {
+  const int64_t first = static_cast<int64_t>(block) * kBlock;
+  std::array<uint8_t, kBlock> codes = {};
+  const int64_t driven = std::clamp<int64_t>(waveform_.length - first, 0, kBlock);
+  if (driven > 0) waveform_.read(first, std::span(codes).first(static_cast<size_t>(driven)));
+  Oscillation motor = blocks_[block].before;
+  for (int64_t i = first; i < std::min(first + kBlock, length_); ++i) {
+    const double displacement = motor.step(amplitude(codes[static_cast<size_t>(i - first)]) * unit_);
+    visit(i, displacement, motor.energy());
+  }
+}
+
+bool Motion::has(double share, double energy) const { return std::sqrt(energy) / strongest_ >= share; }
+
+int64_t Motion::first_with(double share) const {
+  const auto strong = [&](const Block& block) { return has(share, block.most_energy); };
+  const auto found = std::find_if(blocks_.begin(), blocks_.end(), strong);
+  int64_t first = -1;
+  replay(static_cast<size_t>(found - blocks_.begin()), [&](int64_t i, double, double energy) {
+    if (first < 0 && has(share, energy)) first = i;
+  });
+  return first;
+}
+
+int64_t Motion::last_with(double share) const {
+  const auto strong = [&](const Block& block) { return has(share, block.most_energy); };
+  const auto found = std::find_if(blocks_.rbegin(), blocks_.rend(), strong);
+  int64_t last = 0;
+  replay(static_cast<size_t>(blocks_.rend() - found) - 1, [&](int64_t i, double, double energy) {
+    if (has(share, energy)) last = i;
+  });
+  return last;
+}
+
+// A block whose samples all fall into one column need not be replayed.
+std::vector<Response::Extremes> Motion::columns(Span shown, size_t count) const {
+  std::vector<Response::Extremes> columns(count);
+  const auto column_of = [&](int64_t i) {
+    return std::floor((waveform_.ms_of(i) - shown.from) / shown.length() * static_cast<double>(count));
   };
-  swing(waveform, resonator, place, swings_on);
-  response.rise_ms = waveform.ms_of(first_strong + 1);
-  response.felt_ms = waveform.ms_of(last_felt + 1);
-  response.ring_down_ms = waveform.ms_of(last_felt - last_strong);
+  const auto add = [&](double column, Response::Extremes extremes) {
+    if (column >= 0 && column < static_cast<double>(count)) columns[static_cast<size_t>(column)].add(extremes);
+  };
+  if (!(shown.length() > 0)) return columns;
+  for (size_t block = 0; block < blocks_.size(); ++block) {
+    const int64_t first = static_cast<int64_t>(block) * kBlock;
+    const double from = column_of(first);
+    const double to = column_of(std::min(first + kBlock, length_) - 1);
+    if (from == to) {
+      add(from, blocks_[block].extremes);
+    } else if (to >= 0 && from < static_cast<double>(count)) {
+      replay(block, [&](int64_t i, double displacement, double) { add(column_of(i), {displacement, displacement}); });
+    }
+  }
+  return columns;
+}
+
+Response response_of(const Waveform& waveform, const Resonator& resonator, Span shown, size_t columns) {
+  const Motion motion(waveform, resonator);
+  Response response = motion.response();
+  response.columns = motion.columns(shown, columns);
   return response;
 }
 

@@ -2,6 +2,7 @@
 // An estimate of how the motor moves: the displacement of a second-order resonator that a waveform drives.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -30,8 +31,11 @@ class Oscillation {
     return displacement_;
   }
 
-  // The amplitude with which it would swing on without a drive.
-  double envelope() const;
+  // The square of the amplitude with which it would swing on without a drive.
+  double energy() const {
+    const double turned = damping_ * displacement_ + velocity_;
+    return displacement_ * displacement_ + turned * turned;
+  }
 
  private:
   double displacement_ = 0;
@@ -43,7 +47,7 @@ class Oscillation {
   double sin_;
 };
 
-// 1 is the swing that a full-scale tone at the resonance reaches when it lasts.
+// In units in which 1 is the swing that a full-scale tone at the resonance reaches when it lasts.
 struct Response {
   Resonator resonator;  // its frequency resolved
   double peak = 0;
@@ -51,15 +55,51 @@ struct Response {
   double rise_ms = 0;       // from the waveform's start until the swing first has 90 % of its peak
   double ring_down_ms = 0;  // from the last time with 90 % to the last time with 10 % of it, perhaps after the waveform
   double felt_ms = 0;       // up to there it has 10 %
-  // Of each of equal parts of the time that was asked for, the lowest and the highest displacement.
+  // Of each of equal parts of the time that was asked for, the lowest and the highest displacement; of none 1 and -1.
   struct Extremes {
-    double low;
-    double high;
+    double low = 1;
+    double high = -1;
+
+    void add(Extremes other) { *this = {std::min(low, other.low), std::max(high, other.high)}; }
   };
   std::vector<Extremes> columns;
 };
 
-Response response_of(const Waveform& waveform, Resonator resonator, Span shown = {0, 0}, size_t columns = 0);
+// The motion under a waveform, simulated once, and then told of any stretch of time.
+class Motion {
+ public:
+  Motion(Waveform waveform, Resonator resonator);
+
+  const Response& response() const { return response_; }  // without columns
+  std::vector<Response::Extremes> columns(Span shown, size_t count) const;
+
+ private:
+  static constexpr int64_t kBlock = 256;  // samples
+
+  struct Block {
+    Oscillation before;
+    Response::Extremes extremes = {};
+    double most_energy = 0;
+  };
+
+  double step(Oscillation& motor, double drive);
+  // Visits the samples of a block again: visit(sample, displacement, energy).
+  template <class Visit>
+  void replay(size_t block, Visit visit) const;
+  // Whether the swing has that share of its peak, and the samples in which it has.
+  bool has(double share, double energy) const;
+  int64_t first_with(double share) const;
+  int64_t last_with(double share) const;
+
+  Waveform waveform_;
+  double unit_;  // of drive, per sample unit
+  std::vector<Block> blocks_;
+  int64_t length_ = 0;  // samples, until it has rung down
+  double strongest_ = 0;
+  Response response_;
+};
+
+Response response_of(const Waveform& waveform, const Resonator& resonator, Span shown = {0, 0}, size_t columns = 0);
 
 // From a waveform's start until it and its response are over.
 Span felt_span(const Waveform& waveform, const Resonator& resonator);

@@ -2,6 +2,7 @@
 // What is drawn, measured and written: samples that can be read in windows, and what is to be said about them.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -23,6 +24,9 @@ struct Span {
 };
 
 constexpr bool overlap(Span a, Span b) { return a.from < b.to && b.from < a.to; }
+
+// What is shown of a span that is asked for from and to; a 0 is its end.
+inline Span part_of(Span whole, double from, double to) { return {from, to == 0 ? whole.to : std::min(to, whole.to)}; }
 
 // A stretch of time that plots name and shade.
 struct Section {

@@ -132,7 +132,7 @@ void View::add(CLI::App& command) {
 }
 
 design::Span View::shown(design::Span whole) const {
-  const design::Span part = {static_cast<double>(from_ms), to_ms == 0 ? whole.to : std::min<double>(to_ms, whole.to)};
+  const design::Span part = design::part_of(whole, from_ms, to_ms);
   if (part.length() > 0) return part;
   throw Failure(kWrongInput, text("--from, --to: nothing of 0 to %.6g ms lies between them", whole.to));
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,15 +51,40 @@ class Rendered {
   std::vector<bool> has_;
 };
 
-struct Current {
-  design::Piece piece;
-  std::shared_ptr<Rendered> rendered;
+class Current {
+ public:
+  explicit Current(design::Piece piece) : piece_(std::move(piece)), rendered_(piece_.waveform) {
+    piece_.waveform.read = [this](int64_t first, std::span<uint8_t> window) {
+      const auto codes = rendered_.codes(first, window.size());
+      std::copy(codes.begin(), codes.end(), window.begin());
+    };
+  }
+  Current(const Current&) = delete;
+  Current& operator=(const Current&) = delete;
+
+  const design::Piece& piece() const { return piece_; }
+  int64_t length() const { return piece_.waveform.length; }
+  std::span<const uint8_t> codes(int64_t first, int64_t count) {
+    return rendered_.codes(first, static_cast<size_t>(count));
+  }
+
+  const design::Motion& motion(const design::Resonator& resonator) {
+    const bool is_known = motion_ && asked_.hz == resonator.hz && asked_.quality == resonator.quality;
+    asked_ = resonator;
+    return is_known ? *motion_ : motion_.emplace(piece_.waveform, resonator);
+  }
+
+ private:
+  design::Piece piece_;
+  Rendered rendered_;
+  design::Resonator asked_ = {};
+  std::optional<design::Motion> motion_;
 };
 
 // Lives as long as the page, so that nothing needs to be torn down.
 struct Studio {
   std::string text;
-  std::optional<Current> current;
+  std::unique_ptr<Current> current;
   std::vector<int8_t> extremes;
   std::vector<double> columns;
 };
@@ -76,6 +102,7 @@ int refuse() {
 bool is_in(double value, double least, double most) { return value >= least && value <= most; }  // NaN is not
 
 constexpr double kMostColumns = 65536;
+constexpr double kFar = 1e12;  // in samples or ms
 
 // JSON.
 
@@ -179,12 +206,7 @@ int take_faults(const design::Faults& faults, const std::string& file, const std
 
 int take_piece(design::Piece piece) {
   studio().text = json_of(design::Faults(), "") + json_of(piece);
-  const auto rendered = std::make_shared<Rendered>(piece.waveform);
-  piece.waveform.read = [rendered](int64_t first, std::span<uint8_t> window) {
-    const auto codes = rendered->codes(first, window.size());
-    std::copy(codes.begin(), codes.end(), window.begin());
-  };
-  studio().current = {std::move(piece), rendered};
+  studio().current = std::make_unique<Current>(std::move(piece));
   return 0;
 }
 
@@ -235,9 +257,8 @@ std::string collected(Write write) {
 
 std::optional<std::string> picture(const design::Piece& piece, const design::Resonator& resonator, design::Span shown) {
   const auto response = resonator.quality == 0 ? std::nullopt : std::optional(resonator);
-  if (shown.from == 0 && shown.to == 0) {
-    shown = response ? felt_span(piece.waveform, resonator) : piece.waveform.whole();
-  }
+  const design::Span whole = response ? felt_span(piece.waveform, resonator) : piece.waveform.whole();
+  shown = design::part_of(whole, shown.from, shown.to);
   if (!(shown.length() > 0)) return std::nullopt;
   return plot_of(piece, response, shown);
 }
@@ -257,9 +278,7 @@ std::optional<std::string> form_of(const design::Piece& piece, std::string_view 
 }
 
 bool is_resonator(double quality, double hz) { return is_in(quality, 1, 1000) && is_in(hz, 0, 2000); }
-bool is_span(double from_ms, double to_ms) {
-  return is_in(from_ms, 0, 2.0 * design::kLongestMs) && is_in(to_ms, from_ms, 2.0 * design::kLongestMs);
-}
+bool is_time(double ms) { return is_in(ms, 0, 2.0 * design::kLongestMs); }
 
 }  // namespace
 
@@ -306,18 +325,17 @@ int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
 
 const uint8_t* studio_read(double first, double count) {
   if (!studio().current) return nullptr;
-  const int64_t length = studio().current->piece.waveform.length;
+  const int64_t length = studio().current->length();
   if (!is_in(first, 0, static_cast<double>(length - 1)) || !(count >= 1)) return nullptr;
   const auto from = static_cast<int64_t>(first);
-  const double most = std::min(std::floor(count), static_cast<double>(length - from));
-  return studio().current->rendered->codes(from, static_cast<size_t>(most)).data();
+  const double most = std::min(count, static_cast<double>(length - from));
+  return studio().current->codes(from, static_cast<int64_t>(most)).data();
 }
 
 const int8_t* studio_extremes(double first, double count, int columns) {
-  constexpr double kMost = 1e12;
   if (!studio().current || !is_in(columns, 1, kMostColumns)) return nullptr;
-  if (!is_in(first, -kMost, kMost) || !is_in(count, 1, kMost)) return nullptr;
-  const int64_t length = studio().current->piece.waveform.length;
+  if (!is_in(first, -kFar, kFar) || !is_in(count, 1, kFar)) return nullptr;
+  const int64_t length = studio().current->length();
   std::vector<int8_t>& extremes = studio().extremes;
   extremes.clear();
   const auto edge = [&](int column) { return static_cast<int64_t>(std::floor(first + count * column / columns)); };
@@ -327,7 +345,7 @@ const int8_t* studio_extremes(double first, double count, int columns) {
     int8_t low = 127;
     int8_t high = -128;
     if (from < to) {
-      for (const uint8_t code : studio().current->rendered->codes(from, static_cast<size_t>(to - from))) {
+      for (const uint8_t code : studio().current->codes(from, to - from)) {
         low = std::min(low, static_cast<int8_t>(code));
         high = std::max(high, static_cast<int8_t>(code));
       }
@@ -339,32 +357,31 @@ const int8_t* studio_extremes(double first, double count, int columns) {
 }
 
 const double* studio_response(double quality, double hz, double from_ms, double to_ms, int columns) {
-  const bool is_sound = is_resonator(quality, hz) && is_span(from_ms, to_ms) && is_in(columns, 0, kMostColumns);
-  if (!is_sound || !studio().current || studio().current->piece.is_stream()) {
+  const bool is_sound = is_resonator(quality, hz) && is_in(from_ms, -kFar, kFar) && is_in(to_ms, -kFar, kFar) &&
+                        is_in(columns, 0, kMostColumns);
+  if (!is_sound || !studio().current || studio().current->piece().is_stream()) {
     refuse();
     return nullptr;
   }
-  const design::Response response = response_of(studio().current->piece.waveform, {.hz = hz, .quality = quality},
-                                                {from_ms, to_ms}, static_cast<size_t>(columns));
+  const design::Motion& motion = studio().current->motion({.hz = hz, .quality = quality});
+  const design::Response& response = motion.response();
   studio().text =
       text(R"({"hz":%.10g,"quality":%.10g,"rise_ms":%.10g,"ring_down_ms":%.10g,"peak":%.10g)", response.resonator.hz,
            response.resonator.quality, response.rise_ms, response.ring_down_ms, response.peak) +
       text(R"(,"effective":%.10g,"felt_ms":%.10g})", response.effective, response.felt_ms);
   std::vector<double>& pairs = studio().columns;
   pairs.clear();
-  for (int column = 0; column < columns; ++column) {
-    // A waveform at rest has no columns.
-    const bool is_known = static_cast<size_t>(column) < response.columns.size();
-    pairs.push_back(is_known ? response.columns[static_cast<size_t>(column)].low : 1);
-    pairs.push_back(is_known ? response.columns[static_cast<size_t>(column)].high : -1);
+  for (const auto& [low, high] : motion.columns({from_ms, to_ms}, static_cast<size_t>(columns))) {
+    pairs.push_back(low);
+    pairs.push_back(high);
   }
   return columns == 0 ? nullptr : pairs.data();
 }
 
 int studio_form(const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
-  const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_span(from_ms, to_ms);
+  const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
   if (!is_sound || !studio().current) return refuse();
-  auto made = form_of(studio().current->piece, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
+  auto made = form_of(studio().current->piece(), {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
   if (!made) return refuse();
   studio().text = std::move(*made);
   return static_cast<int>(studio().text.size());

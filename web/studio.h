@@ -70,7 +70,7 @@ const double* studio_response(double quality, double hz, double from_ms, double 
 
 // Makes the text one of these forms, and returns its length: "json" (canonical) and "c" (the request) of patterns;
 // "bin", "csv", "summary" of anything; "wav" and "svg" not of event streams. A quality of 0 leaves the response out of
-// the picture, which shows from_ms..to_ms, or everything where both are 0.
+// the picture, which shows from_ms..to_ms; a to_ms of 0 is its end.
 STUDIO_EXPORT(studio_form)
 int studio_form(const char* form, size_t length, double quality, double hz, double from_ms, double to_ms);
 

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: Apache-2.0
+// Byte for byte, studio.wasm and lrasynth.wasm give what the native command gives, which LRASYNTH may name.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { after, test } from 'node:test';
+import { fileURLToPath } from 'node:url';
+
+const root = fileURLToPath(new URL('../..', import.meta.url));
+const site = join(root, 'build/web/site');
+const command = process.env.LRASYNTH ?? join(root, 'build/demo/tools/lrasynth');
+const work = mkdtempSync(join(tmpdir(), 'studio-'));
+after(() => rmSync(work, { recursive: true }));
+
+const load = async (name) => (await WebAssembly.instantiate(readFileSync(join(site, name)))).instance.exports;
+const wasm = await load('studio.wasm'); // without imports
+wasm._initialize();
+
+const bytes = (at, length) => Buffer.from(wasm.memory.buffer.slice(at, at + length));
+const result = () => bytes(wasm.studio_text(), wasm.studio_text_length());
+const facts = () => JSON.parse(result());
+
+function withTexts(texts, call) {
+  const raws = texts.map((text) => Buffer.from(text));
+  const places = raws.map((raw) => wasm.studio_alloc(raw.length));
+  places.forEach((at, i) => raws[i].copy(Buffer.from(wasm.memory.buffer), at));
+  const value = call(...places.flatMap((at, i) => [at, raws[i].length]));
+  places.forEach((at) => wasm.studio_free(at));
+  return value;
+}
+const pattern = (json, name, ...profile) => withTexts([json, name], (...at) => wasm.studio_pattern(...at, ...profile));
+function form(name, quality = 0, hz = 0, from = 0, to = 0) {
+  const length = withTexts([name], (...at) => wasm.studio_form(...at, quality, hz, from, to));
+  return length < 0 ? null : result();
+}
+
+function native(...words) {
+  const run = spawnSync(command, words, { cwd: work, maxBuffer: 1 << 28 });
+  return { printed: run.stdout, complaints: run.stderr.toString().split('\n').slice(0, -1) };
+}
+
+const read = (directory) => readdirSync(directory).map((name) => [name, readFileSync(join(directory, name), 'utf8')]);
+const files = Object.fromEntries([
+  ...read(join(root, 'tools/demo')),
+  ['taps "\u00e9".json', '{"events":[{"type":"transient","start":3,"intensity":100,"level":90},' +
+    '{"type":"transient","start":8,"intensity":99,"level":30}]}'],
+  ['wrong.json', '{"events":[{"type":"transient","start":1.5,"level":101,"x\\n":0},\n{"type":"tap \\"\u00e9"},3]}'],
+  ['broken.json', `{"events":[${'{},'.repeat(30)}]}`],
+  ['cut.json', '{"events":[{"a'],
+]);
+for (const [name, text] of Object.entries(files)) writeFileSync(join(work, name), text);
+
+const forms = [
+  ['bin', [0], ['--format', 'bin', '-']],
+  ['csv', [0], ['--format', 'csv', '-']],
+  ['wav', [0], ['--format', 'wav', '-']],
+  ['svg', [0], ['--format', 'svg', '-']],
+  ['svg', [35, 150, 20, 90], ['--format', 'svg', '--response=35', '--response-hz=150', '--from=20', '--to=90', '-']],
+  ['json', [0], ['--save', '-']],
+  ['c', [0], ['--print-request']],
+  ['summary', [0], []],
+];
+// Of the current piece.
+function compare(...words) {
+  const { faults, warnings } = facts();
+  const lines = [...warnings.map(({ line }) => `warning: ${line}`), ...faults].map((line) => `lrasynth: ${line}`);
+  assert.deepEqual(native(...words).complaints, lines, `${words}`);
+  for (const [name, view, options] of forms) {
+    const made = form(name, ...view) ?? Buffer.alloc(0);
+    assert.ok(native(...words, ...options).printed.equals(made), `${words}: ${name}`);
+  }
+}
+
+for (const motor of [832, 1040, 9595, 81540]) {
+  for (const chip of [0, 1, 11]) {
+    const device = [`--motor=${motor}`, `--chip=${chip}`];
+    test(`patterns of motor ${motor} on chip ${chip}`, () => {
+      for (const [name, text] of Object.entries(files)) {
+        const faults = pattern(text, name, motor, chip, 1, 2, 75);
+        assert.equal(faults === 0, facts().faults.length === 0);
+        compare('pattern', name, '--loop=2', ...(chip === 11 ? [] : ['--interval=75']), ...device);
+        if (motor !== 832 || faults > 0) continue;
+        pattern(text, name, motor, chip, 0, 1, 0);
+        compare('pattern', name, '--boost=off', ...device);
+      }
+    });
+  }
+}
+
+test('taps', () => {
+  for (const [motor, chip, share] of [[832, 1, 0], [1040, 0, 0], [1040, 1, 1], [9595, 11, 0]]) {
+    for (const level of [0, 37, 100]) {
+      wasm.studio_tap(level, 97, share, motor, chip);
+      const words = [`--motor=${motor}`, `--chip=${chip}`, `--level=${level}`, '--intensity=97'];
+      for (const [name, view, options] of forms.filter(([kind]) => kind !== 'json' && kind !== 'c')) {
+        const { printed } = native('tap', ...words, ...(share ? ['--in-pattern'] : []), ...options);
+        assert.ok(printed.equals(form(name, ...view)), `${words}: ${name}`);
+      }
+    }
+  }
+  assert.equal(wasm.studio_tap(50, 80, 0, 81540, 0), 1);
+  assert.match(facts().faults[0], /motor 81540 has no transients/);
+});
+
+test('windows are cuts of the whole', () => {
+  pattern(files['sunrise.json'], 'sunrise', 1040, 0, 1, 2, 100);
+  const { length } = facts();
+  const codes = form('bin');
+  for (const [first, count] of [[0, 1], [16000, 800], [length - 5, 99], [0, length]]) {
+    const cut = codes.subarray(first, first + count);
+    assert.ok(bytes(wasm.studio_read(first, count), cut.length).equals(cut));
+  }
+  for (const [first, count, columns] of [[0, length, 7], [100, 50, 50], [100, 10, 40], [length - 3, 10, 5]]) {
+    const pairs = new Int8Array(bytes(wasm.studio_extremes(first, count, columns), 2 * columns));
+    for (let i = 0; i < columns; ++i) {
+      const from = Math.floor(first + (count * i) / columns);
+      const to = Math.max(from + 1, Math.floor(first + (count * (i + 1)) / columns));
+      const part = new Int8Array(codes.subarray(from, to));
+      const wanted = [part.reduce((a, b) => Math.min(a, b), 127), part.reduce((a, b) => Math.max(a, b), -128)];
+      assert.deepEqual([...pairs.subarray(2 * i, 2 * i + 2)], wanted);
+    }
+  }
+});
+
+test('nonsense is refused', () => {
+  const text = files['chirp.json'];
+  for (const profile of [[7, 0, 1, 1, 0], [832, 2, 1, 1, 0], [832, 0, 1, 0, 0], [832, 0, 1, 65536, 0], [832, 0, 1, 2, -1]]) {
+    assert.deepEqual([pattern(text, 'x', ...profile), result().length], [-1, 0], `${profile}`);
+  }
+  for (const [level, intensity] of [[-1, 50], [101, 50], [50, -1], [50, 101]]) {
+    assert.equal(wasm.studio_tap(level, intensity, 0, 1040, 0), -1);
+  }
+  assert.equal(wasm.studio_read(0, 1), 0); // no piece
+  assert.equal(pattern(text, 'x', 1040, 0, 1, 65535, 600000), 1);
+  assert.match(facts().faults[0], /the waveform may last 600000 ms at most$/);
+  assert.equal(pattern(text, 'x', 1040, 0, 1, 1, 0), 0);
+  for (const wild of [NaN, Infinity, -Infinity, 1e300]) {
+    assert.equal(wasm.studio_read(wild, 10), 0);
+    assert.equal(wasm.studio_extremes(0, wild, 10), 0);
+    assert.equal(wasm.studio_extremes(0, 10, wild), 0);
+    for (const view of [[wild, 0, 0, 9], [20, wild, 0, 9], [20, 0, wild, 9], [20, 0, 0, wild]]) {
+      assert.equal(wasm.studio_response(...view, 10), 0);
+      assert.equal(form('svg', ...view), null);
+    }
+  }
+  for (const name of ['', 'png', 'svg\0']) assert.equal(form(name), null);
+});
+
+test('lrasynth.wasm imports nothing, and the example renders with it', () => {
+  const library = join(site, 'lrasynth.wasm');
+  assert.deepEqual(WebAssembly.Module.imports(new WebAssembly.Module(readFileSync(library))), []);
+  writeFileSync(join(work, 'looped.json'),
+    '{"events":[{"type":"continuous","start":0,"duration":400,"points":[[0,0,0],[100,90,20],[300,60,0],[400,0,0]]}]}');
+  const run = spawnSync(process.execPath, [join(root, 'examples/node/render.mjs'), library, 'samples'], { cwd: work });
+  assert.equal(run.stderr.toString(), '');
+  const { printed } = native('pattern', 'looped.json', '--loop=10', '--interval=200', '--format=bin', '-');
+  assert.ok(printed.length === 139200 && printed.equals(readFileSync(join(work, 'samples'))));
+});
