@@ -11,13 +11,6 @@
 
 export const inset = { left: 40, right: 10 };
 
-/** @template {HTMLElement} T @param {string} id @param {{new (): T}} kind @returns {T} */
-export function element(id, kind) {
-  const found = document.getElementById(id);
-  if (!(found instanceof kind)) throw new Error(`no ${id} in the page`);
-  return found;
-}
-
 /** @type {Record<string, string>} */
 let colours = {};
 
@@ -80,7 +73,7 @@ export function drawGrid(plot, values, times = false) {
     line(plot, [[left, crisp(plot.y(value))], [right, crisp(plot.y(value))]]);
     draw.fillText(String(value), left - 6, plot.y(value));
   }
-  const step = roundStep(span.to - span.from, (right - left) / 80);
+  const step = roundStep(span.to - span.from, (right - left) / 64);
   const seconds = span.to - span.from >= 10000;
   draw.textAlign = 'center';
   draw.textBaseline = 'top';
@@ -112,7 +105,7 @@ export function line({ draw }, points) {
 export function clipped({ draw, left, right, top, bottom }, body) {
   draw.save();
   draw.beginPath();
-  draw.rect(left, top - 6, right - left, bottom - top + 12);
+  draw.rect(left - 6, top - 6, right - left + 12, bottom - top + 12);
   draw.clip();
   body();
   draw.restore();

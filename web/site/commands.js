@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What buttons and keys do with events.
 
-import { element } from './canvas.js';
 import { endOf, newCurve, newTap } from './edits.js';
+import { element } from './page.js';
 import { canRedo, canUndo, current, edit, redo, show, undo } from './state.js';
 
 /** @import {PatternEvent} from './state.js' */

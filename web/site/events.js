@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The events as a list, each with its warnings and faults, and the exact values of the selected one.
 
-import { element } from './canvas.js';
 import { change } from './commands.js';
 import { endOf } from './edits.js';
+import { element, make } from './page.js';
 import { current, show } from './state.js';
 import { motorOf, patternPiece } from './wasm.js';
 
@@ -13,13 +13,6 @@ import { motorOf, patternPiece } from './wasm.js';
 const fields = element('fields', HTMLDivElement);
 const list = element('events', HTMLOListElement);
 
-/** @template {keyof HTMLElementTagNameMap} K @param {K} tag @param {object} values @param {(Node | string)[]} children */
-export function make(tag, values = {}, ...children) {
-  const made = Object.assign(document.createElement(tag), values);
-  made.append(...children);
-  return made;
-}
-
 /** @typedef {{line: string, kind: 'fault' | 'warning'}} Words of the command */
 
 /** Of an event's number, 0: of none in particular. @param {Facts} facts @returns {Map<number, Words[]>} */
@@ -27,7 +20,8 @@ function wordsOf(facts) {
   /** @type {Map<number, Words[]>} */
   const words = new Map();
   const put = (/** @type {number} */ event, /** @type {Words} */ one) => words.set(event, [...(words.get(event) ?? []), one]);
-  facts.faults.forEach((line, i) => put(facts.fault_events[i] ?? 0, { line, kind: 'fault' }));
+  // They stand at their event; where that would be in a file is told only of files.
+  facts.faults.forEach((line, i) => put(facts.fault_events[i] ?? 0, { line: line.replace(/^.*?\.json:(\d+:\d+: )?/, ''), kind: 'fault' }));
   for (const { event, line } of facts.warnings) put(event, { line, kind: 'warning' });
   return words;
 }
@@ -44,19 +38,25 @@ function summaryOf(event) {
     : `${event.start} – ${endOf(event)} ms · up to ${Math.max(...event.points.map(([, intensity]) => intensity))} %`;
 }
 
-let listed = '';
+/** @type {string[]} */
+let listed = [];
 
 export function showEvents() {
   const { design, event: chosen, point } = current();
-  const { facts } = patternPiece(design);
-  const key = JSON.stringify([design.events.map(summaryOf), facts.faults, facts.warnings, chosen]);
-  if (key !== listed) {
-    listed = key;
-    const words = wordsOf(facts);
-    list.replaceChildren(...design.events.map((event, i) => itemOf(event, i, i === chosen, words.get(i + 1))));
-    element('general', HTMLUListElement).replaceChildren(...wordItems(words.get(0)));
-    scrollTo(/** @type {HTMLElement | undefined} */ (list.children[chosen]));
-  }
+  const words = wordsOf(patternPiece(design).facts);
+  const keys = design.events.map((event, i) => JSON.stringify([summaryOf(event), words.get(i + 1), i === chosen]));
+  while (list.children.length > keys.length) list.lastElementChild?.remove();
+  design.events.forEach((event, i) => {
+    if (keys[i] === listed[i]) return;
+    const hadFocus = list.children[i]?.contains(document.activeElement);
+    const item = itemOf(event, i, i === chosen, words.get(i + 1));
+    if (i < list.children.length) list.children[i].replaceWith(item);
+    else list.append(item);
+    if (hadFocus) item.querySelector('button')?.focus();
+    if (i === chosen) scrollTo(item);
+  });
+  listed = keys;
+  element('general', HTMLUListElement).replaceChildren(...wordItems(words.get(0)));
   showFields();
   const event = design.events[chosen];
   const at = event?.type === 'continuous' && point >= 0 ? event.points[point] : null;
@@ -65,9 +65,8 @@ export function showEvents() {
       (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
 }
 
-/** Within the list, never the page. @param {HTMLElement | undefined} item */
+/** Within the list, never the page. @param {HTMLElement} item */
 function scrollTo(item) {
-  if (item === undefined) return;
   const top = item.offsetTop - list.offsetTop;
   const least = top + item.offsetHeight - list.clientHeight;
   list.scrollTop = Math.min(top, Math.max(least, list.scrollTop));

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns in files, links and the browser's own store.
 
-import { element } from './canvas.js';
 import { designOf } from './edits.js';
-import { make } from './events.js';
+import { element, make, setValue } from './page.js';
 import { current, edit, emptyDesign, show } from './state.js';
 import { about, form, patternPiece, patternText, readPattern } from './wasm.js';
 
@@ -67,12 +66,18 @@ function readDesign(text) {
 
 /** What the link carries, else the last work, else an example. */
 export async function restore() {
-  if (location.hash.startsWith('#p=')) {
-    const design = await designIn(location.hash).catch(() => null);
-    history.replaceState(null, '', location.pathname);
-    if (design !== null) return edit(design, '', selected);
-    show({ messages: ['This link carries no pattern.'] });
-  }
+  if (!isLink()) return restoreLast();
+  const design = await designIn(location.hash).catch(() => null);
+  history.replaceState(null, '', location.pathname);
+  if (design !== null) return edit(design, '', selected);
+  await restoreLast();
+  show({ messages: ['This link carries no pattern.'] });
+}
+
+const isLink = () => location.hash.startsWith('#p=');
+
+async function restoreLast() {
+  if (current().design !== emptyDesign) return;
   try {
     const design = readDesign(localStorage.getItem(store) ?? '');
     if (design !== null) return edit(design, '', selected);
@@ -140,14 +145,13 @@ export function startFiles() {
     event.preventDefault();
     await openFile(event.dataTransfer?.files[0]);
   });
-  window.addEventListener('hashchange', () => location.hash.startsWith('#p=') && restore());
+  window.addEventListener('hashchange', () => isLink() && restore());
 }
 
 export function showFiles() {
   const { design, messages } = current();
   const { facts } = patternPiece(design);
-  const name = element('name', HTMLInputElement);
-  if (document.activeElement !== name) name.value = design.name;
+  setValue('name', design.name);
   const none = facts.faults.length > 0;
   for (const button of document.querySelectorAll('button[data-form]')) {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';

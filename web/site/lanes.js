@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // The timeline: what the events' points say in a lane for intensity and one for frequency, and what becomes of it.
 
-import { clipped, colour, drawGrid, element, line, plotOn, roundStep } from './canvas.js';
+import { clipped, colour, drawGrid, line, plotOn, roundStep } from './canvas.js';
 import { endOf } from './edits.js';
+import { element } from './page.js';
 import { current } from './state.js';
 import { shownSpan } from './view.js';
 import { hertzOf, patternPiece } from './wasm.js';
 
 /** @import {Plot} from './canvas.js' */
-/** @import {Curve, PatternEvent, Tap} from './state.js' */
+/** @import {Curve, Tap} from './state.js' */
 /** @import {EventFacts, Facts} from './wasm.js' */
 
 /**
@@ -72,10 +73,14 @@ function showLane(lane, facts, lines, high) {
   /** @type {EventFacts[]} */
   const known = [];
   for (const event of facts.events) known[event.number - 1] = event;
-  clipped(plot, () => {
-    drawPasses(plot, lane, facts);
+  labelled = -Infinity;
+  const drawPass = (/** @type {Plot} */ plot) => {
     design.events.forEach((event, i) => event.type === 'continuous' && drawCurve(plot, lane, event, known[i] ?? {}));
     design.events.forEach((event, i) => event.type === 'transient' && drawTap(plot, lane, event, known[i], i === chosen));
+  };
+  clipped(plot, () => {
+    drawPasses(plot, facts, drawPass);
+    drawPass(plot);
     design.events.forEach((event, i) => event.type === 'continuous' && drawPoints(plot, lane, event, i === chosen));
     drawCursor(plot);
   });
@@ -136,6 +141,9 @@ function within({ draw, x, top, bottom }, from, to, body) {
   draw.restore();
 }
 
+/** Where the last tap has its level: labels keep apart. */
+let labelled = -Infinity;
+
 /** @param {Plot} plot @param {Lane} lane @param {Tap} event @param {EventFacts | undefined} facts @param {boolean} chosen */
 function drawTap(plot, lane, event, facts, chosen) {
   const { draw } = plot;
@@ -143,9 +151,10 @@ function drawTap(plot, lane, event, facts, chosen) {
   const wide = Math.max(4, plot.x(facts?.end_ms ?? endOf(event)) - left);
   draw.fillStyle = draw.strokeStyle = colour(chosen ? 'chosen' : 'tap');
   if (lane.field === 2) {
-    draw.globalAlpha = 0.16;
+    draw.save();
+    draw.globalAlpha *= 0.16;
     draw.fillRect(left, plot.top, wide, plot.bottom - plot.top);
-    draw.globalAlpha = 1;
+    draw.restore();
     return;
   }
   const high = plot.y(event.intensity);
@@ -155,8 +164,12 @@ function drawTap(plot, lane, event, facts, chosen) {
   draw.fillRect(left, driven, wide, plot.bottom - driven);
   draw.textAlign = 'center';
   draw.textBaseline = 'bottom';
+  const middle = Math.max(plot.left + 14, left + wide / 2);
+  const isOutside = left > plot.right || left + wide < plot.left;
+  if (isOutside || (Math.abs(middle - labelled) < 30 && !chosen)) return;
+  labelled = middle;
   draw.fillStyle = colour(chosen ? 'chosen' : 'muted');
-  draw.fillText(`L${event.level}`, Math.max(plot.left + 14, left + wide / 2), Math.max(plot.top + 6, high - 2));
+  draw.fillText(`L${event.level}`, middle, Math.max(plot.top + 6, high - 2));
 }
 
 /** @param {Plot} plot @param {Lane} lane @param {Curve} event @param {boolean} chosen */
@@ -184,29 +197,24 @@ function drawPoints(plot, lane, event, chosen) {
   draw.fill();
 }
 
-/** The later passes are copies of the first. @param {Plot} plot @param {Lane} lane @param {Facts} facts */
-function drawPasses(plot, lane, { pass_ms, faults, stream }) {
-  const { design } = current();
-  if (faults.length > 0 || stream || design.loops === 1) return;
-  const stride = pass_ms + design.interval;
-  const first = Math.max(1, Math.floor(plot.span.from / stride));
-  const last = Math.min(design.loops - 1, Math.floor(plot.span.to / stride), first + 200);
-  plot.draw.globalAlpha = 0.45;
-  for (let pass = first; pass <= last; ++pass) {
-    for (const event of design.events) drawCopy(plot, lane, event, pass * stride);
+/** The later passes are copies of the first; where they are many, a band. @param {Plot} plot @param {Facts} facts
+ * @param {(plot: Plot) => void} drawPass */
+function drawPasses(plot, { pass_ms, length_ms, faults, stream }, drawPass) {
+  const { loops, interval } = current().design;
+  const { draw, x, span, top, bottom } = plot;
+  if (faults.length > 0 || stream || loops === 1) return;
+  const stride = pass_ms + interval;
+  draw.globalAlpha = 0.45;
+  if (x(stride) - x(0) < 12) {
+    draw.fillStyle = colour('vibration');
+    draw.fillRect(x(pass_ms), top, x(length_ms) - x(pass_ms), bottom - top);
+  } else {
+    const last = Math.min(loops - 1, Math.floor(span.to / stride));
+    for (let pass = Math.max(1, Math.floor(span.from / stride)); pass <= last; ++pass) {
+      drawPass({ ...plot, x: (ms) => x(ms + pass * stride) });
+    }
   }
-  plot.draw.globalAlpha = 1;
-}
-
-/** @param {Plot} plot @param {Lane} lane @param {PatternEvent} event @param {number} by */
-function drawCopy(plot, lane, event, by) {
-  if (event.type === 'continuous') {
-    const start = event.start + by;
-    drawCurve(plot, lane, { ...event, start }, lane.field === 1 ? {} : { heard: [] });
-  } else if (lane.field === 1) {
-    plot.draw.fillStyle = colour('tap');
-    plot.draw.fillRect(plot.x(event.start + by), plot.y(event.intensity), 3, plot.bottom - plot.y(event.intensity));
-  }
+  draw.globalAlpha = 1;
 }
 
 /** @param {Plot} plot */
@@ -225,7 +233,7 @@ function drawMarks(plot, lane, facts) {
   if (lane.field !== 1) return;
   const { events } = current().design;
   for (const { ms } of facts.warnings) drawMark(plot, ms, 'warning');
-  for (const number of facts.fault_events) if (number in events || number - 1 in events) drawMark(plot, events[Math.max(0, number - 1)].start, 'fault');
+  for (const number of facts.fault_events) if (number > 0) drawMark(plot, events[number - 1].start, 'fault');
 }
 
 /** @param {Plot} plot @param {number} ms @param {string} kind */

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // Waveforms as sound, at the device's own rate.
 
-import { element } from './canvas.js';
+import { element } from './page.js';
 import { current, onChange } from './state.js';
 import { shownSpan } from './view.js';
-import { patternPiece, samples } from './wasm.js';
+import { isPlayable, patternPiece, samples } from './wasm.js';
 import { xOnWaveform } from './waveform.js';
 
 /** @import {Piece} from './wasm.js' */
@@ -56,9 +56,6 @@ function follow() {
   playhead.style.left = `${xOnWaveform(ms)}px`;
   requestAnimationFrame(follow);
 }
-
-/** @param {Piece} piece */
-const isPlayable = ({ facts }) => facts.faults.length === 0 && !facts.stream && facts.length > 0;
 
 export function startListen() {
   element('play', HTMLButtonElement).onclick = () => play(patternPiece(current().design), true);

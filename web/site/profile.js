@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Motor, chip and boost, and how often the pattern plays.
 
-import { element } from './canvas.js';
+import { element, onNumber, setValue } from './page.js';
 import { current, edit } from './state.js';
 import { about, motorOf } from './wasm.js';
 
@@ -20,14 +20,7 @@ export function startProfile() {
   chip.onchange = () => set({ chip: Number(chip.value) });
   boost.onchange = () => set({ boost: boost.checked });
   element('interval', HTMLInputElement).max = String(about().longest_ms);
-  for (const id of /** @type {const} */ (['loops', 'interval'])) {
-    const input = element(id, HTMLInputElement);
-    // In steps of one, whatever its arrows step by.
-    input.oninput = () => {
-      const value = input.valueAsNumber;
-      if (Number.isInteger(value) && value >= Number(input.min) && value <= Number(input.max)) edit({ [id]: value }, id);
-    };
-  }
+  for (const id of ['loops', 'interval']) onNumber(id, (value) => edit({ [id]: value }, id));
 }
 
 export function showProfile() {
@@ -36,8 +29,6 @@ export function showProfile() {
   chip.value = String(profile.chip);
   boost.checked = profile.boost;
   boost.disabled = !motorOf(profile).boost;
-  for (const [id, value] of Object.entries({ loops, interval })) {
-    const input = element(id, HTMLInputElement);
-    if (document.activeElement !== input) input.value = String(value);
-  }
+  setValue('loops', loops);
+  setValue('interval', interval);
 }

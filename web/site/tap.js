@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // One tap: its waveform, and all levels side by side.
 
-import { clipped, colour, drawGrid, element, plotOn } from './canvas.js';
+import { clipped, colour, drawGrid, plotOn } from './canvas.js';
 import { add } from './commands.js';
 import { newTap } from './edits.js';
-import { make, wordItems } from './events.js';
+import { wordItems } from './events.js';
 import { play } from './listen.js';
+import { element, make, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
 import { drawSamples, drawSections } from './waveform.js';
 import { motorOf, samples, tapPiece } from './wasm.js';
@@ -29,10 +30,9 @@ export function showTap(anew) {
   const key = JSON.stringify([profile, tap]);
   if (key === last.key && !anew) return;
   last = { key, piece: motorOf(profile).taps ? tapPiece(profile, tap) : null };
-  for (const [id, value] of Object.entries({ level: tap.level, intensity: tap.intensity })) {
-    element(id, HTMLInputElement).value = String(value);
-    const exact = element(`${id}-number`, HTMLInputElement);
-    if (document.activeElement !== exact) exact.value = String(value);
+  for (const id of /** @type {const} */ (['level', 'intensity'])) {
+    setValue(id, tap[id]);
+    setValue(`${id}-number`, tap[id]);
   }
   const inPattern = element('in-pattern', HTMLInputElement);
   inPattern.checked = tap.inPattern;
@@ -72,7 +72,7 @@ function showStrip(profile, anew) {
   if (image !== null) draw.drawImage(image, left, top, right - left, bottom - top);
   draw.strokeStyle = colour('chosen');
   draw.lineWidth = 2;
-  draw.strokeRect(plot.x(tap.level) - 1, top, plot.x(1) - left + 2, bottom - top);
+  if (image !== null) draw.strokeRect(plot.x(tap.level) - 1, top, plot.x(1) - left + 2, bottom - top);
   draw.fillStyle = colour('muted');
   draw.textBaseline = 'top';
   for (let level = 0; level <= 100; level += 25) {
@@ -87,36 +87,27 @@ function stripImage(profile, tap) {
     const piece = tapPiece(profile, { ...tap, level });
     return samples(piece, 0, piece.facts.length);
   });
-  const rows = 160;
+  const rows = 120;
   const longest = Math.max(...taps.map(({ length }) => length));
   const canvas = make('canvas', { width: levels, height: rows });
   const draw = /** @type {CanvasRenderingContext2D} */ (canvas.getContext('2d'));
-  const [high, low, none] = ['curve', 'low', 'panel'].map((name) => channels(colour(name)));
-  const pixels = draw.createImageData(levels, rows);
   taps.forEach((tap, level) => {
     for (let row = 0; row < rows; ++row) {
-      const at = Math.floor((row * longest) / rows);
-      const value = at < tap.length ? tap[at] / 128 : 0;
-      const full = value > 0 ? high : low;
-      for (let i = 0; i < 3; ++i) pixels.data[4 * (row * levels + level) + i] = none[i] + (full[i] - none[i]) * Math.abs(value);
-      pixels.data[4 * (row * levels + level) + 3] = at < tap.length ? 255 : 0;
+      const value = tap[Math.floor((row * longest) / rows)] ?? 0;
+      draw.globalAlpha = Math.abs(value) / 128;
+      draw.fillStyle = colour(value > 0 ? 'curve' : 'low');
+      draw.fillRect(level, row, 1, 1);
     }
   });
-  draw.putImageData(pixels, 0, 0);
   return canvas;
 }
-
-/** @param {string} hex #rrggbb */
-const channels = (hex) => [1, 3, 5].map((at) => parseInt(hex.slice(at, at + 2), 16));
 
 /** @param {Partial<State['tap']>} changes */
 const set = (changes) => show({ tap: { ...current().tap, ...changes } });
 
 export function startTap() {
-  for (const id of /** @type {const} */ (['level', 'intensity'])) {
-    for (const input of [element(id, HTMLInputElement), element(`${id}-number`, HTMLInputElement)]) {
-      input.oninput = () => input.value !== '' && input.checkValidity() && set({ [id]: input.valueAsNumber });
-    }
+  for (const id of ['level', 'intensity']) {
+    for (const field of [id, `${id}-number`]) onNumber(field, (value) => set({ [id]: value }));
   }
   element('in-pattern', HTMLInputElement).onchange = () => set({ inPattern: !current().tap.inPattern });
   element('tap-listen', HTMLButtonElement).onclick = () => last.piece && play(last.piece, false);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Which stretch of time the lanes and the waveform show.
 
-import { element, inset, roundStep } from './canvas.js';
+import { inset, roundStep } from './canvas.js';
 import { endOf } from './edits.js';
+import { element } from './page.js';
 import { current, show } from './state.js';
 import { about, patternPiece } from './wasm.js';
 

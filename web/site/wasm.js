@@ -109,10 +109,13 @@ let last = null;
 export function patternPiece(design) {
   if (last?.design !== design) {
     const { name, profile, loops, interval } = design;
-    last = { design, piece: readPattern(patternText(design), name, profile, loops, interval) };
+    last = { design, piece: readPattern(patternText(design), `${name}.json`, profile, loops, interval) };
   }
   return last.piece;
 }
+
+/** Whether it has samples. @param {Piece} piece */
+export const isPlayable = ({ facts }) => facts.faults.length === 0 && !facts.stream && facts.length > 0;
 
 /** @type {Map<string, number[]>} */
 const curves = new Map();

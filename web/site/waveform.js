@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // A waveform over time, of which only what is shown is read, and the motor's estimated response over it.
 
-import { clipped, colour, drawGrid, element, line, plotOn } from './canvas.js';
+import { clipped, colour, drawGrid, line, plotOn } from './canvas.js';
+import { element, make, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
-import { extremes, motorOf, patternPiece, response, samples } from './wasm.js';
+import { extremes, isPlayable, motorOf, patternPiece, response, samples } from './wasm.js';
 
 /** @import {Plot} from './canvas.js' */
+/** @import {Span, State} from './state.js' */
 /** @import {Piece, Response} from './wasm.js' */
 
 const canvas = element('waveform', HTMLCanvasElement);
@@ -72,11 +74,40 @@ function responseColumns({ left, right, span }) {
   return Math.max(1, swings * 6 < wide ? wide : Math.min(Math.round(swings), Math.round(wide / 2)));
 }
 
-/** Its peak reaches the full height. @param {Plot} plot @param {Response} made */
-function drawResponse(plot, { numbers, columns }) {
+/**
+ * The estimate needs a waveform's every sample. So it comes a moment after the waveform, and until then the one before
+ * it stands.
+ * @typedef {{piece: Piece, resonator: State['response'], span: Span, columns: number, response: Response}} Estimate
+ */
+
+/** @type {Estimate | null} */
+let estimate = null;
+let estimating = false;
+
+/** @param {Piece} piece @param {Span} span @param {number} columns */
+function responseOf(piece, span, columns) {
+  const { response: resonator } = current();
+  const fresh = estimate?.piece === piece && estimate.resonator === resonator && estimate.columns === columns &&
+    estimate.span.from === span.from && estimate.span.to === span.to;
+  if (!fresh && !estimating) {
+    estimating = true;
+    setTimeout(() => {
+      estimating = false;
+      const began = performance.now();
+      const made = response(piece, resonator, span, columns);
+      estimate = made && { piece, resonator, span, columns, response: made };
+      performance.measure('response', { start: began });
+      show({});
+    });
+  }
+  return estimate;
+}
+
+/** Its peak reaches the full height. @param {Plot} plot @param {Estimate} made */
+function drawResponse(plot, { span, response: { numbers, columns } }) {
   const { draw } = plot;
   const count = columns.length / 2;
-  const x = (/** @type {number} */ i) => plot.left + ((i + 0.5) / count) * (plot.right - plot.left);
+  const x = (/** @type {number} */ i) => plot.x(span.from + ((i + 0.5) / count) * (span.to - span.from));
   draw.strokeStyle = colour('response');
   draw.lineWidth = 1.2;
   draw.setLineDash([5, 3]);
@@ -114,20 +145,21 @@ export function showWaveform() {
   const span = shownSpan();
   plot = plotOn(canvas, span, [-128, 128], { top: facts.sections.length > 0 ? 18 : 8, bottom: 22 });
   const drawn = plot;
-  const playable = facts.faults.length === 0 && !facts.stream && facts.length > 0;
+  const playable = isPlayable(piece);
   drawSections(drawn, playable ? piece : { ...piece, facts: { ...facts, sections: [] } });
   drawGrid(drawn, [-128, -64, 0, 64, 128], true);
-  const made = playable && resonator.shown ? response(piece, resonator, span, responseColumns(drawn)) : null;
+  const made = playable && resonator.shown ? responseOf(piece, span, responseColumns(drawn)) : null;
   if (playable) {
     clipped(drawn, () => {
       drawSamples(drawn, piece);
-      if (made !== null && made.numbers.peak > 0) drawResponse(drawn, made);
+      if (made !== null && made.response.numbers.peak > 0) drawResponse(drawn, made);
     });
   } else {
     drawWords(drawn, facts.faults.length > 0 ? 'Nothing to play: see the faults.'
       : facts.stream ? 'The chip receives events and makes no samples here.' : 'Nothing yet: add a tap or a curve.');
   }
-  showNumbers(made);
+  showReading();
+  showNumbers(made?.response ?? null);
   element('waveform-words', HTMLElement).textContent = facts.faults.length > 0 ? ''
     : facts.stream ? `${facts.length} bytes of events`
       : `${facts.length} samples · ${facts.length_ms.toFixed(1)} ms`;
@@ -144,51 +176,48 @@ function drawWords({ draw, left, right, top, bottom }, words) {
 
 /** @param {Response | null} made */
 function showNumbers(made) {
-  const { response: wished } = current();
-  const fields = { response: wished.shown, quality: wished.quality, resonance: wished.hz };
-  element('response', HTMLInputElement).checked = fields.response;
-  for (const id of /** @type {const} */ (['quality', 'resonance'])) {
-    const input = element(id, HTMLInputElement);
-    if (document.activeElement !== input) input.value = String(fields[id]);
-  }
-  const numbers = made?.numbers;
-  /** @type {[string, string][]} */
-  const rows = numbers === undefined ? [] : [
-    ['rise to 90 %', `${numbers.rise_ms.toFixed(1)} ms`],
-    ['ring-down to 10 %', `${numbers.ring_down_ms.toFixed(1)} ms`],
-    ['peak', `${(numbers.peak * 100).toFixed(1)} %`],
-    ['effective', `${(numbers.effective * 100).toFixed(1)} %`],
-    ['at', `${numbers.hz.toFixed(0)} Hz`],
+  const { shown, quality, hz } = current().response;
+  element('response', HTMLInputElement).checked = shown;
+  setValue('quality', quality);
+  setValue('resonance', hz);
+  const rows = made === null ? [] : [
+    ['rise to 90 %', `${made.numbers.rise_ms.toFixed(1)} ms`],
+    ['ring-down to 10 %', `${made.numbers.ring_down_ms.toFixed(1)} ms`],
+    ['peak', `${(made.numbers.peak * 100).toFixed(1)} %`],
+    ['effective', `${(made.numbers.effective * 100).toFixed(1)} %`],
+    ['at', `${made.numbers.hz.toFixed(0)} Hz`],
   ];
-  element('response-numbers', HTMLElement).replaceChildren(...rows.map(([name, value]) => {
-    const row = document.createElement('div');
-    row.append(Object.assign(document.createElement('dt'), { textContent: name }),
-      Object.assign(document.createElement('dd'), { textContent: value }));
-    return row;
-  }));
+  element('response-numbers', HTMLElement).replaceChildren(...rows.map(([name, value]) =>
+    make('div', {}, make('dt', {}, name), make('dd', {}, value))));
 }
 
 /** Where a time is, beside the canvases' left edge. @param {number} ms */
 export const xOnWaveform = (ms) => (plot === null ? 0 : plot.x(ms) + canvas.offsetLeft);
 
+/** Where the pointer is, null: elsewhere. @type {number | null} */
+let pointerX = null;
+
 /** The sample under the pointer, also from the lanes above. @param {PointerEvent} event */
-export function readAt(event) {
-  if (plot === null) return;
-  const box = canvas.getBoundingClientRect();
-  const ms = plot.msAt(event.clientX - box.left);
-  const { from, to } = shownSpan();
-  hair.hidden = ms < Math.max(0, from) || ms > to;
+export function readAt({ clientX }) {
+  pointerX = clientX;
+  showReading();
+}
+
+function showReading() {
+  if (plot === null || pointerX === null) return;
+  const ms = plot.msAt(pointerX - canvas.getBoundingClientRect().left);
+  hair.hidden = ms < Math.max(0, plot.span.from) || ms > plot.span.to;
   if (hair.hidden) return;
   hair.style.left = `${xOnWaveform(ms)}px`;
   const piece = patternPiece(current().design);
-  const { facts } = piece;
-  const at = Math.floor((ms * facts.rate) / 1000);
-  const within = facts.faults.length === 0 && !facts.stream && at < facts.length;
-  reading.textContent = within ? `${ms.toFixed(2)} ms · sample ${at} · amplitude ${samples(piece, at, 1)[0]}`
-    : `${ms.toFixed(2)} ms`;
+  const at = Math.floor((ms * piece.facts.rate) / 1000);
+  const within = isPlayable(piece) && at < piece.facts.length;
+  reading.textContent = `${ms.toFixed(2)} ms` +
+    (within ? ` · sample ${at} · amplitude ${samples(piece, at, 1)[0]}` : '');
 }
 
 export function forgetReading() {
+  pointerX = null;
   hair.hidden = true;
   reading.textContent = '';
 }
@@ -226,10 +255,6 @@ export function startWaveform() {
   element('response', HTMLInputElement).onchange = (event) => {
     show({ response: { ...current().response, shown: /** @type {HTMLInputElement} */ (event.target).checked } });
   };
-  for (const [id, field] of /** @type {const} */ ([['quality', 'quality'], ['resonance', 'hz']])) {
-    const input = element(id, HTMLInputElement);
-    input.oninput = () => {
-      if (input.value !== '' && input.checkValidity()) show({ response: { ...current().response, [field]: input.valueAsNumber } });
-    };
-  }
+  onNumber('quality', (quality) => show({ response: { ...current().response, quality } }));
+  onNumber('resonance', (hz) => show({ response: { ...current().response, hz } }));
 }

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: Apache-2.0
+// The built site in Debian's browser, and the command beside it.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { mkdtempSync, readFileSync } from 'node:fs';
+import { createServer } from 'node:http';
+import { tmpdir } from 'node:os';
+import { extname, join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { chromium } from 'playwright-core';
+
+const root = fileURLToPath(new URL('../..', import.meta.url));
+export const site = process.env.STUDIO_SITE ?? join(root, 'build/web/site');
+export const demos = join(root, 'tools/demo');
+const command = process.env.LRASYNTH ?? join(root, 'build/test/tools/lrasynth');
+export const scratch = mkdtempSync(join(tmpdir(), 'studio-'));
+
+/** Run where the demo patterns are. */
+export function lrasynth(...words) {
+  const { error, status, stdout, stderr } = spawnSync(command, words, { cwd: demos, maxBuffer: 1 << 28 });
+  assert.ifError(error);
+  const lines = stderr.toString().trim().split('\n').map((line) => line.replace(/^lrasynth: /, ''));
+  return { status, stdout, lines };
+}
+
+const types = { '.html': 'text/html', '.js': 'text/javascript', '.css': 'text/css', '.svg': 'image/svg+xml',
+  '.wasm': 'application/wasm', '.json': 'application/json' };
+const server = createServer((request, response) => {
+  const path = new URL(request.url, 'http://studio').pathname.replace(/\/$/, '/index.html');
+  try {
+    const body = readFileSync(join(site, path));
+    response.writeHead(200, { 'content-type': types[extname(path)] ?? 'application/octet-stream' }).end(body);
+  } catch {
+    response.writeHead(404).end();
+  }
+});
+
+let browser;
+export let address;
+/** What no page may do. */
+const wrongs = [];
+
+export async function startBrowser() {
+  await new Promise((ready) => server.listen(0, '127.0.0.1', ready));
+  address = `http://127.0.0.1:${server.address().port}/`;
+  browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
+}
+
+export async function stopBrowser() {
+  await browser?.close();
+  server.close();
+  assert.deepEqual(wrongs, []);
+}
+
+/** A page of a fresh visitor, or of one that has been there. */
+export async function openPage({ context, link = '', ...options } = {}) {
+  const visitor = context ?? (await browser.newContext({ viewport: { width: 1280, height: 900 }, ...options }));
+  const page = await visitor.newPage();
+  page.setDefaultTimeout(10000);
+  page.on('console', (message) => message.type() !== 'log' && wrongs.push(message.text()));
+  page.on('pageerror', (error) => wrongs.push(error.message));
+  page.on('request', (request) => /^(blob:)?http:\/\/127\.0\.0\.1:/.test(request.url()) || wrongs.push(request.url()));
+  page.on('response', (response) => response.ok() || wrongs.push(`${response.status()} ${response.url()}`));
+  await page.goto(address + link);
+  await drawn(page);
+  return page;
+}
+
+export const drawn = (page) => page.waitForFunction(() => performance.getEntriesByName('draw').length > 0);
+
+/** The bytes of an export as a buffer, null where there are none. */
+export async function exported(page, kind) {
+  const text = await page.evaluate(async (kind) => {
+    const bytes = (await import('./files.js')).exported(kind);
+    return bytes && Array.from(bytes, (byte) => String.fromCharCode(byte)).join('');
+  }, kind);
+  return text === null ? null : Buffer.from(text, 'latin1');
+}
+
+export const savedEvents = async (page) => JSON.parse(await exported(page, 'json')).events;
+
+export const openDemo = (page, name) => page.setInputFiles('#file', join(demos, `${name}.json`))
+  .then(() => page.waitForFunction((name) => document.getElementById('name').value === name, name));
+
+/** Where a point of a lane is on the screen. */
+export const pointOnScreen = (page, lane, event, point) => page.evaluate(async ([lane, event, point]) => {
+  const lanes = await import('./lanes.js');
+  const { canvas, plot } = lanes[lane];
+  const { current } = await import('./state.js');
+  const curve = current().design.events[event];
+  const { x, y } = point === 'grip' ? lanes.gripOf(plot, curve) : lanes.placeOf(lanes[lane], plot, curve, point);
+  const box = canvas.getBoundingClientRect();
+  return { x: box.left + x, y: box.top + y };
+}, [lane, event, point]);

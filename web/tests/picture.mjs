@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+// The studio's picture for the documentation.
+import { join } from 'node:path';
+import { openDemo, openPage, startBrowser, stopBrowser } from './browser.mjs';
+
+await startBrowser();
+const page = await openPage({ viewport: { width: 1360, height: 880 }, colorScheme: 'light' });
+await openDemo(page, 'sunrise');
+await page.locator('.event').nth(1).click();
+await page.focus('#intensity-lane');
+await page.keyboard.press('3');
+await page.evaluate(() => /** @type {HTMLElement} */ (document.activeElement).blur());
+await page.mouse.move(0, 0);
+await page.waitForFunction(() => performance.getEntriesByName('response').length > 1);
+await page.waitForTimeout(300);
+await page.screenshot({ path: join(import.meta.dirname, '../../docs/pictures/studio.png') });
+await stopBrowser();

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: Apache-2.0
+import assert from 'node:assert/strict';
+import { readdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
+import { createRequire } from 'node:module';
+import { join } from 'node:path';
+import { after, before, test } from 'node:test';
+import { gzipSync } from 'node:zlib';
+import * as studio from './browser.mjs';
+
+const { drawn, exported, lrasynth, openDemo, openPage, pointOnScreen, savedEvents, scratch } = studio;
+const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
+const demos = readdirSync(studio.demos).map((file) => file.replace('.json', ''));
+
+before(studio.startBrowser);
+after(studio.stopBrowser);
+
+async function setProfile(page, motor, chip, boost) {
+  await page.selectOption('#motor', motor);
+  await page.selectOption('#chip', chip);
+  if (motor === '832') await page.setChecked('#boost', boost === 'on');
+}
+
+async function drag(page, from, by) {
+  await page.mouse.move(from.x, from.y);
+  await page.mouse.down();
+  await page.mouse.move(from.x + by.x / 2, from.y + by.y);
+  await page.mouse.move(from.x + by.x, from.y + by.y);
+  await page.mouse.up();
+}
+
+test('exports are the bytes of the command, and so are faults and warnings', async () => {
+  const page = await openPage();
+  const forms = ['wav', 'bin', 'csv', 'svg'];
+  let compared = 0;
+  for (const demo of demos) {
+    await openDemo(page, demo);
+    for (const [motor, boost] of [['832', 'on'], ['832', 'off'], ['1040', 'on'], ['9595', 'on'], ['81540', 'on']]) {
+      for (const chip of ['0', '1', '11']) {
+        await setProfile(page, motor, chip, boost);
+        const words = ['pattern', `${demo}.json`, '--motor', motor, '--chip', chip, ...(motor === '832' ? ['--boost', boost] : [])];
+        const wanted = chip === '11' ? ['bin', 'csv'] : forms;
+        const { status, lines } = lrasynth(...words, ...(chip === '11' ? [] : ['--response']), '--save',
+          join(scratch, 'o.json'), ...wanted.map((form) => join(scratch, `o.${form}`)));
+        const said = await page.locator('.words:not(#tap-warnings) > li').allTextContents();
+        if (status !== 0) {
+          assert.deepEqual(said, lines.map((line) => line.replace(/^[^ ]* /, '')), `${words}`);
+          assert.equal(await exported(page, 'bin'), null);
+          continue;
+        }
+        const warnings = lines.filter((line) => line.startsWith('warning: ')).map((line) => line.slice(9));
+        assert.deepEqual(said.sort(), warnings.sort(), `${words}`);
+        for (const form of ['json', ...wanted]) {
+          assert.ok((await exported(page, form)).equals(readFileSync(join(scratch, `o.${form}`))), `${words} ${form}`);
+          ++compared;
+        }
+        assert.ok((await exported(page, 'c')).equals(lrasynth(...words, '--print-request').stdout), `${words} C array`);
+      }
+    }
+  }
+  console.log(`${compared} files compared`);
+  await setProfile(page, '1040', '0', 'on');
+  const [download] = await Promise.all([page.waitForEvent('download'), page.click('[data-form=wav]')]);
+  lrasynth('pattern', `${demos.at(-1)}.json`, join(scratch, 'o.wav'));
+  assert.equal(download.suggestedFilename(), `${demos.at(-1)}.wav`);
+  assert.ok(readFileSync(await download.path()).equals(readFileSync(join(scratch, 'o.wav'))));
+});
+
+test('dragging a point changes that point alone, and undo brings the old bytes back', async () => {
+  const page = await openPage();
+  await openDemo(page, 'sunrise');
+  for (const [lane, field, dy] of [['intensityLane', 1, -20], ['frequencyLane', 2, -12]]) {
+    const [before, bytes] = [await savedEvents(page), await exported(page, 'bin')];
+    await drag(page, await pointOnScreen(page, lane, 0, 1), { x: 30, y: dy });
+    const after = await savedEvents(page);
+    const [moved, old] = [after[0].points[1], before[0].points[1]];
+    assert.ok(moved[0] > old[0] && moved[field] > old[field] && moved[3 - field] === old[3 - field], `${old} to ${moved}`);
+    assert.deepEqual(after.with(0, { ...after[0], points: after[0].points.with(1, old) }), before);
+    assert.ok(!(await exported(page, 'bin')).equals(bytes));
+    await page.click('#undo');
+    assert.ok((await exported(page, 'bin')).equals(bytes));
+    await page.keyboard.press('Control+Shift+Z');
+    assert.deepEqual(await savedEvents(page), after);
+    await page.click('#undo');
+  }
+});
+
+test('a finger stretches a curve, which keeps its shape', async () => {
+  const page = await openPage({ hasTouch: true });
+  await openDemo(page, 'fade');
+  await page.locator('.event').first().click();
+  const { x, y } = await pointOnScreen(page, 'intensityLane', 0, 'grip');
+  const finger = await page.context().newCDPSession(page);
+  for (const [type, by] of [['touchStart', 0], ['touchMove', 60], ['touchMove', 120], ['touchEnd', 0]]) {
+    await finger.send('Input.dispatchTouchEvent', { type, touchPoints: type === 'touchEnd' ? [] : [{ x: x + by, y }] });
+  }
+  const [{ start, duration, points }] = await savedEvents(page);
+  assert.ok(start === 0 && duration > 240, `${duration}`);
+  assert.deepEqual(points, [[0, 0, -40], [Math.round(duration / 4), 100, -40], [Math.round(duration / 2), 100, -40], [duration, 0, -40]]);
+});
+
+test('a wrong file shows the lines of the command and leaves the work alone', async () => {
+  const page = await openPage();
+  const old = await exported(page, 'json');
+  const file = join(scratch, 'wrong.json');
+  for (const text of ['{"events": [\n {"type": "transient", "start": -1, "level": 101}, {"type": "pulse"}]}', '{"events": [}', 'no JSON']) {
+    writeFileSync(file, text);
+    await page.setInputFiles('#file', file);
+    const { status, lines } = lrasynth('pattern', file);
+    const wanted = lines.map((line) => line.replace(`${scratch}/`, ''));
+    assert.equal(status, 2);
+    await page.waitForFunction((first) => document.querySelector('#messages p')?.textContent === first, wanted[0]);
+    assert.deepEqual(await page.locator('#messages p').allTextContents(), wanted);
+    assert.ok((await exported(page, 'json')).equals(old));
+  }
+});
+
+test('a link opens to the same pattern, and the last work is there after a reload', async () => {
+  const page = await openPage();
+  await openDemo(page, 'fade');
+  await setProfile(page, '832', '1', 'off');
+  await page.fill('#loops', '3');
+  await page.fill('#interval', '70');
+  const bytes = await exported(page, 'bin');
+  const link = await page.evaluate(async () => (await import('./files.js')).fragmentOf((await import('./state.js')).current().design));
+  const other = await openPage({ link });
+  assert.ok((await exported(other, 'bin')).equals(bytes));
+  await page.reload();
+  await drawn(page);
+  assert.ok((await exported(page, 'bin')).equals(bytes));
+  assert.ok(await page.isDisabled('#undo'));
+  const broken = await openPage({ link: '#p=AAAA' });
+  assert.match(await broken.textContent('#messages'), /no pattern/);
+});
+
+test('keys alone build a pattern', async () => {
+  const page = await openPage();
+  const { keyboard } = page;
+  const tabTo = async (id) => {
+    for (let i = 0; i < 80 && (await page.evaluate(() => document.activeElement.id)) !== id; ++i) await keyboard.press('Tab');
+    assert.equal(await page.evaluate(() => document.activeElement.id), id);
+  };
+  await tabTo('new');
+  await keyboard.press('Enter');
+  await tabTo('intensity-lane');
+  for (const key of ['t', 'Shift+ArrowUp', 'ArrowRight', 'c', '3', 'ArrowDown', 'ArrowDown', 'Shift+ArrowRight']) await keyboard.press(key);
+  await tabTo('frequency-lane');
+  for (const key of ['2', 'Shift+ArrowUp', '0', 'Alt+Shift+ArrowRight', 'PageUp', 'd']) await keyboard.press(key);
+  assert.deepEqual(await savedEvents(page), [
+    { type: 'transient', start: 1, intensity: 90, level: 50 },
+    { type: 'continuous', start: 50, duration: 210, points: [[0, 0, 0], [53, 80, 10], [147, 78, 0], [210, 0, 0]] },
+    { type: 'transient', start: 51, intensity: 90, level: 50 },
+  ]);
+  for (let i = 0; i < 20; ++i) await keyboard.press('Control+z');
+  assert.equal((await savedEvents(page)).length, 4);
+});
+
+test('the value under the cursor is the sample, however near, and what sounds has a cursor of its own', async () => {
+  const page = await openPage();
+  await openDemo(page, 'sunrise');
+  const bytes = new Int8Array(await exported(page, 'bin'));
+  const { x, y, width } = await page.locator('#waveform').boundingBox();
+  for (const zooms of [0, 9]) {
+    await page.focus('#waveform');
+    for (let i = 0; i < zooms; ++i) await page.keyboard.press('+');
+    await page.mouse.move(x + width * 0.4, y + 60);
+    const [, sample, amplitude] = /sample (\d+) · amplitude (-?\d+)/.exec(await page.textContent('#reading'));
+    assert.equal(Number(amplitude), bytes[sample]);
+    assert.notEqual(bytes[sample], 0);
+  }
+  await page.click('#zoom-all');
+  await page.click('#play');
+  await page.locator('#playhead').waitFor();
+  await page.click('#stop');
+  assert.ok(await page.isHidden('#playhead'));
+  await openDemo(page, 'fade');
+  await page.click('#play');
+  await page.waitForFunction(() => document.getElementById('stop').disabled);
+});
+
+test('nothing keeps anyone out', async () => {
+  for (const options of [{}, { colorScheme: 'dark' }, { viewport: { width: 360, height: 780 }, colorScheme: 'dark' }]) {
+    const page = await openPage(options);
+    await openDemo(page, 'chirp');
+    await page.locator('.event').first().click();
+    await page.fill('[aria-label="Point 2, intensity in %"]', '101');
+    await page.click('summary');
+    const found = await page.evaluate(`${axe}; axe.run().then(({violations}) => violations.map(({id, nodes}) => id + ': ' + nodes.map(n => n.html)))`);
+    assert.deepEqual(found, []);
+    assert.match(await page.textContent('#events .fault'), /^event 1, point 2, .*101/);
+    const wide = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+    assert.ok(wide <= 0, `${wide} pixels too wide`);
+  }
+});
+
+test('it is small and quick', async () => {
+  const files = readdirSync(studio.site, { recursive: true }).map((file) => join(studio.site, file))
+    .filter((file) => statSync(file).isFile() && !file.endsWith('/lrasynth') && !file.endsWith('/lrasynth.wasm'));
+  const raw = files.reduce((sum, file) => sum + statSync(file).size, 0);
+  const packed = files.reduce((sum, file) => sum + gzipSync(readFileSync(file)).length, 0);
+  assert.ok(raw <= 600e3 && packed <= 250e3, `${raw} bytes, ${packed} packed`);
+  const page = await openPage();
+  const first = await page.evaluate(() => performance.getEntriesByName('draw')[0]);
+  const curve = (start) => ({ type: 'continuous', start, duration: 500, points: [[0, 0, -20], [100, 90, 0], [300, 60, 10], [500, 0, 0]] });
+  const file = join(scratch, 'long.json');
+  writeFileSync(file, JSON.stringify({ events: Array.from({ length: 20 }, (_, i) => curve(500 * i)) }));
+  const times = await openPage().then(async (page) => {
+    await page.setInputFiles('#file', file);
+    await page.locator('.event').first().click();
+    await page.evaluate(() => performance.clearMeasures());
+    await page.focus('#intensity-lane');
+    for (let i = 0; i < 20; ++i) await page.keyboard.press('ArrowUp');
+    await page.waitForFunction(() => performance.getEntriesByName('response').length > 1);
+    return page.evaluate(() => ['draw', 'response'].map((name) => {
+      const times = performance.getEntriesByName(name).map(({ duration }) => duration).sort((a, b) => a - b);
+      return `${times[times.length >> 1].toFixed(1)} ms (median), ${times.at(-1).toFixed(1)} ms at most`;
+    }));
+  });
+  console.log(`${raw} bytes, ${packed} packed; first picture after ${(first.startTime + first.duration).toFixed(0)} ms; ` +
+    `an edit of 10 s drawn in ${times[0]}; its response a moment later in ${times[1]}`);
+});
