@@ -210,6 +210,14 @@ int take_piece(design::Piece piece) {
   return 0;
 }
 
+// Why a piece is too long to be current; empty: it is not.
+std::string refusal_of(const design::Piece& piece) {
+  constexpr int64_t kMostBytes = 1 << 26;
+  if (!piece.is_stream()) return design::length_fault(piece.waveform.length_ms());
+  if (piece.waveform.length <= kMostBytes) return "";
+  return text("the event stream may have %lld bytes at most", static_cast<long long>(kMostBytes));
+}
+
 std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
   const auto& motors = design::kMotors;
   if (std::find(std::begin(motors), std::end(motors), motor) == std::end(motors)) return std::nullopt;
@@ -307,7 +315,7 @@ int studio_pattern(const char* json, size_t length, const char* name, size_t nam
   add_faults(pattern.events, *profile, playback, pattern.faults);
   if (pattern.faults.count > 0) return take_faults(pattern.faults, design::shown(file, 120), pattern.events);
   design::Piece piece = pattern_piece(*profile, playback, std::move(pattern.events), std::string(file));
-  const std::string refusal = piece.is_stream() ? "" : design::length_fault(piece.waveform.length_ms());
+  const std::string refusal = refusal_of(piece);
   if (refusal.empty()) return take_piece(std::move(piece));
   pattern.faults.add({0, {}, "loops, gap: " + refusal});
   return take_faults(pattern.faults, design::shown(file, 120), piece.score->events());

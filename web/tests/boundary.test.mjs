@@ -10,7 +10,7 @@ import { fileURLToPath } from 'node:url';
 
 const root = fileURLToPath(new URL('../..', import.meta.url));
 const site = join(root, 'build/web/site');
-const command = process.env.LRASYNTH ?? join(root, 'build/demo/tools/lrasynth');
+const command = process.env.LRASYNTH ?? join(root, 'build/test/tools/lrasynth');
 const work = mkdtempSync(join(tmpdir(), 'studio-'));
 after(() => rmSync(work, { recursive: true }));
 
@@ -135,6 +135,8 @@ test('nonsense is refused', () => {
   assert.equal(wasm.studio_read(0, 1), 0); // no piece
   assert.equal(pattern(text, 'x', 1040, 0, 1, 65535, 600000), 1);
   assert.match(facts().faults[0], /the waveform may last 600000 ms at most$/);
+  const many = JSON.stringify({ events: Array(20000).fill({ type: 'transient', start: 0, intensity: 1, level: 1 }) });
+  assert.equal(pattern(many, 'x', 1040, 11, 1, 65535, 0), 1);
   assert.equal(pattern(text, 'x', 1040, 0, 1, 1, 0), 0);
   for (const wild of [NaN, Infinity, -Infinity, 1e300]) {
     assert.equal(wasm.studio_read(wild, 10), 0);
