@@ -2,12 +2,12 @@
 // The events as a list, each with its warnings and faults, and the exact values of the selected one.
 
 import { change } from './commands.js';
-import { endOf } from './edits.js';
-import { element, make } from './page.js';
+import { endOf, stretched } from './edits.js';
+import { element, make, putValue, takeNumbers } from './page.js';
 import { current, show } from './state.js';
 import { motorOf, patternPiece } from './wasm.js';
 
-/** @import {CurvePoint, PatternEvent} from './state.js' */
+/** @import {PatternEvent} from './state.js' */
 /** @import {Facts} from './wasm.js' */
 
 const fields = element('fields', HTMLDivElement);
@@ -87,13 +87,10 @@ function itemOf(event, i, chosen, words) {
 function numberField(label, get, set) {
   const input = make('input', { type: 'number', step: 1 });
   input.setAttribute('aria-label', label);
-  input.oninput = () => Number.isInteger(input.valueAsNumber) && change((event) => set(event, input.valueAsNumber), label);
-  return { input, get };
+  takeNumbers(input, (value) => change((event) => set(event, value), label));
+  inputs.push({ input, get });
+  return input;
 }
-
-/** @param {string} label @param {string} name */
-const plainField = (label, name) =>
-  numberField(label, (event) => event[name], (event, value) => ({ ...event, [name]: value }));
 
 /** @type {{input: HTMLInputElement, get: (event: any) => number}[]} */
 let inputs = [];
@@ -110,7 +107,7 @@ function showFields() {
       : event.type === 'transient' ? tapFields() : curveFields()));
   }
   if (event === undefined) return;
-  for (const { input, get } of inputs) if (document.activeElement !== input || input.valueAsNumber !== get(event)) input.value = String(get(event));
+  for (const { input, get } of inputs) putValue(input, get(event));
   const facts = patternPiece(design).facts.events.find(({ number }) => number === chosen + 1);
   fields.querySelectorAll('output').forEach((output, i) => {
     output.textContent = event.type === 'continuous' ? String(facts?.hz?.[i] ?? '–')
@@ -119,10 +116,9 @@ function showFields() {
   fields.querySelectorAll('tbody tr').forEach((row, i) => row.classList.toggle('chosen', i === point));
 }
 
-/** @param {string} label @param {string} name */
-function labelled(label, name) {
-  inputs.push(plainField(label, name));
-  return make('label', {}, label, ' ', inputs[inputs.length - 1].input);
+/** @param {string} label @param {string} name @param {(event: any, value: number) => PatternEvent} [set] */
+function labelled(label, name, set = (event, value) => ({ ...event, [name]: value })) {
+  return make('label', {}, label, ' ', numberField(label, (event) => event[name], set));
 }
 
 const tapFields = () => [
@@ -136,19 +132,18 @@ function curveFields() {
     ...['time in ms', 'intensity in %', 'frequency offset'].map((name, field) => make('td', {}, pointInput(point, field, name))),
     make('td', {}, make('output'))));
   return [
-    make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Duration, ms', 'duration')),
+    make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Duration, ms', 'duration', stretched)),
     make('table', {}, make('caption', { className: 'hidden' }, 'Points of the curve'), make('thead', {}, make('tr', {}, ...head)),
       make('tbody', {}, ...rows)),
   ];
 }
 
-/** @param {number} point @param {number} field @param {string} name */
+/** The last point takes the end of the event with it. @param {number} point @param {number} field @param {string} name */
 function pointInput(point, field, name) {
-  const made = numberField(`Point ${point + 1}, ${name}`, (event) => event.points[point][field], (event, value) => {
-    const to = /** @type {CurvePoint} */ (event.points[point].with(field, value));
-    return { ...event, points: event.points.with(point, to) };
+  const input = numberField(`Point ${point + 1}, ${name}`, (event) => event.points[point][field], (event, value) => {
+    const points = event.points.with(point, event.points[point].with(field, value));
+    return { ...event, points, duration: point === 3 ? points[3][0] - points[0][0] : event.duration };
   });
-  made.input.onfocus = () => show({ point });
-  inputs.push(made);
-  return made.input;
+  input.onfocus = () => show({ point });
+  return input;
 }

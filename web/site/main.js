@@ -8,6 +8,7 @@ import { keep, restore, showFiles, startFiles } from './files.js';
 import { isDragging, startGestures } from './gestures.js';
 import { showLanes } from './lanes.js';
 import { showListen, startListen } from './listen.js';
+import { element } from './page.js';
 import { showProfile, startProfile } from './profile.js';
 import { forgetPast, onChange } from './state.js';
 import { showTap, startTap } from './tap.js';
@@ -59,4 +60,6 @@ async function begin() {
   ask(true);
 }
 
-begin();
+begin().catch((error) => {
+  element('messages', HTMLElement).textContent = `The studio cannot start: ${error.message}`;
+});

@@ -15,17 +15,24 @@ export function make(tag, values = {}, ...children) {
   return made;
 }
 
-/** Into a field, unless somebody writes there just now. @param {string} id @param {string | number} value */
-export function setValue(id, value) {
-  const input = element(id, HTMLInputElement);
-  if (document.activeElement !== input || input.type === 'range') input.value = String(value);
+/** Into a field, where what is typed stays as long as it means the same. @param {HTMLInputElement} input @param {string | number} value */
+export function putValue(input, value) {
+  if (input.dataset.shown !== String(value)) input.value = input.dataset.shown = String(value);
 }
 
-/** Numbers out of a field, as far as it allows them. @param {string} id @param {(value: number) => void} take */
-export function onNumber(id, take) {
-  const input = element(id, HTMLInputElement);
+/** Whole numbers out of a field, as far as it allows them. @param {HTMLInputElement} input @param {(value: number) => void} take */
+export function takeNumbers(input, take) {
   input.oninput = () => {
     const value = input.valueAsNumber;
-    if (Number.isInteger(value) && value >= Number(input.min) && value <= Number(input.max)) take(value);
+    if (!Number.isInteger(value) || input.validity.rangeUnderflow || input.validity.rangeOverflow) return;
+    input.dataset.shown = String(value);
+    take(value);
   };
+  input.onchange = () => (input.value = input.dataset.shown ?? '');
 }
+
+/** @param {string} id @param {string | number} value */
+export const setValue = (id, value) => putValue(element(id, HTMLInputElement), value);
+
+/** @param {string} id @param {(value: number) => void} take */
+export const onNumber = (id, take) => takeNumbers(element(id, HTMLInputElement), take);

@@ -60,12 +60,22 @@ let stripKey = '';
 /** A column of pixels for each level, time runs down. @type {HTMLCanvasElement | null} */
 let image = null;
 
-/** @param {Profile} profile @param {boolean} anew */
+/** Its taps come a moment after the rest of the page. @param {Profile} profile @param {boolean} anew */
 function showStrip(profile, anew) {
   const { tap } = current();
   const key = JSON.stringify([profile, tap.intensity, tap.inPattern]);
-  if (key !== stripKey || anew) image = motorOf(profile).taps ? stripImage(profile, tap) : null;
-  stripKey = key;
+  if (key !== stripKey || anew) {
+    stripKey = key;
+    setTimeout(() => {
+      image = motorOf(profile).taps ? stripImage(profile, tap) : null;
+      drawStrip();
+    });
+  }
+  drawStrip();
+}
+
+function drawStrip() {
+  const { tap } = current();
   const plot = plotOn(strip, { from: 0, to: levels }, [0, 1], { top: 2, bottom: 18 });
   const { draw, left, right, top, bottom } = plot;
   draw.imageSmoothingEnabled = false;
