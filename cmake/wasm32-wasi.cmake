@@ -6,6 +6,8 @@ set(CMAKE_SYSTEM_PROCESSOR wasm32)
 set(WASI TRUE)
 set(CMAKE_C_COMPILER clang)
 set(CMAKE_CXX_COMPILER clang++)
+set(CMAKE_AR llvm-ar) # that of binutils makes no index of such objects
+set(CMAKE_RANLIB llvm-ranlib)
 set(CMAKE_C_COMPILER_TARGET wasm32-wasi)
 set(CMAKE_CXX_COMPILER_TARGET wasm32-wasi)
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wasi)
