@@ -101,11 +101,12 @@ export function line({ draw }, points) {
   draw.stroke();
 }
 
-/** Nothing outside of the plot's box. @param {Plot} plot @param {() => void} body */
-export function clipped({ draw, left, right, top, bottom }, body) {
+/** Only in the plot's box, and what stands at its beginning in full. @param {Plot} plot @param {() => void} body */
+export function clipped({ draw, left, right, top, bottom, span }, body) {
+  const room = span.from > 0 ? 0 : 6;
   draw.save();
   draw.beginPath();
-  draw.rect(left - 6, top - 6, right - left + 12, bottom - top + 12);
+  draw.rect(left - room, top - 6, right - left + room, bottom - top + 12);
   draw.clip();
   body();
   draw.restore();

@@ -25,7 +25,8 @@ export function duplicate() {
 export function remove() {
   const { design, event } = current();
   if (event < 0) return;
-  edit({ events: design.events.toSpliced(event, 1) }, '', { event: Math.min(event, design.events.length - 2), point: -1 });
+  const events = design.events.toSpliced(event, 1);
+  edit({ events }, '', { event: Math.min(event, events.length - 1), point: -1 });
 }
 
 /** In the order of time. @param {1 | -1} by */

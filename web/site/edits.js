@@ -82,5 +82,6 @@ export function designOf(value, profiles, longest) {
   const fits = profile && typeof value.name === 'string' && whole(value.loops, value.interval) &&
     value.loops >= 1 && value.loops <= 65535 && value.interval >= 0 && value.interval <= longest &&
     Array.isArray(value.events) && value.events.every(isEvent);
-  return fits ? { name: value.name, profile, loops: value.loops, interval: value.interval, events: value.events } : null;
+  const { name, loops, interval, events } = value ?? {};
+  return fits ? { name, profile, loops, interval, events } : null;
 }

@@ -19,9 +19,13 @@ const list = element('events', HTMLOListElement);
 function wordsOf(facts) {
   /** @type {Map<number, Words[]>} */
   const words = new Map();
-  const put = (/** @type {number} */ event, /** @type {Words} */ one) => words.set(event, [...(words.get(event) ?? []), one]);
+  const put = (/** @type {number} */ event, /** @type {Words} */ one) =>
+    words.set(event, [...(words.get(event) ?? []), one]);
   // They stand at their event; where that would be in a file is told only of files.
-  facts.faults.forEach((line, i) => put(facts.fault_events[i] ?? 0, { line: line.replace(/^.*?\.json:(\d+:\d+: )?/, ''), kind: 'fault' }));
+  facts.faults.forEach((fault, i) => {
+    const line = fault.replace(/^.*?\.json:(\d+:\d+: )?/, '');
+    put(facts.fault_events[i] ?? 0, { line, kind: 'fault' });
+  });
   for (const { event, line } of facts.warnings) put(event, { line, kind: 'warning' });
   return words;
 }
@@ -103,8 +107,7 @@ function showFields() {
   if (wanted !== shape) {
     shape = wanted;
     inputs = [];
-    fields.replaceChildren(...(event === undefined ? [make('p', { className: 'hint' }, 'Select one in the lanes or in the list, or add one.')]
-      : event.type === 'transient' ? tapFields() : curveFields()));
+    fields.replaceChildren(...(event === undefined ? noFields() : event.type === 'transient' ? tapFields() : curveFields()));
   }
   if (event === undefined) return;
   for (const { input, get } of inputs) putValue(input, get(event));
@@ -121,24 +124,27 @@ function labelled(label, name, set = (event, value) => ({ ...event, [name]: valu
   return make('label', {}, label, ' ', numberField(label, (event) => event[name], set));
 }
 
+const noFields = () => [make('p', { className: 'hint' }, 'Select one in the lanes or in the list, or add one.')];
+
 const tapFields = () => [
-  make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Level', 'level'), labelled('Intensity, %', 'intensity'),
-    make('output')),
+  make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Level', 'level'),
+    labelled('Intensity, %', 'intensity'), make('output')),
 ];
 
 function curveFields() {
   const head = ['', 'ms', '%', 'offset', 'Hz'].map((name) => make('th', { scope: 'col' }, name || 'Point'));
+  const names = ['time in ms', 'intensity in %', 'frequency offset'];
   const rows = [0, 1, 2, 3].map((point) => make('tr', {}, make('th', { scope: 'row' }, String(point + 1)),
-    ...['time in ms', 'intensity in %', 'frequency offset'].map((name, field) => make('td', {}, pointInput(point, field, name))),
+    ...names.map((name, field) => make('td', {}, pointInput(point, field, name))),
     make('td', {}, make('output'))));
   return [
     make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Duration, ms', 'duration', stretched)),
-    make('table', {}, make('caption', { className: 'hidden' }, 'Points of the curve'), make('thead', {}, make('tr', {}, ...head)),
-      make('tbody', {}, ...rows)),
+    make('table', {}, make('caption', { className: 'hidden' }, 'Points of the curve'),
+      make('thead', {}, make('tr', {}, ...head)), make('tbody', {}, ...rows)),
   ];
 }
 
-/** The last point takes the end of the event with it. @param {number} point @param {number} field @param {string} name */
+/** The last point takes the event's end with it. @param {number} point @param {number} field @param {string} name */
 function pointInput(point, field, name) {
   const input = numberField(`Point ${point + 1}, ${name}`, (event) => event.points[point][field], (event, value) => {
     const points = event.points.with(point, event.points[point].with(field, value));

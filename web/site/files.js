@@ -3,7 +3,7 @@
 
 import { designOf } from './edits.js';
 import { element, make, setValue } from './page.js';
-import { current, edit, emptyDesign, show } from './state.js';
+import { current, edit, emptyDesign, forgetPast, show } from './state.js';
 import { about, form, patternPiece, patternText, readPattern } from './wasm.js';
 
 /** @import {Design, PatternEvent} from './state.js' */
@@ -53,7 +53,8 @@ export async function fragmentOf(design) {
 
 /** @param {string} fragment */
 async function designIn(fragment) {
-  const bytes = Uint8Array.from(atob(fragment.slice(3).replaceAll('-', '+').replaceAll('_', '/')), (c) => c.charCodeAt(0));
+  const packed = atob(fragment.slice(3).replaceAll('-', '+').replaceAll('_', '/'));
+  const bytes = Uint8Array.from(packed, (character) => character.charCodeAt(0));
   return readDesign(new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw'))));
 }
 
@@ -64,20 +65,22 @@ function readDesign(text) {
   return designOf(JSON.parse(text), profiles, about().longest_ms);
 }
 
-/** What the link carries, else the last work, else an example. */
+/** The last work, or an example, and then what a link carries, which can be undone. */
 export async function restore() {
-  if (!isLink()) return restoreLast();
+  await restoreLast();
+  forgetPast();
+  await openLink();
+}
+
+async function openLink() {
+  if (!location.hash.startsWith('#p=')) return;
   const design = await designIn(location.hash).catch(() => null);
   history.replaceState(null, '', location.pathname);
   if (design !== null) return edit(design, '', selected);
-  await restoreLast();
   show({ messages: ['This link carries no pattern.'] });
 }
 
-const isLink = () => location.hash.startsWith('#p=');
-
 async function restoreLast() {
-  if (current().design !== emptyDesign) return;
   try {
     const design = readDesign(localStorage.getItem(store) ?? '');
     if (design !== null) return edit(design, '', selected);
@@ -145,7 +148,7 @@ export function startFiles() {
     event.preventDefault();
     await openFile(event.dataTransfer?.files[0]);
   });
-  window.addEventListener('hashchange', () => isLink() && restore());
+  window.addEventListener('hashchange', openLink);
 }
 
 export function showFiles() {

@@ -46,7 +46,10 @@ function targetAt(lane, x, y, reach) {
   return event === undefined ? null : { event, part: 'whole', point: -1 };
 }
 
-/** @param {Lane} lane @param {Plot} plot @param {PatternEvent} event @param {number} x @param {number} y @param {number} reach */
+/**
+ * @param {Lane} lane @param {Plot} plot @param {PatternEvent} event
+ * @param {number} x @param {number} y @param {number} reach
+ */
 function touches(lane, plot, event, x, y, reach) {
   const [left, right] = [plot.x(event.start), plot.x(endOf(event))];
   if (event.type === 'transient') {

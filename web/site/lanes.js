@@ -30,7 +30,8 @@ function nearestOffset(hz) {
 
 /** @type {Lane} */
 export const intensityLane = {
-  canvas: element('intensity-lane', HTMLCanvasElement), field: 1, plot: null, shown: (value) => value, value: (at) => at,
+  canvas: element('intensity-lane', HTMLCanvasElement), field: 1, plot: null,
+  shown: (intensity) => intensity, value: (shown) => shown,
 };
 /** @type {Lane} */
 export const frequencyLane = {
@@ -75,8 +76,12 @@ function showLane(lane, facts, lines, high) {
   for (const event of facts.events) known[event.number - 1] = event;
   labelled = -Infinity;
   const drawPass = (/** @type {Plot} */ plot) => {
-    design.events.forEach((event, i) => event.type === 'continuous' && drawCurve(plot, lane, event, known[i] ?? {}));
-    design.events.forEach((event, i) => event.type === 'transient' && drawTap(plot, lane, event, known[i], i === chosen));
+    design.events.forEach((event, i) => {
+      if (event.type === 'continuous') drawCurve(plot, lane, event, known[i] ?? {});
+    });
+    design.events.forEach((event, i) => {
+      if (event.type === 'transient') drawTap(plot, lane, event, known[i], i === chosen);
+    });
   };
   clipped(plot, () => {
     drawPasses(plot, facts, drawPass);
@@ -121,7 +126,9 @@ function drawCurve(plot, lane, event, { heard, sweeps = [] }) {
     within(plot, from, to, () => {
       for (const { from_ms, to_ms, from_hz, reached_hz } of sweeps) {
         const zero = from_hz * reached_hz < 0 ? [folded(plot, from_ms, to_ms, from_hz, reached_hz)] : [];
-        line(plot, [[plot.x(from_ms), plot.y(Math.abs(from_hz))], ...zero, [plot.x(to_ms), plot.y(Math.abs(reached_hz))]]);
+        line(plot, [
+          [plot.x(from_ms), plot.y(Math.abs(from_hz))], ...zero, [plot.x(to_ms), plot.y(Math.abs(reached_hz))],
+        ]);
       }
     });
   }

@@ -10,7 +10,7 @@ import { showLanes } from './lanes.js';
 import { showListen, startListen } from './listen.js';
 import { element } from './page.js';
 import { showProfile, startProfile } from './profile.js';
-import { forgetPast, onChange } from './state.js';
+import { onChange } from './state.js';
 import { showTap, startTap } from './tap.js';
 import { showView, startView } from './view.js';
 import { start } from './wasm.js';
@@ -48,9 +48,15 @@ function drawAll() {
 async function begin() {
   await start(await (await fetch('studio.wasm')).arrayBuffer());
   readColours();
-  for (const begin of [startProfile, startCommands, startView, startWaveform, startGestures, startListen, startTap, startFiles]) begin();
+  startProfile();
+  startCommands();
+  startView();
+  startWaveform();
+  startGestures();
+  startListen();
+  startTap();
+  startFiles();
   await restore();
-  forgetPast();
   onChange(() => ask(false));
   window.addEventListener('resize', () => ask(true));
   matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => {

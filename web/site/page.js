@@ -15,12 +15,18 @@ export function make(tag, values = {}, ...children) {
   return made;
 }
 
-/** Into a field, where what is typed stays as long as it means the same. @param {HTMLInputElement} input @param {string | number} value */
+/**
+ * Into a field, where what is typed stays as long as it means the same.
+ * @param {HTMLInputElement} input @param {string | number} value
+ */
 export function putValue(input, value) {
   if (input.dataset.shown !== String(value)) input.value = input.dataset.shown = String(value);
 }
 
-/** Whole numbers out of a field, as far as it allows them. @param {HTMLInputElement} input @param {(value: number) => void} take */
+/**
+ * Whole numbers out of a field, as far as it allows them.
+ * @param {HTMLInputElement} input @param {(value: number) => void} take
+ */
 export function takeNumbers(input, take) {
   input.oninput = () => {
     const value = input.valueAsNumber;

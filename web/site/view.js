@@ -15,9 +15,9 @@ const shortestMs = 0.5;
 export function wholeSpan(design) {
   const { facts } = patternPiece(design);
   const ends = design.events.map(endOf).filter(Number.isFinite);
-  const end = Math.max(facts.faults.length === 0 && !facts.stream ? facts.length_ms : 0, ...ends, 400);
+  const end = Math.max(facts.faults.length === 0 && !facts.stream ? facts.length_ms : 0, ...ends, 200);
   const step = roundStep(end, 12);
-  return { from: 0, to: Math.min(longest(), Math.ceil((end * 1.02) / step) * step) };
+  return { from: 0, to: Math.min(longest(), Math.ceil((end * 1.08) / step) * step) };
 }
 
 const longest = () => about().longest_ms * 2;
@@ -35,9 +35,9 @@ export function lookAt({ from, to }) {
 /** @param {number} factor below 1: closer @param {number} [about] ms that stay where they are */
 export function zoom(factor, about) {
   const { from, to } = shownSpan();
-  const { event, design } = current();
-  const still = about ?? (event >= 0 ? (design.events[event].start + endOf(design.events[event])) / 2 : (from + to) / 2);
-  const at = Math.min(to, Math.max(from, still));
+  const event = current().design.events[current().event];
+  const middle = event === undefined ? (from + to) / 2 : (event.start + endOf(event)) / 2;
+  const at = Math.min(to, Math.max(from, about ?? middle));
   lookAt({ from: at - (at - from) * factor, to: at + (to - at) * factor });
 }
 

@@ -49,7 +49,10 @@ function drawSingle(plot, values, x, wide) {
   if (wide > 5) for (const [px, py] of points) draw.fillRect(px - 2, py - 2, 4, 4);
 }
 
-/** @param {Plot} plot @param {Piece} piece @param {number} first @param {number} count @param {number} left @param {number} room */
+/**
+ * @param {Plot} plot @param {Piece} piece @param {number} first @param {number} count
+ * @param {number} left @param {number} room in pixels
+ */
 function drawDense(plot, piece, first, count, left, room) {
   const columns = Math.max(1, Math.round(room));
   const pairs = extremes(piece, first, count, columns);
@@ -94,9 +97,11 @@ function responseOf(piece, span, columns) {
     setTimeout(() => {
       estimating = false;
       const began = performance.now();
-      const made = response(piece, resonator, span, columns);
-      estimate = made && { piece, resonator, span, columns, response: made };
-      performance.measure('response', { start: began });
+      if (piece === patternPiece(current().design)) {
+        const made = response(piece, resonator, span, columns);
+        estimate = made && { piece, resonator, span, columns, response: made };
+        performance.measure('response', { start: began });
+      }
       show({});
     });
   }
@@ -115,7 +120,8 @@ function drawResponse(plot, { span, response: { numbers, columns } }) {
     /** @type {[number, number][]} */
     const points = [];
     for (let i = 0; i < count; ++i) {
-      if (columns[2 * i] <= columns[2 * i + 1]) points.push([x(i), plot.y((columns[2 * i + side] / numbers.peak) * 120)]);
+      const share = columns[2 * i + side] / numbers.peak;
+      if (columns[2 * i] <= columns[2 * i + 1]) points.push([x(i), plot.y(120 * share)]);
     }
     line(plot, points);
   }
@@ -146,7 +152,7 @@ export function showWaveform() {
   plot = plotOn(canvas, span, [-128, 128], { top: facts.sections.length > 0 ? 18 : 8, bottom: 22 });
   const drawn = plot;
   const playable = isPlayable(piece);
-  drawSections(drawn, playable ? piece : { ...piece, facts: { ...facts, sections: [] } });
+  if (playable) drawSections(drawn, piece);
   drawGrid(drawn, [-128, -64, 0, 64, 128], true);
   const made = playable && resonator.shown ? responseOf(piece, span, responseColumns(drawn)) : null;
   if (playable) {
@@ -222,26 +228,30 @@ export function forgetReading() {
   reading.textContent = '';
 }
 
-/** Dragging moves along, a click sets the cursor. */
+/** Dragging moves along, unless with two fingers, and a click sets the cursor. */
 function watchPan() {
+  let isPanning = false;
   let from = 0;
   let moved = 0;
   canvas.addEventListener('pointerdown', (event) => {
+    isPanning = event.isPrimary;
     [from, moved] = [event.clientX, 0];
     canvas.setPointerCapture(event.pointerId);
   });
   canvas.addEventListener('pointermove', (event) => {
     readAt(event);
-    if (!canvas.hasPointerCapture(event.pointerId) || plot === null) return;
+    if (!isPanning || plot === null) return;
     moved += Math.abs(event.clientX - from);
     pan((from - event.clientX) / (plot.right - plot.left));
     from = event.clientX;
   });
   canvas.addEventListener('pointerup', (event) => {
-    if (moved < 4 && plot !== null) {
+    if (isPanning && moved < 4 && plot !== null) {
       show({ cursor: Math.max(0, Math.round(plot.msAt(event.clientX - canvas.getBoundingClientRect().left))) });
     }
+    isPanning = false;
   });
+  canvas.addEventListener('pointercancel', () => (isPanning = false));
   canvas.addEventListener('pointerleave', forgetReading);
 }
 
