@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What can be done to events, as functions from the old to the new one.
 
-/** @import {CurvePoint, Design, PatternEvent, Profile} from './state.js' */
+/** @import {CurvePoint, PatternEvent} from './state.js' */
 
 /** @param {number} value @param {number} low @param {number} high */
 export const clamp = (value, low, high) => Math.min(high, Math.max(low, Math.round(value)));
@@ -62,26 +62,3 @@ export const strengthened = (event, by) =>
 
 /** Nominal for a tap, whose length the motor decides. @param {PatternEvent} event */
 export const endOf = (event) => event.start + (event.type === 'transient' ? 15 : event.duration);
-
-/**
- * A design from what a link or an earlier visit holds, or null where it has another shape. Whether its numbers are
- * possible is not asked here.
- * @param {any} value @param {Profile[]} profiles @param {number} longest gap @returns {Design | null}
- */
-export function designOf(value, profiles, longest) {
-  const same = (/** @type {Profile} */ one) =>
-    one.motor === value?.profile?.motor && one.chip === value.profile.chip && one.boost === value.profile.boost;
-  const profile = profiles.find(same);
-  const whole = (/** @type {any[]} */ ...numbers) => numbers.every(Number.isInteger);
-  const isPoint = (/** @type {any} */ point) => Array.isArray(point) && point.length === 3 && whole(...point);
-  const isEvent = (/** @type {any} */ event) =>
-    whole(event?.start) &&
-    ((event.type === 'transient' && whole(event.level, event.intensity)) ||
-      (event.type === 'continuous' && whole(event.duration) && Array.isArray(event.points) &&
-        event.points.length === 4 && event.points.every(isPoint)));
-  const fits = profile && typeof value.name === 'string' && whole(value.loops, value.interval) &&
-    value.loops >= 1 && value.loops <= 65535 && value.interval >= 0 && value.interval <= longest &&
-    Array.isArray(value.events) && value.events.every(isEvent);
-  const { name, loops, interval, events } = value ?? {};
-  return fits ? { name, profile, loops, interval, events } : null;
-}

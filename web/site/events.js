@@ -107,7 +107,8 @@ function showFields() {
   if (wanted !== shape) {
     shape = wanted;
     inputs = [];
-    fields.replaceChildren(...(event === undefined ? noFields() : event.type === 'transient' ? tapFields() : curveFields()));
+    const make = event === undefined ? noFields : event.type === 'transient' ? tapFields : curveFields;
+    fields.replaceChildren(...make());
   }
   if (event === undefined) return;
   for (const { input, get } of inputs) putValue(input, get(event));

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns in files, links and the browser's own store.
 
-import { designOf } from './edits.js';
 import { element, make, setValue } from './page.js';
 import { current, edit, emptyDesign, forgetPast, show } from './state.js';
-import { about, form, patternPiece, patternText, readPattern } from './wasm.js';
+import { form, patternPiece, readPattern } from './wasm.js';
 
 /** @import {Design, PatternEvent} from './state.js' */
 
@@ -12,18 +11,28 @@ export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
-/** A file as the command reads it, or what it says. @param {string} text @param {string} file */
+/**
+ * A design whose events are written in JSON. Nothing gets in but what the command reads; else its words are shown. What
+ * is wrong on this motor alone is told later, at the events.
+ * @param {Omit<Design, 'events'>} rest @param {string} json @param {string} file
+ */
+function take(rest, json, file) {
+  readPattern(json, file, rest.profile, rest.loops, rest.interval); // throws where there is no such profile
+  const { faults, events } = readPattern(json, file, emptyDesign.profile).facts;
+  if (faults.length > 0) return show({ messages: faults });
+  const inOrder = events.sort((a, b) => a.number - b.number).map((event) => eventOf(/** @type {any} */ (event)));
+  edit({ ...rest, events: inOrder }, '', selected);
+}
+
+/** Without what else is known of it. @param {PatternEvent} facts @returns {PatternEvent} */
+const eventOf = (facts) => facts.type === 'transient'
+  ? { type: facts.type, start: facts.start, intensity: facts.intensity, level: facts.level }
+  : { type: facts.type, start: facts.start, duration: facts.duration, points: facts.points };
+
+/** @param {string} text @param {string} file */
 export function open(text, file) {
-  const { facts } = readPattern(text, file, emptyDesign.profile);
-  if (facts.faults.length > 0) {
-    show({ messages: facts.faults });
-    return;
-  }
-  /** @type {PatternEvent[]} */
-  const events = JSON.parse(text).events.map((/** @type {any} */ event) => event.type === 'transient'
-    ? { type: event.type, start: event.start, intensity: event.intensity, level: event.level }
-    : { type: event.type, start: event.start, duration: event.duration, points: event.points });
-  edit({ events, name: file.replace(/\.json$/i, '') }, '', selected);
+  const { profile, loops, interval } = current().design;
+  take({ name: file.replace(/\.json$/i, ''), profile, loops, interval }, text, file);
 }
 
 /** @param {string} kind one of studio_form's */
@@ -55,14 +64,15 @@ export async function fragmentOf(design) {
 async function designIn(fragment) {
   const packed = atob(fragment.slice(3).replaceAll('-', '+').replaceAll('_', '/'));
   const bytes = Uint8Array.from(packed, (character) => character.charCodeAt(0));
-  return readDesign(new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw'))));
+  return new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw')));
 }
 
-/** @param {string} text */
-function readDesign(text) {
-  const profiles = about().motors.flatMap(({ motor }) =>
-    [0, 1, 11].flatMap((chip) => [true, false].map((boost) => ({ motor, chip, boost }))));
-  return designOf(JSON.parse(text), profiles, about().longest_ms);
+/** A design of a link or an earlier visit, which may be anything. @param {string} text */
+function takeDesign(text) {
+  const { name, profile, loops, interval, events } = JSON.parse(text);
+  const { motor, chip, boost } = profile;
+  const rest = { name: String(name), profile: { motor: Number(motor), chip: Number(chip), boost: Boolean(boost) } };
+  take({ ...rest, loops: Number(loops), interval: Number(interval) }, JSON.stringify({ events }), `${name}.json`);
 }
 
 /** The last work, or an example, and then what a link carries, which can be undone. */
@@ -74,28 +84,29 @@ export async function restore() {
 
 async function openLink() {
   if (!location.hash.startsWith('#p=')) return;
-  const design = await designIn(location.hash).catch(() => null);
+  try {
+    takeDesign(await designIn(location.hash));
+  } catch {
+    show({ messages: ['This link carries no pattern.'] });
+  }
   history.replaceState(null, '', location.pathname);
-  if (design !== null) return edit(design, '', selected);
-  show({ messages: ['This link carries no pattern.'] });
 }
 
 async function restoreLast() {
   try {
-    const design = readDesign(localStorage.getItem(store) ?? '');
-    if (design !== null) return edit(design, '', selected);
+    takeDesign(localStorage.getItem(store) ?? '');
   } catch {
-    // Nothing is kept, or nothing may be.
+    await openExample(examples[0]); // nothing is kept, or nothing may be
   }
-  await openExample(examples[0]);
 }
 
 /** @type {Design | null} */
 let kept = null;
 
+/** What has faults is not worth to come back to. */
 export function keep() {
   const { design } = current();
-  if (design === kept) return;
+  if (design === kept || patternPiece(design).facts.faults.length > 0) return;
   kept = design;
   try {
     localStorage.setItem(store, JSON.stringify(design));

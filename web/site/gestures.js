@@ -105,11 +105,17 @@ function dragged(lane, target, before, ms, by) {
   }
   if (before.type === 'transient') return before;
   if (target.part === 'end') return stretched(before, before.duration + ms);
+  const old = before.points[target.point][lane.field];
+  return movedPoint(lane, before, target.point, ms, lane.value(lane.shown(old) + by) - old);
+}
+
+/** @param {Lane} lane @param {Curve} event @param {number} point @param {number} ms @param {number} value */
+function movedPoint(lane, event, point, ms, value) {
   /** @type {CurvePoint} */
-  const to = [...before.points[target.point]];
+  const to = [...event.points[point]];
   to[0] += ms;
-  to[lane.field] = lane.value(lane.shown(to[lane.field]) + by);
-  return withPoint(before, target.point, to);
+  to[lane.field] += value;
+  return withPoint(event, point, to);
 }
 
 /** @param {boolean} kept what was dragged */
@@ -159,17 +165,8 @@ function nudge(lane, ms, value, stretch) {
   const { event, point, cursor } = current();
   if (event < 0) show({ cursor: Math.max(0, cursor + ms) });
   else if (stretch) change((old) => stretched(old, endOf(old) - old.start + ms), 'stretch');
-  else if (point >= 0) change((old) => nudged(lane, /** @type {Curve} */ (old), point, ms, value), `point ${point}`);
+  else if (point >= 0) change((old) => movedPoint(lane, /** @type {Curve} */ (old), point, ms, value), `point ${point}`);
   else change((old) => startedAt(lane === frequencyLane ? old : strengthened(old, value), old.start + ms), 'move');
-}
-
-/** @param {Lane} lane @param {Curve} event @param {number} point @param {number} ms @param {number} value */
-function nudged(lane, event, point, ms, value) {
-  /** @type {CurvePoint} */
-  const to = [...event.points[point]];
-  to[0] += ms;
-  to[lane.field] += value;
-  return withPoint(event, point, to);
 }
 
 export function startGestures() {

@@ -27,16 +27,7 @@ let loaded = null;
 
 /** @param {BufferSource} bytes */
 export async function start(bytes) {
-  const module = await WebAssembly.compile(bytes);
-  // Only for aborting.
-  /** @type {Record<string, Record<string, () => never>>} */
-  const imports = {};
-  for (const { module: room, name } of WebAssembly.Module.imports(module)) {
-    (imports[room] ??= {})[name] = () => {
-      throw new Error(`${name} is not available`);
-    };
-  }
-  wasm = /** @type {Exports} */ ((await WebAssembly.instantiate(module, imports)).exports);
+  wasm = /** @type {Exports} */ ((await WebAssembly.instantiate(bytes)).instance.exports);
   wasm._initialize();
 }
 
