@@ -28,8 +28,8 @@ STUDIO_EXPORT(studio_text_length) size_t studio_text_length();
 STUDIO_EXPORT(studio_about) void studio_about();
 
 // Makes a pattern the current piece, loops (1..65535) times with gaps of interval_ms (0..600000) between them. Motors
-// and chips (0, 1 or 11) as in the library's header. Returns 0, or the number of faults; there is no piece then. A fault
-// is also a waveform of more than 600000 ms, or an event stream of more than 64 MiB.
+// and chips (0, 1 or 11) as in the library's header. Returns 0, or the number of faults; there is no piece then. A
+// fault is also a waveform of more than 600000 ms, or an event stream of more than 64 MiB.
 //
 // Text:
 //   {"faults":["heartbeat.json:3:12: event 2, ...", as the command says them],
