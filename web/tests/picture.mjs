@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The studio's picture for the documentation.
-import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
 import { openDemo, openPage, startBrowser, stopBrowser } from './browser.mjs';
 
 await startBrowser();
@@ -13,5 +13,5 @@ await page.evaluate(() => /** @type {HTMLElement} */ (document.activeElement).bl
 await page.mouse.move(0, 0);
 await page.waitForFunction(() => performance.getEntriesByName('response').length > 1);
 await page.waitForTimeout(300);
-await page.screenshot({ path: join(import.meta.dirname, '../../docs/pictures/studio.png') });
+await page.screenshot({ path: fileURLToPath(new URL('../../docs/pictures/studio.png', import.meta.url)) });
 await stopBrowser();
