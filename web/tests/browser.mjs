@@ -5,7 +5,7 @@ import { spawnSync } from 'node:child_process';
 import { mkdtempSync, readFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { tmpdir } from 'node:os';
-import { extname, join } from 'node:path';
+import { basename, extname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { chromium } from 'playwright-core';
 
@@ -68,6 +68,9 @@ export async function openPage({ context, link = '', ...options } = {}) {
 
 export const drawn = (page) => page.waitForFunction(() => performance.getEntriesByName('draw').length > 0);
 
+/** What was done is on the screen, and kept. */
+export const shown = (page) => page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
+
 /** The bytes of an export as a buffer, null where there are none. */
 export async function exported(page, kind) {
   const text = await page.evaluate(async (kind) => {
@@ -79,8 +82,14 @@ export async function exported(page, kind) {
 
 export const savedEvents = async (page) => JSON.parse(await exported(page, 'json')).events;
 
-export const openDemo = (page, name) => page.setInputFiles('#file', join(demos, `${name}.json`))
-  .then(() => page.waitForFunction((name) => document.getElementById('name').value === name, name));
+/** A right one. */
+export async function openFile(page, file) {
+  await page.setInputFiles('#file', file);
+  await page.waitForFunction((name) => document.getElementById('name').value === name, basename(file, '.json'));
+  await shown(page);
+}
+
+export const openDemo = (page, name) => openFile(page, join(demos, `${name}.json`));
 
 /** Where a point of a lane is on the screen. */
 export const pointOnScreen = (page, lane, event, point) => page.evaluate(async ([lane, event, point]) => {
