@@ -143,6 +143,7 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   assert.ok((await exported(page, 'bin')).equals(bytes));
   assert.ok(await page.isDisabled('#undo'));
   await other.click('#undo');
+  await shown(other);
   assert.equal(await other.inputValue('#name'), 'heartbeat');
   const broken = await openPage({ link: '#p=AAAA' });
   assert.match(await broken.textContent('#messages'), /no pattern/);
