@@ -7,7 +7,7 @@ import { form, patternPiece, readPattern } from './wasm.js';
 
 /** @import {Design, PatternEvent} from './state.js' */
 
-export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade'];
+export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
