@@ -12,7 +12,7 @@
 namespace command {
 
 // The converter's noise lies at -98 dB (16 bits), that of 8 bits at -50.
-void write_audible_wav(const design::Waveform& waveform, const Target& target) {
+void write_audible_wav(const design::Waveform& waveform, Target& target) {
   constexpr int32_t kRate = 48000;
   const int32_t ratio = kRate / waveform.profile.sample_rate;
   soxr_io_spec_t exact = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);

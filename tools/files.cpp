@@ -79,60 +79,61 @@ void refuse_clashes(const std::vector<File>& files, const std::vector<std::strin
   }
 }
 
+[[noreturn]] void fail(const std::string& path, int error) {
+  throw Failure(kCannotRender, "cannot write " + shown_path(path) + ": " + std::strerror(error));
+}
+
 // Pipes and devices take bytes as they come.
 bool goes_through(const std::string& path) {
   struct stat found;
   return ::stat(path.c_str(), &found) == 0 && !S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode);
 }
 
+void write_into(int descriptor, const File& file, const std::string& name) {
+  Target target = {descriptor};
+  file.write(target);
+  if (target.error != 0) fail(name, target.error);
+}
+
 void write_through(const File& file) {
   const int descriptor = ::open(file.path.c_str(), O_WRONLY | O_CLOEXEC);
-  const Target target = {descriptor, file.path};
-  if (descriptor < 0) target.fail(errno);
-  file.write(target);
+  if (descriptor < 0) fail(file.path, errno);
+  write_into(descriptor, file, file.path);
   ::close(descriptor);
 }
 
 // A file under a temporary name beside its own, which is gone in the end unless it was published.
 class PendingFile {
  public:
-  PendingFile(const File& file, const std::string& temporary_name) : name_(file.path), path_(resolved(file.path)) {
+  PendingFile(const File& file, const std::string& temporary_name) : file_(file), path_(resolved(file.path)) {
     struct stat found;
     const bool exists = ::stat(path_.c_str(), &found) == 0;
-    if (!exists && errno != ENOENT) fail(errno);
-    if (exists && S_ISDIR(found.st_mode)) fail(EISDIR);
+    if (!exists && errno != ENOENT) fail(file_.path, errno);
+    if (exists && S_ISDIR(found.st_mode)) fail(file_.path, EISDIR);
     // A superuser could write what is marked as read-only.
-    if (exists && ((found.st_mode & 0222) == 0 || ::access(path_.c_str(), W_OK) != 0)) fail(EACCES);
+    if (exists && ((found.st_mode & 0222) == 0 || ::access(path_.c_str(), W_OK) != 0)) fail(file_.path, EACCES);
     temporary_ = path_.parent_path() / temporary_name;
     descriptor_ = ::open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor_ < 0) fail(errno);
+    if (descriptor_ < 0) fail(file_.path, errno);
     // Another owner is kept where that is allowed.
     const bool owned = exists && ::fchown(descriptor_, found.st_uid, found.st_gid) == 0;
     if (exists) ::fchmod(descriptor_, found.st_mode & (owned ? 07777 : 0777));
-    try {
-      file.write({descriptor_, name_});
-    } catch (...) {
-      remove();
-      throw;
-    }
   }
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
-  ~PendingFile() { remove(); }
-
-  void publish() const {
-    if (::rename(temporary_.c_str(), path_.c_str()) != 0) fail(errno);
-  }
-
- private:
-  [[noreturn]] void fail(int error) const { Target{-1, name_}.fail(error); }
-
-  void remove() const {
+  ~PendingFile() {
     ::close(descriptor_);
     ::unlink(temporary_.c_str());
   }
 
-  std::string name_;
+  void write() const { write_into(descriptor_, file_, file_.path); }
+
+  void publish() const {
+    if (::rename(temporary_.c_str(), path_.c_str()) != 0) fail(file_.path, errno);
+  }
+
+ private:
+  const File& file_;
   fs::path path_;
   fs::path temporary_;
   int descriptor_ = -1;
@@ -155,27 +156,21 @@ std::string content_of(const std::string& path, size_t most) {
   throw Failure(kCannotRender, "cannot read " + shown_path(path) + ": " + std::strerror(errno));
 }
 
-void Target::fail(int error) const {
-  throw Failure(kCannotRender, "cannot write " + shown_path(path) + ": " + std::strerror(error));
-}
-
-void Target::write(std::string_view bytes) const {
-  while (!bytes.empty()) {
-    if (is_signal_waiting()) fail(EINTR);
+void Target::write(std::string_view bytes) {
+  while (error == 0 && !bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno != EINTR) fail(errno);
+    if (is_signal_waiting() || (written < 0 && errno != EINTR)) error = written < 0 ? errno : EINTR;
     if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));
   }
 }
 
 File text_file(std::string path, std::string content, std::string note) {
-  const auto write = [content = std::move(content)](const Target& target) { target.write(content); };
+  const auto write = [content = std::move(content)](Target& target) { target.write(content); };
   return {std::move(path), write, std::move(note)};
 }
 
 void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs) {
   refuse_clashes(files, inputs);
-  const Target output = {STDOUT_FILENO, "standard output"};
   const File* printed = nullptr;
   std::vector<const File*> whole;
   std::string report;
@@ -193,10 +188,11 @@ void write_files(const std::vector<File>& files, const std::vector<std::string>&
     std::vector<std::unique_ptr<PendingFile>> pending;
     for (const File* file : whole) {
       pending.push_back(std::make_unique<PendingFile>(*file, text(".lrasynth-%d-%zu", ::getpid(), pending.size())));
+      pending.back()->write();
     }
     for (const auto& file : pending) file->publish();
   }
-  printed != nullptr ? printed->write(output) : output.write(report);
+  write_into(STDOUT_FILENO, printed != nullptr ? *printed : text_file({}, report), "standard output");
 }
 
 }  // namespace command

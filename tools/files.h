@@ -30,18 +30,18 @@ std::string shown_path(const std::string& path);
 // At most that many bytes of a file; - is standard input.
 std::string content_of(const std::string& path, size_t most);
 
-// Where a file's bytes go while it is written.
+// Where a file's bytes go while it is written. What goes wrong is kept, and nothing is written after it: exceptions do
+// not pass through design/.
 struct Target {
   int descriptor;
-  std::string path;
+  int error = 0;  // as errno tells it; EINTR: the command is to end
 
-  void write(std::string_view bytes) const;
-  [[noreturn]] void fail(int error) const;
+  void write(std::string_view bytes);
 };
 
 struct File {
   std::string path;
-  std::function<void(const Target& target)> write;
+  std::function<void(Target& target)> write;
   std::string note = {};  // what to say about it
 };
 
@@ -52,6 +52,6 @@ File text_file(std::string path, std::string content, std::string note = {});
 void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs = {});
 
 // Audio at 48000 samples a second, mono, 16 bits.
-void write_audible_wav(const design::Waveform& waveform, const Target& target);
+void write_audible_wav(const design::Waveform& waveform, Target& target);
 
 }  // namespace command

@@ -183,7 +183,7 @@ File Outputs::file(const CLI::App& command, const design::Piece& piece, const st
     const auto resonator = responds ? std::optional(view.resonator()) : std::nullopt;
     return text_file(path, plot_of(piece, resonator, view.shown(whole)), size_of(piece));
   }
-  const auto write = [&piece, ending, audible = audible](const Target& target) {
+  const auto write = [&piece, ending, audible = audible](Target& target) {
     const design::Sink sink = [&](std::string_view bytes) { target.write(bytes); };
     if (ending == ".wav" && audible) return write_audible_wav(piece.waveform, target);
     if (ending == ".wav") return design::write_wav(piece, sink);

@@ -43,10 +43,12 @@ export function withPoint(event, index, [time, intensity, offset]) {
   };
 }
 
+export const shortestCurve = 4; // ms
+
 /** All points keep their share of the time. @param {PatternEvent} event @param {number} to @returns {PatternEvent} */
 export function stretched(event, to) {
   if (event.type === 'transient') return event;
-  const duration = clamp(to, 4, Infinity);
+  const duration = clamp(to, shortestCurve, Infinity);
   const [first] = event.points[0];
   const span = event.points[3][0] - first || 1;
   /** @type {(point: CurvePoint) => CurvePoint} */

@@ -2,7 +2,7 @@
 // The events as a list, each with its warnings and faults, and the exact values of the selected one.
 
 import { change } from './commands.js';
-import { endOf, stretched } from './edits.js';
+import { endOf, shortestCurve, stretched } from './edits.js';
 import { element, make, putValue, takeNumbers } from './page.js';
 import { current, show } from './state.js';
 import { motorOf, patternPiece } from './wasm.js';
@@ -120,9 +120,20 @@ function showFields() {
   fields.querySelectorAll('tbody tr').forEach((row, i) => row.classList.toggle('chosen', i === point));
 }
 
-/** @param {string} label @param {string} name @param {(event: any, value: number) => PatternEvent} [set] */
-function labelled(label, name, set = (event, value) => ({ ...event, [name]: value })) {
-  return make('label', {}, label, ' ', numberField(label, (event) => event[name], set));
+/** @param {string} label @param {string} name */
+const labelled = (label, name) =>
+  make('label', {}, label, ' ', numberField(label, (event) => event[name], (event, value) => ({ ...event, [name]: value })));
+
+/** Stretches the shape that the curve had when the field was entered. */
+function durationField() {
+  /** @type {PatternEvent | undefined} */
+  let entered;
+  const input = numberField('Duration, ms', (event) => event.duration,
+    (event, value) => stretched(entered ?? event, value));
+  input.min = String(shortestCurve);
+  input.addEventListener('focus', () => (entered = current().design.events[current().event]));
+  input.addEventListener('blur', () => (entered = undefined));
+  return make('label', {}, 'Duration, ms', ' ', input);
 }
 
 const noFields = () => [make('p', { className: 'hint' }, 'Select one in the lanes or in the list, or add one.')];
@@ -139,7 +150,7 @@ function curveFields() {
     ...names.map((name, field) => make('td', {}, pointInput(point, field, name))),
     make('td', {}, make('output'))));
   return [
-    make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Duration, ms', 'duration', stretched)),
+    make('div', { className: 'row' }, labelled('Start, ms', 'start'), durationField()),
     make('table', {}, make('caption', { className: 'hidden' }, 'Points of the curve'),
       make('thead', {}, make('tr', {}, ...head)), make('tbody', {}, ...rows)),
   ];

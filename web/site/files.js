@@ -3,7 +3,7 @@
 
 import { element, make, setValue } from './page.js';
 import { current, edit, emptyDesign, forgetPast, show } from './state.js';
-import { form, patternPiece, readPattern } from './wasm.js';
+import { form, patternPiece, patternText, readPattern } from './wasm.js';
 
 /** @import {Design, PatternEvent} from './state.js' */
 
@@ -71,8 +71,11 @@ async function designIn(fragment) {
 function takeDesign(text) {
   const { name, profile, loops, interval, events } = JSON.parse(text);
   const { motor, chip, boost } = profile;
-  const rest = { name: String(name), profile: { motor: Number(motor), chip: Number(chip), boost: Boolean(boost) } };
-  take({ ...rest, loops: Number(loops), interval: Number(interval) }, JSON.stringify({ events }), `${name}.json`);
+  const isInteger = (/** @type {any} */ value) => (value | 0) === value; // what the library can be told
+  if (typeof name !== 'string' || ![motor, chip, loops, interval].every(isInteger) || interval < 0) throw new Error();
+  const rest = { name, profile: { motor, chip, boost: Boolean(boost) }, loops, interval };
+  if (Array.isArray(events) && events.length === 0) edit({ ...rest, events: [] }, '', selected);
+  else take(rest, JSON.stringify({ events }), `${name}.json`);
 }
 
 /** The last work, or an example, and then what a link carries, which can be undone. */
@@ -103,10 +106,14 @@ async function restoreLast() {
 /** @type {Design | null} */
 let kept = null;
 
-/** What has faults is not worth to come back to. */
+/** Whether it could be read again: what is wrong on this motor alone may be mended later. @param {Design} design */
+const isReadable = (design) => design.events.length === 0 || patternPiece(design).facts.faults.length === 0 ||
+  readPattern(patternText(design), design.name, emptyDesign.profile).facts.faults.length === 0;
+
+/** What cannot be read again is not worth to come back to. */
 export function keep() {
   const { design } = current();
-  if (design === kept || patternPiece(design).facts.faults.length > 0) return;
+  if (design === kept || !isReadable(design)) return;
   kept = design;
   try {
     localStorage.setItem(store, JSON.stringify(design));
@@ -166,6 +173,7 @@ export function showFiles() {
   const { design, messages } = current();
   const { facts } = patternPiece(design);
   setValue('name', design.name);
+  element('link', HTMLButtonElement).disabled = !isReadable(design);
   const none = facts.faults.length > 0;
   for (const button of document.querySelectorAll('button[data-form]')) {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';

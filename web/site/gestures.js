@@ -15,7 +15,7 @@ import { forgetReading, readAt } from './waveform.js';
 /**
  * @typedef {{event: number, part: 'point' | 'end' | 'whole', point: number}} Target what is under the pointer
  * @typedef {{lane: Lane, plot: Plot, target: Target | null, x: number, y: number, before: PatternEvent | null,
- *   view: Span | null, moved: boolean}} Drag
+ *   now: PatternEvent | null, view: Span | null, moved: boolean}} Drag
  */
 
 /** @type {Drag | null} */
@@ -74,7 +74,8 @@ function begin(lane, event) {
   const { x, y } = placeIn(lane, event);
   const target = targetAt(lane, x, y, event.pointerType === 'mouse' ? 9 : 20);
   const { design, view } = current();
-  drag = { lane, plot: lane.plot, target, x, y, before: target && design.events[target.event], view, moved: false };
+  const before = target && design.events[target.event];
+  drag = { lane, plot: lane.plot, target, x, y, before, now: before, view, moved: false };
   lane.canvas.setPointerCapture(event.pointerId);
   if (target !== null) show({ event: target.event, point: target.point, view: shownSpan() });
   ++drags;
@@ -92,9 +93,13 @@ function go(event) {
     drag.x = x;
     return;
   }
+  const { events } = current().design;
+  // It may have been deleted or undone meanwhile.
+  if (JSON.stringify(events[target.event]) !== JSON.stringify(drag.now)) return end(false);
   const ms = plot.msAt(x) - plot.msAt(drag.x);
   const after = dragged(lane, target, before, ms, plot.valueAt(y) - plot.valueAt(drag.y));
-  edit({ events: current().design.events.with(target.event, after) }, `drag ${drags}`);
+  drag.now = after;
+  edit({ events: events.with(target.event, after) }, `drag ${drags}`);
 }
 
 /** @param {Lane} lane @param {Target} target @param {PatternEvent} before @param {number} ms @param {number} by */
@@ -156,7 +161,11 @@ const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, 1], ArrowD
 const keys = {
   t: addTap, c: addCurve, d: duplicate, Delete: remove, Backspace: remove,
   PageDown: () => selectNext(1), PageUp: () => selectNext(-1),
-  Escape: () => show({ event: -1 }), 0: () => show({ point: -1 }),
+  Escape: () => {
+    end(false);
+    show({ event: -1 });
+  },
+  0: () => show({ point: -1 }),
   1: () => show({ point: 0 }), 2: () => show({ point: 1 }), 3: () => show({ point: 2 }), 4: () => show({ point: 3 }),
 };
 

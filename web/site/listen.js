@@ -11,6 +11,7 @@ import { xOnWaveform } from './waveform.js';
 
 /** @type {AudioContext | null} */
 let audio = null;
+let asked = 0; // how often
 /** @type {{source: AudioBufferSourceNode, began: number, piece: Piece, isPattern: boolean} | null} */
 let playing = null;
 const playhead = element('playhead', HTMLDivElement);
@@ -18,9 +19,11 @@ const playhead = element('playhead', HTMLDivElement);
 /** @param {Piece} piece @param {boolean} isPattern */
 export async function play(piece, isPattern) {
   stop();
+  const ask = ++asked;
   const { length, rate } = piece.facts;
   audio ??= new AudioContext();
   await audio.resume();
+  if (ask !== asked) return;
   const buffer = audio.createBuffer(1, length, rate);
   const channel = buffer.getChannelData(0);
   const block = 1 << 20;
@@ -39,6 +42,7 @@ export async function play(piece, isPattern) {
 }
 
 export function stop() {
+  ++asked;
   const ended = playing;
   playing = null;
   ended?.source.stop();

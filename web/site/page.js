@@ -28,13 +28,20 @@ export function putValue(input, value) {
  * @param {HTMLInputElement} input @param {(value: number) => void} take
  */
 export function takeNumbers(input, take) {
+  let before = '';
+  const isAllowed = () => Number.isInteger(input.valueAsNumber) && input.checkValidity();
   input.oninput = () => {
-    const value = input.valueAsNumber;
-    if (!Number.isInteger(value) || input.validity.rangeUnderflow || input.validity.rangeOverflow) return;
-    input.dataset.shown = String(value);
-    take(value);
+    if (!isAllowed()) return;
+    input.dataset.shown = String(input.valueAsNumber);
+    take(input.valueAsNumber);
   };
-  input.onchange = () => (input.value = input.dataset.shown ?? '');
+  input.addEventListener('focus', () => (before = input.value));
+  // What is not allowed in the end was never meant, nor its beginning.
+  input.onchange = () => {
+    if (isAllowed()) return;
+    input.value = before;
+    input.dispatchEvent(new Event('input'));
+  };
 }
 
 /** @param {string} id @param {string | number} value */

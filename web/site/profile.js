@@ -3,7 +3,7 @@
 
 import { element, onNumber, setValue } from './page.js';
 import { current, edit } from './state.js';
-import { about, motorOf } from './wasm.js';
+import { about, motorOf, patternPiece } from './wasm.js';
 
 /** @import {Profile} from './state.js' */
 
@@ -31,4 +31,5 @@ export function showProfile() {
   boost.disabled = !motorOf(profile).boost;
   setValue('loops', loops);
   setValue('interval', interval);
+  element('interval', HTMLInputElement).disabled = patternPiece(current().design).facts.stream; // it has no gaps
 }

@@ -73,7 +73,7 @@ export function edit(changes, kind = '', beside = {}) {
     if (kind === '' || kind !== lastKind) past.push(state.design);
     future = [];
     lastKind = kind;
-    put({ design, ...beside });
+    put({ design, messages: [], ...beside });
   } else {
     put(beside);
   }

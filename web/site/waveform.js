@@ -234,7 +234,7 @@ function watchPan() {
   let from = 0;
   let moved = 0;
   canvas.addEventListener('pointerdown', (event) => {
-    isPanning = event.isPrimary;
+    isPanning = event.isPrimary && event.button === 0;
     [from, moved] = [event.clientX, 0];
     canvas.setPointerCapture(event.pointerId);
   });

@@ -175,6 +175,37 @@ test('keys alone build a pattern', async () => {
   assert.equal((await savedEvents(page)).length, 4);
 });
 
+test('what is typed stands, and what is deleted in the middle of a drag stays so', async () => {
+  const page = await openPage();
+  await openDemo(page, 'heartbeat');
+  const before = await savedEvents(page);
+  const { x, y } = await pointOnScreen(page, 'intensityLane', 1, 1);
+  await page.mouse.move(x, y);
+  await page.mouse.down();
+  await page.mouse.move(x + 20, y);
+  await page.keyboard.press('Delete');
+  await page.mouse.move(x + 40, y);
+  await page.mouse.up();
+  assert.deepEqual(await savedEvents(page), before.filter((_, i) => i !== 1));
+  await page.click('#new');
+  await shown(page);
+  await page.reload();
+  await drawn(page);
+  assert.equal(await page.locator('.event').count(), 0);
+  await page.click('#add-curve');
+  const duration = page.getByLabel('Duration, ms');
+  for (const [typed, wanted] of [['300', [0, 75, 195, 300]], ['-50', [0, 75, 195, 300]]]) {
+    await duration.click();
+    await page.keyboard.press('Control+a');
+    await page.keyboard.type(typed);
+    await page.keyboard.press('Tab');
+    assert.deepEqual((await savedEvents(page))[0].points.map(([time]) => time), wanted);
+  }
+  await page.fill('#loops', '65536');
+  await page.keyboard.press('Tab');
+  assert.equal(await page.inputValue('#loops'), '1');
+});
+
 test('the value under the cursor is the sample, however near, and what sounds has a cursor of its own', async () => {
   const page = await openPage();
   await openDemo(page, 'sunrise');
