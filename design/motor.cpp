@@ -15,6 +15,10 @@ void use(const lrasynth_profile& profile) {
 
 bool has_taps(const lrasynth_profile& profile) { return lrasynth_tap_length(&profile, 0) >= 0; }
 
+std::string tap_fault(const lrasynth_profile& profile) {
+  return text("motor %d has no transients", profile.motor_type);
+}
+
 std::string name_of(const lrasynth_profile& profile) {
   std::string name = text("motor %d", profile.motor_type);
   if (has_boost(profile.motor_type) && profile.boost_flag != 1) name += ", boost off";

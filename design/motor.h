@@ -23,7 +23,15 @@ constexpr bool is_event_stream(const lrasynth_profile& profile) {
 // thread.
 void use(const lrasynth_profile& profile);
 
+// Whether a chip type is one of its own, and not another that acts as 0.
+constexpr bool is_chip(int32_t chip) {
+  return chip == 0 || chip == LRASYNTH_CHIP_HALF_RATE || chip == LRASYNTH_CHIP_EVENT_STREAM;
+}
+
 bool has_taps(const lrasynth_profile& profile);
+
+// Why a motor without taps is refused.
+std::string tap_fault(const lrasynth_profile& profile);
 
 // "motor 1040", and chip and boost where they are not the usual ones.
 std::string name_of(const lrasynth_profile& profile);

@@ -60,9 +60,7 @@ void add_faults(const std::vector<Event>& events, const lrasynth_profile& profil
     const auto fault = [&](std::string what) { faults.add({event.number, event.place, std::move(what)}); };
     const bool late = playback.limit_ms >= 0 && event.start_ms > playback.limit_ms;
     if (event.continuous && late) fault(text("start: must be at most %d, the limit", playback.limit_ms));
-    if (!event.continuous && !has_taps(profile)) {
-      fault(text("type: motor %d has no transients", profile.motor_type));
-    }
+    if (!event.continuous && !has_taps(profile)) fault("type: " + tap_fault(profile));
   }
 }
 

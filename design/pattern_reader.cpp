@@ -107,8 +107,7 @@ class EventReader {
   template <class Owner>
   int32_t integer(const std::string& name, const JsonValue& value, const Field<Owner>& field) {
     if (value.kind != Kind::kInteger || value.number < field.least || value.number > field.most) {
-      fault(value.place, text("%s: must be a whole number from %d to %d, not %s", name.c_str(), field.least, field.most,
-                              named(value).c_str()));
+      fault(value.place, name + ": " + range_fault(field.least, field.most, named(value)));
       return 0;
     }
     const auto whole = static_cast<int32_t>(value.number);

@@ -125,8 +125,9 @@ Response response_of(const Waveform& waveform, const Resonator& resonator, Span 
   return response;
 }
 
-Span felt_span(const Waveform& waveform, const Resonator& resonator) {
-  return {0, std::max(waveform.length_ms(), response_of(waveform, resonator).felt_ms)};
+Span felt_span(const Waveform& waveform, const std::optional<Resonator>& resonator) {
+  const double felt_ms = resonator ? response_of(waveform, *resonator).felt_ms : 0;
+  return {0, std::max(waveform.length_ms(), felt_ms)};
 }
 
 }  // namespace design

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -101,7 +102,7 @@ class Motion {
 
 Response response_of(const Waveform& waveform, const Resonator& resonator, Span shown = {0, 0}, size_t columns = 0);
 
-// From a waveform's start until it and its response are over.
-Span felt_span(const Waveform& waveform, const Resonator& resonator);
+// From a waveform's start until it and its response, if that is drawn, are over.
+Span felt_span(const Waveform& waveform, const std::optional<Resonator>& resonator);
 
 }  // namespace design

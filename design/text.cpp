@@ -81,6 +81,10 @@ std::string alternatives(const std::vector<std::string>& words) {
   return list;
 }
 
+std::string range_fault(int32_t least, int32_t most, const std::string& written) {
+  return text("must be a whole number from %d to %d, not ", least, most) + written;
+}
+
 std::optional<int32_t> whole_number(std::string_view word) {
   int32_t number = 0;
   const char* const end = word.data() + word.size();

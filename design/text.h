@@ -26,6 +26,9 @@ std::string echo(std::string_view word);
 // "a, b or c"
 std::string alternatives(const std::vector<std::string>& words);
 
+// Why a number is refused that was written like that.
+std::string range_fault(int32_t least, int32_t most, const std::string& written);
+
 // A whole number as people write it, in decimal digits; nothing where it is none, or too large.
 std::optional<int32_t> whole_number(std::string_view word);
 

@@ -33,7 +33,7 @@ CLI::Validator number_in(int32_t least, int32_t most) {
   const auto check = [=](std::string& word) -> std::string {
     const std::optional<int32_t> number = design::whole_number(word);
     if (!number || *number < least || *number > most) {
-      return text("must be a whole number from %d to %d, not %s", least, most, design::echo(word).c_str());
+      return design::range_fault(least, most, design::echo(word));
     }
     word = std::to_string(*number);  // CLI11 takes 010 for 8
     return "";
@@ -92,9 +92,7 @@ lrasynth_profile Device::profile(const CLI::App& command) const {
 CLI::Validator chip_number() { return number_in(0, std::numeric_limits<int32_t>::max()).description("0|1|11|..."); }
 
 lrasynth_profile profile_of(const std::string& motor, int32_t chip, const std::string& boost) {
-  if (chip != 0 && chip != LRASYNTH_CHIP_HALF_RATE && chip != LRASYNTH_CHIP_EVENT_STREAM) {
-    std::cerr << text("lrasynth: note: --chip: type %d acts as 0\n", chip);
-  }
+  if (!design::is_chip(chip)) std::cerr << text("lrasynth: note: --chip: type %d acts as 0\n", chip);
   return lrasynth_profile_of(chip, *design::whole_number(motor), boost == "on" ? 1 : 0);
 }
 
@@ -106,9 +104,7 @@ void Tap::add(CLI::App& command, bool with_level) {
 }
 
 design::Piece tap_piece(const lrasynth_profile& profile, const Tap& tap) {
-  if (!design::has_taps(profile)) {
-    throw Failure(kWrongInput, text("--motor: motor %d has no transients", profile.motor_type));
-  }
+  if (!design::has_taps(profile)) throw Failure(kWrongInput, "--motor: " + design::tap_fault(profile));
   return design::tap_piece(profile, tap.level, tap.intensity, tap.in_pattern && design::has_shares(profile.motor_type));
 }
 
@@ -179,9 +175,9 @@ File Outputs::file(const CLI::App& command, const design::Piece& piece, const st
     throw Failure(kWrongInput, "OUTPUT: " + shown(path) + " must end in .bin or .csv with --chip 11");
   }
   if (ending == ".svg") {
-    const design::Span whole = responds ? felt_span(piece.waveform, view.resonator()) : piece.waveform.whole();
     const auto resonator = responds ? std::optional(view.resonator()) : std::nullopt;
-    return text_file(path, plot_of(piece, resonator, view.shown(whole)), size_of(piece));
+    const design::Span shown = view.shown(felt_span(piece.waveform, resonator));
+    return text_file(path, plot_of(piece, resonator, shown), size_of(piece));
   }
   const auto write = [&piece, ending, audible = audible](Target& target) {
     const design::Sink sink = [&](std::string_view bytes) { target.write(bytes); };

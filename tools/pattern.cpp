@@ -2,7 +2,6 @@
 // lrasynth pattern and compare: long signals from pattern files, one at a time or side by side.
 #include <algorithm>
 #include <filesystem>
-#include <limits>
 #include <memory>
 
 #include "design/forms.h"

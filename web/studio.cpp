@@ -221,7 +221,7 @@ std::string refusal_of(const design::Piece& piece) {
 std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
   const auto& motors = design::kMotors;
   if (std::find(std::begin(motors), std::end(motors), motor) == std::end(motors)) return std::nullopt;
-  if (chip != 0 && chip != LRASYNTH_CHIP_HALF_RATE && chip != LRASYNTH_CHIP_EVENT_STREAM) return std::nullopt;
+  if (!design::is_chip(chip)) return std::nullopt;
   return lrasynth_profile_of(chip, motor, boost != 0 ? 1 : 0);
 }
 
@@ -265,8 +265,7 @@ std::string collected(Write write) {
 
 std::optional<std::string> picture(const design::Piece& piece, const design::Resonator& resonator, design::Span shown) {
   const auto response = resonator.quality == 0 ? std::nullopt : std::optional(resonator);
-  const design::Span whole = response ? felt_span(piece.waveform, resonator) : piece.waveform.whole();
-  shown = design::part_of(whole, shown.from, shown.to);
+  shown = design::part_of(felt_span(piece.waveform, response), shown.from, shown.to);
   if (!(shown.length() > 0)) return std::nullopt;
   return plot_of(piece, response, shown);
 }
@@ -327,7 +326,7 @@ int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
   if (!profile || !is_in(level, 0, 100) || !is_in(intensity, 0, 100)) return refuse();
   if (design::has_taps(*profile)) return take_piece(design::tap_piece(*profile, level, intensity, in_pattern != 0));
   design::Faults faults;
-  faults.add({0, {}, text("motor %d has no transients", motor)});
+  faults.add({0, {}, design::tap_fault(*profile)});
   return take_faults(faults, "tap", {});
 }
 
