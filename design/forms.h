@@ -12,6 +12,14 @@
 
 namespace design {
 
+// What each form is, for people.
+constexpr const char* kFormsHelp = R"(OUTPUT:
+  .wav  mono, 16 bits, the amplitude in the upper byte
+  .svg  a plot
+  .csv  number, time in ms, sample code and amplitude of every sample
+  .bin  the sample codes
+)";
+
 // Takes a form's bytes, piece by piece.
 using Sink = std::function<void(std::string_view bytes)>;
 

@@ -118,19 +118,19 @@ void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform) {
   picture.path(points, "shade");
 }
 
-void draw_response(Svg& picture, const Panel& panel, const Response& response, double full) {
+void draw_response(Svg& picture, const Panel& panel, const Motion& motion, double full) {
+  if (full == 0) return;
   constexpr double kPixelsPerSwing = 8;  // that can be told apart
-  const double pixels = 1000.0 * panel.box.width / (panel.span().length() * response.resonator.hz);
+  const auto columns = motion.columns(panel.span(), static_cast<size_t>(panel.box.width));
+  const double pixels = 1000.0 * panel.box.width / (panel.span().length() * motion.response().resonator.hz);
   const bool dense = pixels < kPixelsPerSwing;
   const auto group = dense ? static_cast<size_t>(std::max(3.0, std::ceil(pixels))) : size_t{1};
   std::vector<Point> low;
   std::vector<Point> high;
-  for (size_t first = 0; first < response.columns.size(); first += group) {
-    const size_t count = std::min(group, response.columns.size() - first);
-    Response::Extremes extremes = response.columns[first];
-    for (const auto& column : std::span(response.columns).subspan(first, count)) {
-      extremes = {std::min(extremes.low, column.low), std::max(extremes.high, column.high)};
-    }
+  for (size_t first = 0; first < columns.size(); first += group) {
+    const size_t count = std::min(group, columns.size() - first);
+    Motion::Extremes extremes = {};
+    for (const Motion::Extremes& column : std::span(columns).subspan(first, count)) extremes.add(column);
     if (extremes.low > extremes.high) continue;
     const double x = panel.box.x + static_cast<double>(first) + static_cast<double>(count) / 2;
     const auto y = [&](double value) { return panel.at(0, value / full * panel.y.to).y; };

@@ -47,10 +47,7 @@ void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform);
 
 // The estimated displacement over it, `full` of which reaches the top: a line, or an outline where single swings cannot
 // be seen.
-void draw_response(Svg& picture, const Panel& panel, const Response& response, double full);
-
-// The columns that draw_response needs in a response.
-inline size_t response_columns(const Panel& panel) { return static_cast<size_t>(panel.box.width); }
+void draw_response(Svg& picture, const Panel& panel, const Motion& motion, double full);
 
 // A line for the foot of a picture.
 std::string words_of(const Response& response);

@@ -47,10 +47,10 @@ class Plot {
         shown_(shown),
         time_(time_axis(shown, kWidth)) {}
 
-  std::string draw(const std::optional<Resonator>& resonator) {
+  std::string draw(const Motion* motion) {
     picture_.label({kLeft, 32}, kStart, "title", waveform_.title);
     std::vector<std::string> foot;
-    draw_samples(resonator, foot);
+    draw_samples(motion, foot);
     if (score_ != nullptr) {
       draw_frequency();
       draw_events();
@@ -74,7 +74,7 @@ class Plot {
     return last_;
   }
 
-  void draw_samples(const std::optional<Resonator>& resonator, std::vector<std::string>& foot) {
+  void draw_samples(const Motion* motion, std::vector<std::string>& foot) {
     const Panel panel = add_panel("amplitude", 30, 290, kAmplitudeAxis);
     for_sections(kLeastPixels, [&](const Section& section, Span span) {
       const double from = panel.x_at(span.from);
@@ -84,10 +84,9 @@ class Plot {
     draw_grid(picture_, panel);
     label_y(picture_, panel);
     draw_waveform(picture_, panel, waveform_);
-    if (resonator) {
-      const Response response = response_of(waveform_, *resonator, shown_, response_columns(panel));
-      if (response.peak > 0) draw_response(picture_, panel, response, response.peak);
-      foot.push_back("dashed, its peak at full height: " + words_of(response));
+    if (motion != nullptr) {
+      draw_response(picture_, panel, *motion, motion->response().peak);
+      foot.push_back("dashed, its peak at full height: " + words_of(motion->response()));
     }
     name_sections(panel);
     for (const Warning& warning : warnings_) {
@@ -321,8 +320,6 @@ class Plot {
 
 }  // namespace
 
-std::string plot_of(const Piece& piece, const std::optional<Resonator>& resonator, Span shown) {
-  return Plot(piece, shown).draw(resonator);
-}
+std::string plot_of(const Piece& piece, const Motion* motion, Span shown) { return Plot(piece, shown).draw(motion); }
 
 }  // namespace design

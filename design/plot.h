@@ -2,7 +2,6 @@
 // The picture of one waveform over time; a pattern's with its frequency and its events below.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "design/piece.h"
@@ -10,7 +9,7 @@
 
 namespace design {
 
-// Not of an event stream.
-std::string plot_of(const Piece& piece, const std::optional<Resonator>& resonator, Span shown);
+// Not of an event stream. With the motion under the waveform, where that is given.
+std::string plot_of(const Piece& piece, const Motion* motion, Span shown);
 
 }  // namespace design

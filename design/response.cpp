@@ -96,12 +96,12 @@ int64_t Motion::last_with(double share) const {
 }
 
 // A block whose samples all fall into one column need not be replayed.
-std::vector<Response::Extremes> Motion::columns(Span shown, size_t count) const {
-  std::vector<Response::Extremes> columns(count);
+std::vector<Motion::Extremes> Motion::columns(Span shown, size_t count) const {
+  std::vector<Extremes> columns(count);
   const auto column_of = [&](int64_t i) {
     return std::floor((waveform_.ms_of(i) - shown.from) / shown.length() * static_cast<double>(count));
   };
-  const auto add = [&](double column, Response::Extremes extremes) {
+  const auto add = [&](double column, Extremes extremes) {
     if (column >= 0 && column < static_cast<double>(count)) columns[static_cast<size_t>(column)].add(extremes);
   };
   if (!(shown.length() > 0)) return columns;
@@ -116,18 +116,6 @@ std::vector<Response::Extremes> Motion::columns(Span shown, size_t count) const 
     }
   }
   return columns;
-}
-
-Response response_of(const Waveform& waveform, const Resonator& resonator, Span shown, size_t columns) {
-  const Motion motion(waveform, resonator);
-  Response response = motion.response();
-  response.columns = motion.columns(shown, columns);
-  return response;
-}
-
-Span felt_span(const Waveform& waveform, const std::optional<Resonator>& resonator) {
-  const double felt_ms = resonator ? response_of(waveform, *resonator).felt_ms : 0;
-  return {0, std::max(waveform.length_ms(), felt_ms)};
 }
 
 }  // namespace design

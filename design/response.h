@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -56,30 +55,31 @@ struct Response {
   double rise_ms = 0;       // from the waveform's start until the swing first has 90 % of its peak
   double ring_down_ms = 0;  // from the last time with 90 % to the last time with 10 % of it, perhaps after the waveform
   double felt_ms = 0;       // up to there it has 10 %
-  // Of each of equal parts of the time that was asked for, the lowest and the highest displacement; of none 1 and -1.
+};
+
+// The motion under a waveform, simulated once, and then told of any stretch of time.
+class Motion {
+ public:
+  // The lowest and the highest displacement; of no time 1 and -1.
   struct Extremes {
     double low = 1;
     double high = -1;
 
     void add(Extremes other) { *this = {std::min(low, other.low), std::max(high, other.high)}; }
   };
-  std::vector<Extremes> columns;
-};
 
-// The motion under a waveform, simulated once, and then told of any stretch of time.
-class Motion {
- public:
   Motion(Waveform waveform, Resonator resonator);
 
-  const Response& response() const { return response_; }  // without columns
-  std::vector<Response::Extremes> columns(Span shown, size_t count) const;
+  const Response& response() const { return response_; }
+  // Of that many equal parts of the time.
+  std::vector<Extremes> columns(Span shown, size_t count) const;
 
  private:
   static constexpr int64_t kBlock = 256;  // samples
 
   struct Block {
     Oscillation before;
-    Response::Extremes extremes = {};
+    Extremes extremes = {};
     double most_energy = 0;
   };
 
@@ -100,9 +100,9 @@ class Motion {
   Response response_;
 };
 
-Response response_of(const Waveform& waveform, const Resonator& resonator, Span shown = {0, 0}, size_t columns = 0);
-
-// From a waveform's start until it and its response, if that is drawn, are over.
-Span felt_span(const Waveform& waveform, const std::optional<Resonator>& resonator);
+// From a waveform's start until it and its motion, where that is looked at, are over.
+inline Span felt_span(const Waveform& waveform, const Motion* motion) {
+  return {0, std::max(waveform.length_ms(), motion == nullptr ? 0 : motion->response().felt_ms)};
+}
 
 }  // namespace design

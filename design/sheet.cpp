@@ -106,17 +106,13 @@ std::string sheet_of(const Sheet& sheet) {
   return picture.finished(panel.box.right() + 24, std::max(panel.box.y - 84, end.y) + kFoot, title);
 }
 
-std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& resonator, Span shown) {
+std::string comparison_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions, Span shown) {
   constexpr double kStride = 146;
   Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 640, .height = 106},
                  .x = time_axis(shown, 640),
                  .y = kSmallAmplitudeAxis};
-  std::vector<Response> responses;
   double full = 0;
-  for (const Piece& piece : pieces) {
-    responses.push_back(response_of(piece.waveform, resonator, shown, response_columns(panel)));
-    full = std::max(full, responses.back().peak);
-  }
+  for (const Motion& motion : motions) full = std::max(full, motion.response().peak);
   const std::string title = "Comparison";
   Svg picture;
   picture.label({kLeft, 32}, kStart, "title", title);
@@ -128,10 +124,10 @@ std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& res
     draw_grid(picture, panel);
     label_y(picture, panel);
     draw_waveform(picture, panel, pieces[i].waveform);
-    if (full > 0) draw_response(picture, panel, responses[i], full);
+    draw_response(picture, panel, motions[i], full);
     picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", pieces[i].waveform.title);
     double y = panel.box.y + 6;
-    for (const auto& [name, value] : numbers_of(pieces[i], responses[i])) {
+    for (const auto& [name, value] : numbers_of(pieces[i], motions[i].response())) {
       picture.label({panel.box.right() + 14, y}, kStart, "", name);
       picture.label({panel.box.right() + 300, y}, kEnd, "strong", value);
       y += 14;

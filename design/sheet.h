@@ -22,7 +22,7 @@ struct Sheet {
 std::string title_of(const Sheet& sheet);
 std::string sheet_of(const Sheet& sheet);
 
-// Waveforms on one axis of time, the numbers beside them.
-std::string comparison_of(const std::vector<Piece>& pieces, const Resonator& resonator, Span shown);
+// Waveforms on one axis of time, each with its motion and the numbers beside them.
+std::string comparison_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions, Span shown);
 
 }  // namespace design

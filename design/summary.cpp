@@ -61,7 +61,7 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
   std::string lines = waveform.title + "\n";
   if (piece.score != nullptr) lines += event_lines(*piece.score);
   if (piece.is_stream()) return lines + "  " + size_of(piece) + "\n";
-  for (const auto& [name, value] : numbers_of(piece, response_of(waveform, resonator))) {
+  for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response())) {
     lines += text("  %-28s %s\n", name.c_str(), value.c_str());
   }
   const Jump jump = piece.score != nullptr ? largest_restart(*piece.score) : Jump();
@@ -70,14 +70,14 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
                       jump.height, jump.event, jump.at_ms);
 }
 
-std::string table_of(const std::vector<Piece>& pieces, const Resonator& resonator) {
+std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions) {
   std::string names;
   std::string head = text("%-28s", "");
   std::vector<std::string> rows;
   for (size_t i = 0; i < pieces.size(); ++i) {
     names += text("%zu: ", i + 1) + pieces[i].waveform.title + "\n";
     head += text("%16zu", i + 1);
-    const auto numbers = numbers_of(pieces[i], response_of(pieces[i].waveform, resonator));
+    const auto numbers = numbers_of(pieces[i], motions[i].response());
     rows.resize(numbers.size());
     for (size_t row = 0; row < rows.size(); ++row) {
       if (i == 0) rows[row] = text("%-28s", numbers[row].first.c_str());

@@ -19,6 +19,6 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response);
 std::string summary_of(const Piece& piece, const Resonator& resonator);
 
 // The numbers of waveforms beside one another, a column each.
-std::string table_of(const std::vector<Piece>& pieces, const Resonator& resonator);
+std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions);
 
 }  // namespace design

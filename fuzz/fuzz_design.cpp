@@ -27,7 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const Piece piece = pattern_piece(profile, playback, file.events, std::string(text));
   if (piece.waveform.length < 0 || piece.waveform.length > 200'000) return 0;
   const std::string summary = summary_of(piece, {});
-  if (!piece.is_stream()) plot_of(piece, Resonator(), felt_span(piece.waveform, Resonator()));
+  if (!piece.is_stream()) {
+    const Motion motion(piece.waveform, {});
+    plot_of(piece, &motion, felt_span(piece.waveform, &motion));
+  }
   write_csv(piece, [](std::string_view) {});
   return 0;
 }

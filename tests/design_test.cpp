@@ -262,7 +262,9 @@ TEST(Response, AStepGivesTheClosedForm) {
 TEST(Response, AToneAtResonanceGivesTheClosedForm) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1);
   const Waveform tone = tone_waveform(profile, 235, 470 * 2, 127);
-  const Response response = response_of(tone, {0, 20}, {0, 2000}, 100);
+  const Motion motion(tone, {0, 20});
+  const Response& response = motion.response();
+  const auto columns = motion.columns({0, 2000}, 100);
   const double unit_ms = 1000 * 20 / (kPi * 235);
   EXPECT_NEAR(response.resonator.hz, 235, 0);
   EXPECT_NEAR(response.peak, 1, 0.01);
@@ -270,20 +272,20 @@ TEST(Response, AToneAtResonanceGivesTheClosedForm) {
   EXPECT_NEAR(response.ring_down_ms, unit_ms * std::log(9), 1.5);
   EXPECT_NEAR(response.felt_ms, 2000 + unit_ms * std::log(10), 1.5);
   EXPECT_NEAR(response.effective, std::sqrt(0.5 * (1 - 1.5 * unit_ms / 2000)), 0.01);
-  EXPECT_NEAR(response.columns[50].high, 1, 0.01);
-  EXPECT_NEAR(response.columns[50].low, -1, 0.01);
-  EXPECT_NEAR(response.columns[1].high, 1 - std::exp(-39 / unit_ms), 0.02);
+  EXPECT_NEAR(columns[50].high, 1, 0.01);
+  EXPECT_NEAR(columns[50].low, -1, 0.01);
+  EXPECT_NEAR(columns[1].high, 1 - std::exp(-39 / unit_ms), 0.02);
 }
 
 // A motor far below the drive swings farthest when the drive is over.
 TEST(Response, ThePeakMayComeAfterTheEnd) {
   const lrasynth_profile profile = lrasynth_profile_of(1, LRASYNTH_MOTOR_832, 1);
   const Waveform tap = tap_waveform(profile, 34, 93);
-  const Response response = response_of(tap, {50, 50}, {0, 60}, 60);
+  const Motion motion(tap, {50, 50});
   double highest = 0;
-  for (const auto& column : response.columns) highest = std::max({highest, column.high, -column.low});
-  EXPECT_EQ(response.peak, highest);
-  EXPECT_NEAR(response.peak, 0.035, 0.0005);
+  for (const auto& column : motion.columns({0, 60}, 60)) highest = std::max({highest, column.high, -column.low});
+  EXPECT_EQ(motion.response().peak, highest);
+  EXPECT_NEAR(highest, 0.035, 0.0005);
 }
 
 TEST(Text, ForeignBytesAreShownSafely) {

@@ -92,8 +92,8 @@ tone --frequency 9 --half-periods 0 --amplitude 9 x.wav | 2 | --half-periods: mu
 tone --frequency 9 --half-periods 2 --amplitude 128 x.wav | 2 | --amplitude: must be .* from 0 to 127, not 128
 tone --frequency 1 --half-periods 1000000 --amplitude 9 x.wav | 2 | --half-periods: the waveform may last 600000 ms at most
 tone --frequency 100 --half-periods 2 --amplitude 127 --strict x.wav | 2 | --strict: a warning is a fault
-sheet | 2 | OUTPUT is required
-sheet x.png | 2 | OUTPUT: x.png must end in .svg, or be -
+sheet | 2 | PICTURE is required
+sheet x.png | 2 | PICTURE: x.png must end in .svg, or be -
 sheet x.svg y.svg | 2 | y.svg: is an argument too many
 sheet --levels 0,101 x.svg | 2 | --levels: {WHOLE} 101
 sheet --levels 1-5 x.svg | 2 | --levels: {WHOLE} 1-5
@@ -131,11 +131,11 @@ compare p.json --level 5 x.svg | 2 | --level: does nothing beside a pattern
 compare p.json --in-pattern x.svg | 2 | --in-pattern: does nothing beside a pattern
 compare --motor 832,abc | 2 | --motor: must be 832, 1040, 9595 or 81540, not abc
 compare --motor 1040,81540 x.svg | 2 | --motor: motor 81540 has no transients
-compare --boost off x.svg | 2 | --boost: does nothing on these motors
+compare --boost off x.svg | 2 | --boost: does nothing on this motor
 compare --chip 11 x.svg | 2 | --chip: 11 plays events, not a waveform
 compare --chip 0,0,0,0,0,0,0 --motor 832,1040 x.svg | 2 | at most 12 waveforms can be compared
 compare --motor 832 --boost on,off x.svg | 2 | --boost: does nothing for taps
-compare --motor 832 --in-pattern x.svg | 2 | --in-pattern: does nothing on these motors
+compare --motor 832 --in-pattern x.svg | 2 | --in-pattern: does nothing on this motor
 compare - - | 2 | -: is named twice
 tap loop.wav | 1 | cannot write loop.wav: Too many levels of symbolic links
 tap x.csv full.wav | 1 | cannot write full.wav: No space left on device
@@ -212,6 +212,8 @@ class ToolTest(unittest.TestCase):
         self.assertRegex(told, r"length +240.0 ms\n(.*\n)*  the phase restarts .* the largest jump there is \d+")
         table = self.output_of("compare", "--motor", "832,1040,9595", "--chip", "0,1").decode()
         self.assertRegex(table, r"6: Tap: motor 9595, chip 1.*\n.*\nlength( +[\d.]+ ms){6}\n")
+        table = self.output_of("compare", "-", "--motor", "832,1040", pattern=[continuous(0, 200)]).decode()
+        self.assertRegex(table, r"2: Pattern: -, motor 1040\n.*\nlength( +200.0 ms){2}\n")
 
     def test_a_tap_in_a_pattern_is_the_one_that_a_pattern_plays(self):
         played = self.samples(pattern=[transient(0, level=20, intensity=90)])

@@ -9,13 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "arguments.h"
 #include "design/text.h"
-#include "options.h"
 
 namespace command {
 namespace {
-
-constexpr const char* kCommands = "tap, pattern, tone, sheet or compare";
 
 int complain(const std::string& lines, int status) {
   constexpr size_t kMostCharacters = 400;
@@ -44,8 +42,10 @@ std::string words_of(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> extras = app.remaining(true);
   const std::string extra = extras.empty() ? "" : design::shown(extras.front());
   if (app.get_subcommands().empty()) {
-    return extra.empty() ? std::string("a command is required: ") + kCommands
-                         : extra + ": is no command; there are " + kCommands;
+    std::vector<std::string> names;
+    for (const Command& command : commands()) names.emplace_back(command.name);
+    const std::string all = design::alternatives(names);
+    return extra.empty() ? "a command is required: " + all : extra + ": is no command; there are " + all;
   }
   if (extra.starts_with('-')) return extra + ": is no option of this command";
   if (!extra.empty()) return extra + ": is an argument too many";
@@ -61,7 +61,8 @@ int run(int argc, const char* const* argv) {
                                                  LRASYNTH_VERSION_PATCH));
   app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
   app.require_subcommand(1);
-  for (const auto add_command : {add_tap, add_pattern, add_tone, add_sheet, add_compare}) add_command(app);
+  Arguments arguments;
+  for (const Command& command : commands()) add_command(app, command, arguments);
   try {
     app.parse(words_of(argc, argv));
     return 0;

@@ -263,15 +263,16 @@ std::string collected(Write write) {
   return all;
 }
 
-std::optional<std::string> picture(const design::Piece& piece, const design::Resonator& resonator, design::Span shown) {
-  const auto response = resonator.quality == 0 ? std::nullopt : std::optional(resonator);
-  shown = design::part_of(felt_span(piece.waveform, response), shown.from, shown.to);
+std::optional<std::string> picture(Current& current, const design::Resonator& resonator, design::Span shown) {
+  const design::Motion* const motion = resonator.quality == 0 ? nullptr : &current.motion(resonator);
+  shown = design::part_of(felt_span(current.piece().waveform, motion), shown.from, shown.to);
   if (!(shown.length() > 0)) return std::nullopt;
-  return plot_of(piece, response, shown);
+  return plot_of(current.piece(), motion, shown);
 }
 
-std::optional<std::string> form_of(const design::Piece& piece, std::string_view form,
-                                   const design::Resonator& resonator, design::Span shown) {
+std::optional<std::string> form_of(Current& current, std::string_view form, const design::Resonator& resonator,
+                                   design::Span shown) {
+  const design::Piece& piece = current.piece();
   const auto sunk = [&](auto write) { return collected([&](const design::Sink& sink) { write(piece, sink); }); };
   if (form == "bin") return sunk(design::write_codes);
   if (form == "csv") return sunk(design::write_csv);
@@ -280,7 +281,7 @@ std::optional<std::string> form_of(const design::Piece& piece, std::string_view 
   if (form == "c" && piece.score != nullptr) return design::c_array(piece.score->request());
   if (piece.is_stream()) return std::nullopt;
   if (form == "wav") return sunk(design::write_wav);
-  if (form == "svg") return picture(piece, resonator, shown);
+  if (form == "svg") return picture(current, resonator, shown);
   return std::nullopt;
 }
 
@@ -388,7 +389,7 @@ const double* studio_response(double quality, double hz, double from_ms, double 
 int studio_form(const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
   const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
   if (!is_sound || !studio().current) return refuse();
-  auto made = form_of(studio().current->piece(), {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
+  auto made = form_of(*studio().current, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
   if (!made) return refuse();
   studio().text = std::move(*made);
   return static_cast<int>(studio().text.size());

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the commands take, and how it is refused.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "design/motor.h"
+#include "design/pattern.h"
+#include "design/response.h"
+#include "files.h"
+
+namespace command {
+
+// The values of all options of all commands.
+struct Arguments {
+  const CLI::App* command = nullptr;  // the one that was called
+  std::vector<std::string> files;
+  std::vector<std::string> motors = {"1040"};
+  std::vector<int32_t> chips = {0};
+  std::vector<std::string> boosts = {"on"};
+  int32_t level = 50;
+  std::vector<int32_t> levels = {0, 25, 50, 75, 100};
+  int32_t intensity = 80;
+  bool in_pattern = false;
+  int32_t frequency_hz = 0;
+  int32_t half_periods = 0;
+  int32_t amplitude = 0;
+  design::Playback playback;
+  std::string save_path;
+  bool print_request = false;
+  design::Resonator resonator;
+  int32_t from_ms = 0;
+  int32_t to_ms = 0;
+  bool strict = false;
+  bool audible = false;
+  std::string format;
+  std::vector<std::string> outputs;
+  std::string picture;
+
+  bool has(const std::string& option) const;
+
+  // Ends the command over an option that is given and does nothing.
+  void refuse_idle(std::initializer_list<const char*> options, bool idle, const std::string& why) const;
+
+  // Every combination of motor, chip and boost. Says so where a chip is nothing of its own.
+  std::vector<lrasynth_profile> profiles() const;
+};
+
+struct Command {
+  const char* name;
+  const char* help;
+  std::string options;  // the names of those that it takes, a space behind each; with FILES, they may be lists
+  std::string footer;
+  void (*run)(const Arguments& arguments);
+};
+
+// All there are.
+std::vector<Command> commands();
+
+void add_command(CLI::App& app, const Command& command, Arguments& arguments);
+
+// The ending of a file's name in small letters, like ".wav".
+std::string ending_of(const std::string& path);
+
+// Ends the command over wrong input.
+[[noreturn]] void refuse(const std::string& words);
+
+}  // namespace command
