@@ -51,11 +51,11 @@ class CurveSegment {
 
   // Carrier and envelope each err by their sine, and by a few roundings of 2^-24.
   float error(int32_t last) const {
-    constexpr float kRelativeError = kFastSineError + 0x1p-22F;
     const float time = sample_time(period_, last);
-    if (!(std::fabs(time) * highest_hz_ * 6.3F <= kFastSineLimit)) return kUnproven;
+    const float most_phase = std::fabs(time) * highest_hz_ * 6.3F;
+    if (!(most_phase <= kFastSineLimit)) return kUnproven;
     const float amplitude = ramp_.bound(time);
-    return offset_error(amplitude, (amplitude + ramp_.range()) * kRelativeError);
+    return offset_error(amplitude, (amplitude + ramp_.range()) * estimate_error(most_phase));
   }
 
  private:

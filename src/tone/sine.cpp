@@ -64,7 +64,7 @@ float SineSegment::error(int32_t last) const {
   const double phase = std::fabs(angular_ * static_cast<double>(grid_.time(last)));
   if (!(phase <= static_cast<double>(kFastSineLimit))) return kUnproven;
   const float amplitude = std::fabs(peak_);
-  const float relative_error = static_cast<float>(phase) * 0x1p-23F + kFastSineError + 0x1p-22F;
+  const float relative_error = static_cast<float>(phase) * 0x1p-23F + estimate_error(static_cast<float>(phase));
   return offset_error(amplitude, amplitude * relative_error + kSumRounding);
 }
 

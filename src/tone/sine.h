@@ -67,9 +67,10 @@ class Tone {
   }
 
   float error(int32_t last) const {
-    if (!(std::fabs(phase(last)) <= kFastSineLimit)) return kUnproven;
+    const float most_phase = std::fabs(phase(last));
+    if (!(most_phase <= kFastSineLimit)) return kUnproven;
     const float amplitude = std::fabs(amplitude_);
-    return offset_error(amplitude, amplitude * (kFastSineError + 0x1p-22F));
+    return offset_error(amplitude, amplitude * estimate_error(most_phase));
   }
 
  private:
