@@ -119,7 +119,6 @@ std::string quoted(std::string_view raw) {
   return word + '"';
 }
 
-std::string number(double value) { return text("%.10g", value); }
 const char* truth(bool value) { return value ? "true" : "false"; }
 
 template <class Items, class Write>
@@ -225,31 +224,20 @@ std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
   return lrasynth_profile_of(chip, motor, boost != 0 ? 1 : 0);
 }
 
-// Of the motor, over the frequency offset.
-template <class Write>
-std::string curve(Write write) {
+// Hertz over the frequency offset.
+std::string curve(const lrasynth_profile& profile) {
   std::vector<int32_t> offsets;
   for (int32_t offset = -50; offset <= 50; ++offset) offsets.push_back(offset);
-  return list(offsets, write);
+  return list(offsets, [&](int32_t offset) { return text("%d", design::hertz_at(profile, offset)); });
 }
 
-std::string json_of(const lrasynth_profile& profile) {
-  const int32_t motor = profile.motor_type;
-  return text(R"({"motor":%d,"taps":%s,"boost":%s,"shares":%s,"resonance":%.10g,"hz":)", motor,
-              truth(design::has_taps(profile)), truth(design::has_boost(motor)), truth(design::has_shares(motor)),
-              design::resonance_of(profile)) +
-         curve([&](int32_t offset) { return text("%d", design::hertz_at(profile, offset)); }) + R"(,"gain":)" +
-         curve([&](int32_t offset) { return number(static_cast<double>(design::gain_at(profile, offset))); }) + '}';
-}
-
-// Of full rate; those with boost before those without.
-std::vector<lrasynth_profile> all_profiles() {
-  std::vector<lrasynth_profile> profiles;
-  for (const int32_t motor : design::kMotors) {
-    profiles.push_back(lrasynth_profile_of(0, motor, 1));
-    if (design::has_boost(motor)) profiles.push_back(lrasynth_profile_of(0, motor, 0));
-  }
-  return profiles;
+std::string facts_of(int32_t motor) {
+  const lrasynth_profile plain = lrasynth_profile_of(0, motor, 0);
+  const lrasynth_profile boosted = lrasynth_profile_of(0, motor, 1);
+  return text(R"({"motor":%d,"taps":%s,"boost":%s,"shares":%s,"resonance":%.10g,"hz":[)", motor,
+              truth(design::has_taps(plain)), truth(design::has_boost(motor)), truth(design::has_shares(motor)),
+              design::resonance_of(plain)) +
+         curve(plain) + ',' + curve(boosted) + "]}";
 }
 
 // A form whose length is known before it is made, so that memory need not hold it twice.
@@ -299,8 +287,7 @@ size_t studio_text_length() { return studio().text.size(); }
 void studio_about() {
   studio().text = text(R"({"version":"%d.%d.%d","longest_ms":%d,"help":)", LRASYNTH_VERSION_MAJOR,
                        LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH, design::kLongestMs) +
-                  quoted(design::kPatternHelp) + R"(,"motors":)" +
-                  list(all_profiles(), [](const lrasynth_profile& profile) { return json_of(profile); }) + '}';
+                  quoted(design::kPatternHelp) + R"(,"motors":)" + list(design::kMotors, facts_of) + '}';
 }
 
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,

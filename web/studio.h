@@ -23,8 +23,7 @@ STUDIO_EXPORT(studio_text) const char* studio_text();
 STUDIO_EXPORT(studio_text_length) size_t studio_text_length();
 
 // Text: {"version":"1.1.0","longest_ms":600000,"help":the form of a pattern file in words,"motors":[{"motor":1040,
-// "taps":true,"boost":false,"shares":true,"resonance":170,"hz":[of the offsets -50..50],"gain":[likewise]}]}.
-// A motor with a boost has two rows, the first of them with the boost on.
+// "taps":true,"boost":false,"shares":true,"resonance":170,"hz":[without boost, with it: of the offsets -50..50]}]}.
 STUDIO_EXPORT(studio_about) void studio_about();
 
 // Makes a pattern the current piece, loops (1..65535) times with gaps of interval_ms (0..600000) between them. Motors

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Plots on canvases: a place for every pair of values, grids, and the colours of the style sheet.
+// Plots on canvases: a place for every pair of values, what is drawn there, and the colours of the style sheet.
 
 /** @import {Span} from './state.js' */
 
@@ -7,31 +7,24 @@
  * @typedef {{draw: CanvasRenderingContext2D, left: number, right: number, top: number, bottom: number,
  *   span: Span, x: (ms: number) => number, y: (value: number) => number, msAt: (x: number) => number,
  *   valueAt: (y: number) => number}} Plot
+ * @typedef {[x: number, y: number]} Place on the canvas
+ * @typedef {Place[]} Places
  */
 
 export const inset = { left: 40, right: 10 };
 
-/** @type {Record<string, string>} */
-let colours = {};
-
-export function readColours() {
-  const style = getComputedStyle(document.documentElement);
-  const names = ['ink', 'muted', 'panel', 'band', 'grid', 'axis', 'curve', 'dense', 'vibration', 'tap', 'response',
-    'aim', 'chosen', 'warning', 'fault', 'low'];
-  colours = Object.fromEntries(names.map((name) => [name, style.getPropertyValue(`--${name}`).trim()]));
-}
+const style = getComputedStyle(document.documentElement); // as it is at any time
 
 /** @param {string} name */
-export const colour = (name) => colours[name];
+export const colour = (name) => style.getPropertyValue(`--${name}`);
 
 /**
  * The canvas, empty, at the screen's own resolution.
  * @param {HTMLCanvasElement} canvas @param {Span} span @param {[number, number]} values from bottom to top
- * @param {{top?: number, bottom?: number, left?: number}} [room] @returns {Plot}
+ * @param {{top?: number, bottom?: number}} [room] @returns {Plot}
  */
 export function plotOn(canvas, span, [low, high], room = {}) {
-  const width = canvas.clientWidth;
-  const height = canvas.clientHeight;
+  const { clientWidth: width, clientHeight: height } = canvas;
   const scale = window.devicePixelRatio || 1;
   canvas.width = Math.round(width * scale);
   canvas.height = Math.round(height * scale);
@@ -39,10 +32,8 @@ export function plotOn(canvas, span, [low, high], room = {}) {
   draw.setTransform(scale, 0, 0, scale, 0, 0);
   draw.font = '11px system-ui, "DejaVu Sans", sans-serif';
   draw.lineJoin = 'round';
-  const left = room.left ?? inset.left;
-  const right = width - inset.right;
-  const top = room.top ?? 8;
-  const bottom = height - (room.bottom ?? 8);
+  const [left, right] = [inset.left, width - inset.right];
+  const [top, bottom] = [room.top ?? 8, height - (room.bottom ?? 8)];
   const perMs = Math.max(1, right - left) / (span.to - span.from);
   const perValue = (bottom - top) / (high - low);
   return {
@@ -54,6 +45,41 @@ export function plotOn(canvas, span, [low, high], room = {}) {
   };
 }
 
+/** @param {Plot} plot @param {string} name of a colour @param {Places} places @param {number} wide @param {number[]} dash */
+export function stroke({ draw }, name, places, wide = 1, dash = []) {
+  draw.beginPath();
+  for (const place of places) draw.lineTo(...place);
+  draw.strokeStyle = colour(name);
+  draw.lineWidth = wide;
+  draw.setLineDash(dash);
+  draw.stroke();
+}
+
+/** @param {Plot} plot @param {string} name of a colour @param {Places} places @param {number} alpha */
+export function fill({ draw }, name, places, alpha = 1) {
+  draw.save();
+  draw.beginPath();
+  for (const place of places) draw.lineTo(...place);
+  draw.fillStyle = colour(name);
+  draw.globalAlpha *= alpha;
+  draw.fill();
+  draw.restore();
+}
+
+/** @param {number} x @param {number} y @param {number} width @param {number} height @returns {Places} */
+export const box = (x, y, width, height) => [[x, y], [x + width, y], [x + width, y + height], [x, y + height]];
+
+/**
+ * @param {Plot} plot @param {string} words @param {number} x @param {number} y
+ * @param {CanvasTextAlign} align @param {CanvasTextBaseline} baseline @param {string} name of a colour
+ */
+export function write({ draw }, words, x, y, align = 'center', baseline = 'bottom', name = 'muted') {
+  draw.fillStyle = colour(name);
+  draw.textAlign = align;
+  draw.textBaseline = baseline;
+  draw.fillText(words, x, y);
+}
+
 /** A round number of which about `count` make up the range. @param {number} range @param {number} count */
 export function roundStep(range, count) {
   const rough = range / Math.max(1, count);
@@ -63,51 +89,38 @@ export function roundStep(range, count) {
 
 /** @param {Plot} plot @param {number[]} values with a line and a label each @param {boolean} [times] label the times */
 export function drawGrid(plot, values, times = false) {
-  const { draw, left, right, top, bottom, span } = plot;
-  draw.strokeStyle = colour('grid');
-  draw.fillStyle = colour('muted');
-  draw.lineWidth = 1;
-  draw.textBaseline = 'middle';
-  draw.textAlign = 'right';
+  const { left, right, top, bottom, span } = plot;
   for (const value of values) {
-    line(plot, [[left, crisp(plot.y(value))], [right, crisp(plot.y(value))]]);
-    draw.fillText(String(value), left - 6, plot.y(value));
+    const y = crisp(plot.y(value));
+    stroke(plot, 'grid', [[left, y], [right, y]]);
+    write(plot, String(value), left - 6, plot.y(value), 'right', 'middle');
   }
   const step = roundStep(span.to - span.from, (right - left) / 64);
-  const seconds = span.to - span.from >= 10000;
-  draw.textAlign = 'center';
-  draw.textBaseline = 'top';
+  const unit = span.to - span.from >= 10000 ? 1000 : 1;
+  const digits = Math.max(0, -Math.floor(Math.log10(step / unit) + 1e-9));
   for (let i = Math.ceil(span.from / step); i * step <= span.to; ++i) {
     const x = crisp(plot.x(i * step));
-    line(plot, [[x, top], [x, bottom]]);
-    if (times && x < right - 34) draw.fillText(timeLabel(i * step, step, seconds), x, bottom + 6);
+    stroke(plot, 'grid', [[x, top], [x, bottom]]);
+    if (times && x < right - 34) write(plot, ((i * step) / unit).toFixed(digits), x, bottom + 6, 'center', 'top');
   }
-  draw.textAlign = 'right';
-  if (times) draw.fillText(seconds ? 's' : 'ms', right, bottom + 6);
-}
-
-/** @param {number} ms @param {number} step @param {boolean} seconds */
-function timeLabel(ms, step, seconds) {
-  const unit = seconds ? 1000 : 1;
-  return (ms / unit).toFixed(Math.max(0, -Math.floor(Math.log10(step / unit) + 1e-9)));
+  if (times) write(plot, unit === 1 ? 'ms' : 's', right, bottom + 6, 'right', 'top');
 }
 
 const crisp = (/** @type {number} */ at) => Math.round(at) + 0.5;
 
-/** @param {Plot} plot @param {[number, number][]} points on the canvas */
-export function line({ draw }, points) {
-  draw.beginPath();
-  points.forEach(([x, y], i) => (i === 0 ? draw.moveTo(x, y) : draw.lineTo(x, y)));
-  draw.stroke();
-}
-
-/** Only in the plot's box, and what stands at its beginning in full. @param {Plot} plot @param {() => void} body */
-export function clipped({ draw, left, right, top, bottom, span }, body) {
-  const room = span.from > 0 ? 0 : 6;
+/** Draws in a part of the canvas only. @param {Plot} plot @param {Places} places @param {() => void} body */
+export function within({ draw }, places, body) {
   draw.save();
   draw.beginPath();
-  draw.rect(left - room, top - 6, right - left + room, bottom - top + 12);
+  for (const place of places) draw.lineTo(...place);
   draw.clip();
   body();
   draw.restore();
+}
+
+/** Only in the plot's box, and what stands at its beginning in full. @param {Plot} plot @param {() => void} body */
+export function clipped(plot, body) {
+  const { left, right, top, bottom, span } = plot;
+  const room = span.from > 0 ? 0 : 6;
+  within(plot, box(left - room, top - 6, right - left + room, bottom - top + 12), body);
 }

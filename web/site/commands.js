@@ -29,13 +29,11 @@ export function remove() {
   edit({ events }, '', { event: Math.min(event, events.length - 1), point: -1 });
 }
 
-/** In the order of time. @param {1 | -1} by */
+/** @param {1 | -1} by */
 export function selectNext(by) {
   const { design, event } = current();
-  const order = design.events.map((_, i) => i).sort((a, b) => design.events[a].start - design.events[b].start);
-  const at = order.indexOf(event);
-  const next = at < 0 ? (by > 0 ? 0 : order.length - 1) : at + by;
-  if (next in order) show({ event: order[next], point: -1 });
+  const next = event < 0 && by < 0 ? design.events.length - 1 : event + by;
+  if (next in design.events) show({ event: next, point: -1 });
 }
 
 /** Of the selected one. @param {(event: PatternEvent) => PatternEvent} change @param {string} kind */

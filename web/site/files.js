@@ -5,7 +5,7 @@ import { element, make, setValue } from './page.js';
 import { current, edit, emptyDesign, forgetPast, show } from './state.js';
 import { form, patternPiece, patternText, readPattern } from './wasm.js';
 
-/** @import {Design, PatternEvent} from './state.js' */
+/** @import {Design} from './state.js' */
 
 export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
 const store = 'lrasynth studio';
@@ -18,16 +18,12 @@ const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
  */
 function take(rest, json, file) {
   readPattern(json, file, rest.profile, rest.loops, rest.interval); // throws where there is no such profile
-  const { faults, events } = readPattern(json, file, emptyDesign.profile).facts;
+  const piece = readPattern(json, file, emptyDesign.profile);
+  const { faults } = piece.facts;
   if (faults.length > 0) return show({ messages: faults });
-  const inOrder = events.sort((a, b) => a.number - b.number).map((event) => eventOf(/** @type {any} */ (event)));
-  edit({ ...rest, events: inOrder }, '', selected);
+  const canonical = new TextDecoder().decode(form(piece, 'json', current().response) ?? undefined);
+  edit({ ...rest, events: JSON.parse(canonical).events }, '', selected);
 }
-
-/** Without what else is known of it. @param {PatternEvent} facts @returns {PatternEvent} */
-const eventOf = (facts) => facts.type === 'transient'
-  ? { type: facts.type, start: facts.start, intensity: facts.intensity, level: facts.level }
-  : { type: facts.type, start: facts.start, duration: facts.duration, points: facts.points };
 
 /** @param {string} text @param {string} file */
 export function open(text, file) {

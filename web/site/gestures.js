@@ -8,7 +8,7 @@ import { current, edit, endStep, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
 import { forgetReading, readAt } from './waveform.js';
 
-/** @import {Plot} from './canvas.js' */
+/** @import {Place, Plot} from './canvas.js' */
 /** @import {Lane} from './lanes.js' */
 /** @import {Curve, CurvePoint, PatternEvent, Span} from './state.js' */
 
@@ -32,7 +32,7 @@ function targetAt(lane, x, y, reach) {
   if (plot === null) return null;
   const order = design.events.map((_, i) => i).reverse();
   if (chosen >= 0) order.unshift(chosen);
-  const near = (/** @type {{x: number, y: number}} */ place) => Math.hypot(place.x - x, place.y - y) <= reach;
+  const near = (/** @type {Place} */ place) => Math.hypot(place[0] - x, place[1] - y) <= reach;
   for (const i of order) {
     const event = design.events[i];
     if (event.type === 'transient') continue;
@@ -56,9 +56,10 @@ function touches(lane, plot, event, x, y, reach) {
     return x > left - 4 && x < Math.max(right, left + 6) && (lane.field === 2 || y > plot.y(event.intensity) - 14);
   }
   if (x < left || x > right) return false;
-  const next = Math.max(1, event.points.findIndex((_, i) => placeOf(lane, plot, event, i).x >= x));
-  const [from, to] = [placeOf(lane, plot, event, next - 1), placeOf(lane, plot, event, next)];
-  const edge = to.x > from.x ? from.y + ((to.y - from.y) * (x - from.x)) / (to.x - from.x) : to.y;
+  const places = event.points.map((_, i) => placeOf(lane, plot, event, i));
+  const next = Math.max(1, places.findIndex((place) => place[0] >= x));
+  const [[fromX, fromY], [toX, toY]] = [places[next - 1], places[next]];
+  const edge = toX > fromX ? fromY + ((toY - fromY) * (x - fromX)) / (toX - fromX) : toY;
   return lane.field === 1 ? y > edge - reach / 2 : Math.abs(y - edge) < reach;
 }
 
@@ -93,13 +94,13 @@ function go(event) {
     drag.x = x;
     return;
   }
-  const { events } = current().design;
   // It may have been deleted or undone meanwhile.
-  if (JSON.stringify(events[target.event]) !== JSON.stringify(drag.now)) return end(false);
+  const { design, event: chosen } = current();
+  if (JSON.stringify(design.events[chosen]) !== JSON.stringify(drag.now)) return end(false);
   const ms = plot.msAt(x) - plot.msAt(drag.x);
   const after = dragged(lane, target, before, ms, plot.valueAt(y) - plot.valueAt(drag.y));
   drag.now = after;
-  edit({ events: events.with(target.event, after) }, `drag ${drags}`);
+  edit({ events: design.events.with(chosen, after) }, `drag ${drags}`);
 }
 
 /** @param {Lane} lane @param {Target} target @param {PatternEvent} before @param {number} ms @param {number} by */

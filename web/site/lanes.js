@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The timeline: what the events' points say in a lane for intensity and one for frequency, and what becomes of it.
 
-import { clipped, colour, drawGrid, line, plotOn, roundStep } from './canvas.js';
+import { box, clipped, drawGrid, fill, plotOn, roundStep, stroke, within, write } from './canvas.js';
 import { endOf } from './edits.js';
 import { element } from './page.js';
 import { current } from './state.js';
 import { shownSpan } from './view.js';
 import { hertzOf, patternPiece } from './wasm.js';
 
-/** @import {Plot} from './canvas.js' */
+/** @import {Place, Places, Plot} from './canvas.js' */
 /** @import {Curve, Tap} from './state.js' */
-/** @import {EventFacts, Facts} from './wasm.js' */
+/** @import {EventFacts, Facts, Sweep} from './wasm.js' */
 
 /**
  * A lane shows one field of a point; `field` is its index in it.
@@ -22,10 +22,8 @@ const hertz = () => hertzOf(current().design.profile);
 
 /** @param {number} hz */
 function nearestOffset(hz) {
-  const table = hertz();
-  let best = 0;
-  for (let i = 1; i < table.length; ++i) if (Math.abs(table[i] - hz) < Math.abs(table[best] - hz)) best = i;
-  return best - 50;
+  const far = hertz().map((other) => Math.abs(other - hz));
+  return far.indexOf(Math.min(...far)) - 50;
 }
 
 /** @type {Lane} */
@@ -40,14 +38,17 @@ export const frequencyLane = {
 };
 export const lanes = [intensityLane, frequencyLane];
 
-/** Of a point, on the lane's canvas. @param {Lane} lane @param {Plot} plot @param {Curve} event @param {number} point */
+/**
+ * Of a point, on the lane's canvas.
+ * @param {Lane} lane @param {Plot} plot @param {Curve} event @param {number} point @returns {Place}
+ */
 export function placeOf(lane, plot, event, point) {
   const at = event.points[point];
-  return { x: plot.x(event.start + at[0] - event.points[0][0]), y: plot.y(lane.shown(at[lane.field])) };
+  return [plot.x(event.start + at[0] - event.points[0][0]), plot.y(lane.shown(at[lane.field]))];
 }
 
-/** Where a curve is stretched, away from its last point. @param {Plot} plot @param {Curve} event */
-export const gripOf = (plot, event) => ({ x: plot.x(endOf(event)), y: plot.y(event.points[3][1] > 45 ? 15 : 70) });
+/** Where a curve is stretched, away from its last point. @param {Plot} plot @param {Curve} event @returns {Place} */
+export const gripOf = (plot, event) => [plot.x(endOf(event)), plot.y(event.points[3][1] > 45 ? 15 : 70)];
 
 /** The frequencies that the lane must have room for; they stay during a drag. */
 let top = 0;
@@ -94,58 +95,31 @@ function showLane(lane, facts, lines, high) {
 
 /** @param {Plot} plot @param {Lane} lane @param {Curve} event @param {Partial<EventFacts>} facts */
 function drawCurve(plot, lane, event, { heard, sweeps = [] }) {
-  const { draw } = plot;
-  /** @type {[number, number][]} */
-  const points = event.points.map((_, i) => {
-    const { x, y } = placeOf(lane, plot, event, i);
-    return [x, y];
-  });
-  draw.lineWidth = 1.2;
-  if (lane.field === 1) {
-    draw.fillStyle = colour('vibration');
-    for (const [from, to] of heard ?? [[event.start, endOf(event)]]) {
-      within(plot, from, to, () => {
-        draw.beginPath();
-        draw.moveTo(points[0][0], plot.bottom);
-        for (const point of points) draw.lineTo(...point);
-        draw.lineTo(points[3][0], plot.bottom);
-        draw.fill();
-      });
+  /** @type {Places} */
+  const points = event.points.map((_, i) => placeOf(lane, plot, event, i));
+  const whereHeard = (/** @type {() => void} */ body) => {
+    for (const [from, to] of heard ?? (lane.field === 1 ? [[event.start, endOf(event)]] : [])) {
+      const x = plot.x(from);
+      within(plot, box(x, plot.top - 6, plot.x(to) - x, plot.bottom - plot.top + 12), body);
     }
-    draw.strokeStyle = colour('curve');
-    line(plot, points);
+  };
+  if (lane.field === 1) {
+    whereHeard(() => fill(plot, 'vibration', [[points[0][0], plot.bottom], ...points, [points[3][0], plot.bottom]]));
+    stroke(plot, 'curve', points, 1.2);
     return;
   }
-  draw.strokeStyle = colour('aim');
-  draw.setLineDash([2, 3]);
-  line(plot, points);
-  draw.setLineDash([]);
-  draw.strokeStyle = colour('curve');
-  draw.lineWidth = 1.8;
-  for (const [from, to] of heard ?? []) {
-    within(plot, from, to, () => {
-      for (const { from_ms, to_ms, from_hz, reached_hz } of sweeps) {
-        const zero = from_hz * reached_hz < 0 ? [folded(plot, from_ms, to_ms, from_hz, reached_hz)] : [];
-        line(plot, [
-          [plot.x(from_ms), plot.y(Math.abs(from_hz))], ...zero, [plot.x(to_ms), plot.y(Math.abs(reached_hz))],
-        ]);
-      }
-    });
-  }
+  stroke(plot, 'aim', points, 1.2, [2, 3]);
+  whereHeard(() => {
+    for (const sweep of sweeps) stroke(plot, 'curve', placesOf(plot, sweep), 1.8);
+  });
 }
 
-/** Where a sweep passes 0 Hz. @returns {[number, number]}
- * @param {Plot} plot @param {number} from @param {number} to @param {number} low @param {number} high */
-const folded = (plot, from, to, low, high) => [plot.x(from + ((to - from) * low) / (low - high)), plot.y(0)];
-
-/** @param {Plot} plot @param {number} from @param {number} to @param {() => void} body */
-function within({ draw, x, top, bottom }, from, to, body) {
-  draw.save();
-  draw.beginPath();
-  draw.rect(x(from), top - 6, x(to) - x(from), bottom - top + 12);
-  draw.clip();
-  body();
-  draw.restore();
+/** Folded where it passes 0 Hz. @param {Plot} plot @param {Sweep} sweep @returns {Places} */
+function placesOf(plot, { from_ms, to_ms, from_hz, reached_hz }) {
+  const zero_ms = from_ms + ((to_ms - from_ms) * from_hz) / (from_hz - reached_hz);
+  /** @type {Places} */
+  const zero = from_hz * reached_hz < 0 ? [[plot.x(zero_ms), plot.y(0)]] : [];
+  return [[plot.x(from_ms), plot.y(Math.abs(from_hz))], ...zero, [plot.x(to_ms), plot.y(Math.abs(reached_hz))]];
 }
 
 /** Where the last tap has its level: labels keep apart. */
@@ -153,56 +127,37 @@ let labelled = -Infinity;
 
 /** @param {Plot} plot @param {Lane} lane @param {Tap} event @param {EventFacts | undefined} facts @param {boolean} chosen */
 function drawTap(plot, lane, event, facts, chosen) {
-  const { draw } = plot;
   const left = plot.x(event.start);
   const wide = Math.max(4, plot.x(facts?.end_ms ?? endOf(event)) - left);
-  draw.fillStyle = draw.strokeStyle = colour(chosen ? 'chosen' : 'tap');
-  if (lane.field === 2) {
-    draw.save();
-    draw.globalAlpha *= 0.16;
-    draw.fillRect(left, plot.top, wide, plot.bottom - plot.top);
-    draw.restore();
-    return;
-  }
-  const high = plot.y(event.intensity);
-  draw.lineWidth = 1;
-  draw.strokeRect(left + 0.5, high, wide - 1, plot.bottom - high);
-  const driven = plot.y(facts?.driven ?? 0);
-  draw.fillRect(left, driven, wide, plot.bottom - driven);
-  draw.textAlign = 'center';
-  draw.textBaseline = 'bottom';
-  const middle = Math.max(plot.left + 14, left + wide / 2);
+  const name = chosen ? 'chosen' : 'tap';
+  if (lane.field === 2) return fill(plot, name, box(left, plot.top, wide, plot.bottom - plot.top), 0.16);
+  const [high, driven] = [plot.y(event.intensity), plot.y(facts?.driven ?? 0)];
+  const outline = box(left + 0.5, high, wide - 1, plot.bottom - high);
+  stroke(plot, name, [...outline, outline[0]]);
+  fill(plot, name, box(left, driven, wide, plot.bottom - driven));
+  const middle = Math.min(plot.right - 12, Math.max(plot.left + 14, left + wide / 2));
   const isOutside = left > plot.right || left + wide < plot.left;
   if (isOutside || (Math.abs(middle - labelled) < 30 && !chosen)) return;
   labelled = middle;
-  draw.fillStyle = colour(chosen ? 'chosen' : 'muted');
-  draw.fillText(`L${event.level}`, middle, Math.max(plot.top + 6, high - 2));
+  write(plot, `L${event.level}`, middle, Math.max(plot.top + 6, high - 2), 'center', 'bottom', chosen ? 'chosen' : 'muted');
 }
 
 /** @param {Plot} plot @param {Lane} lane @param {Curve} event @param {boolean} chosen */
 function drawPoints(plot, lane, event, chosen) {
-  const { draw } = plot;
-  const { point: chosenPoint } = current();
   event.points.forEach((_, i) => {
-    const { x, y } = placeOf(lane, plot, event, i);
-    draw.beginPath();
-    draw.arc(x, y, chosen ? 5 : 2.5, 0, 7);
-    draw.fillStyle = colour(chosen && i !== chosenPoint ? 'panel' : chosen ? 'chosen' : 'curve');
-    draw.fill();
-    draw.lineWidth = 2;
-    draw.strokeStyle = colour('chosen');
-    if (chosen) draw.stroke();
+    drawDot(plot, placeOf(lane, plot, event, i), chosen ? 'chosen' : 'curve', chosen ? 6 : 2.5);
+    if (chosen && i !== current().point) drawDot(plot, placeOf(lane, plot, event, i), 'panel', 4);
   });
   if (!chosen || lane.field !== 1) return;
-  const grip = gripOf(plot, event);
-  draw.fillStyle = colour('chosen');
-  draw.globalAlpha = 0.5;
-  draw.fillRect(grip.x - 0.5, plot.top, 1, plot.bottom - plot.top);
-  draw.globalAlpha = 1;
-  draw.beginPath();
-  draw.roundRect(grip.x - 3, grip.y - 8, 6, 16, 3);
-  draw.fill();
+  const [x, y] = gripOf(plot, event);
+  stroke(plot, 'grip', [[x, plot.top], [x, plot.bottom]]);
+  stroke(plot, 'chosen', [[x, y - 6], [x, y + 6]], 6);
 }
+
+/** @param {Plot} plot @param {Place} place @param {string} name of a colour @param {number} radius */
+const drawDot = (plot, [x, y], name, radius) =>
+  fill(plot, name, Array.from({ length: 16 }, (_, i) =>
+    [x + radius * Math.cos((i * Math.PI) / 8), y + radius * Math.sin((i * Math.PI) / 8)]));
 
 /** The later passes are copies of the first; where they are many, a band. @param {Plot} plot @param {Facts} facts
  * @param {(plot: Plot) => void} drawPass */
@@ -213,8 +168,7 @@ function drawPasses(plot, { pass_ms, length_ms, faults, stream }, drawPass) {
   const stride = pass_ms + interval;
   draw.globalAlpha = 0.45;
   if (x(stride) - x(0) < 12) {
-    draw.fillStyle = colour('vibration');
-    draw.fillRect(x(pass_ms), top, x(length_ms) - x(pass_ms), bottom - top);
+    fill(plot, 'vibration', box(x(pass_ms), top, x(length_ms) - x(pass_ms), bottom - top));
   } else {
     const last = Math.min(loops - 1, Math.floor(span.to / stride));
     for (let pass = Math.max(1, Math.floor(span.from / stride)); pass <= last; ++pass) {
@@ -226,34 +180,27 @@ function drawPasses(plot, { pass_ms, length_ms, faults, stream }, drawPass) {
 
 /** @param {Plot} plot */
 function drawCursor(plot) {
-  const { draw, top, bottom } = plot;
   const x = Math.round(plot.x(current().cursor)) + 0.5;
-  draw.strokeStyle = colour('muted');
-  draw.lineWidth = 1;
-  draw.setLineDash([4, 3]);
-  line(plot, [[x, top - 6], [x, bottom]]);
-  draw.setLineDash([]);
+  stroke(plot, 'muted', [[x, plot.top - 6], [x, plot.bottom]], 1, [4, 3]);
 }
 
-/** Warnings at their time, faults at their event. @param {Plot} plot @param {Lane} lane @param {Facts} facts */
+/**
+ * Warnings at their time, faults at their event, or at the edge where that lies beyond.
+ * @param {Plot} plot @param {Lane} lane @param {Facts} facts
+ */
 function drawMarks(plot, lane, facts) {
   if (lane.field !== 1) return;
   const { events } = current().design;
-  for (const { ms } of facts.warnings) drawMark(plot, ms, 'warning');
-  for (const number of facts.fault_events) if (number > 0) drawMark(plot, events[number - 1].start, 'fault');
+  for (const { ms } of facts.warnings) drawMark(plot, plot.x(ms), 'warning');
+  for (const number of facts.fault_events) {
+    if (number > 0) drawMark(plot, Math.min(plot.right, plot.x(events[number - 1].start)), 'fault');
+  }
 }
 
-/** @param {Plot} plot @param {number} ms @param {string} kind */
-function drawMark({ draw, x, left, right }, ms, kind) {
-  const at = x(ms);
-  if (at < left - 1 || at > right + 1) return;
-  draw.fillStyle = colour(kind);
-  draw.beginPath();
-  draw.moveTo(at, 1);
-  draw.lineTo(at + 7, 13);
-  draw.lineTo(at - 7, 13);
-  draw.fill();
-  draw.fillStyle = colour('panel');
-  draw.fillRect(at - 0.8, 5, 1.6, 4);
-  draw.fillRect(at - 0.8, 10.2, 1.6, 1.6);
+/** @param {Plot} plot @param {number} x @param {string} kind */
+function drawMark(plot, x, kind) {
+  if (x < plot.left - 1 || x > plot.right + 1) return;
+  fill(plot, kind, [[x, 1], [x + 7, 13], [x - 7, 13]]);
+  fill(plot, 'panel', box(x - 0.8, 5, 1.6, 4));
+  fill(plot, 'panel', box(x - 0.8, 10.2, 1.6, 1.6));
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Starts everything, and shows every change in the next frame.
 
-import { readColours } from './canvas.js';
 import { showCommands, startCommands } from './commands.js';
 import { showEvents } from './events.js';
 import { keep, restore, showFiles, startFiles } from './files.js';
@@ -47,7 +46,6 @@ function drawAll() {
 
 async function begin() {
   await start(await (await fetch('studio.wasm')).arrayBuffer());
-  readColours();
   startProfile();
   startCommands();
   startView();
@@ -59,10 +57,7 @@ async function begin() {
   await restore();
   onChange(() => ask(false));
   window.addEventListener('resize', () => ask(true));
-  matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => {
-    readColours();
-    ask(true);
-  });
+  matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => ask(true));
   ask(true);
 }
 

@@ -62,21 +62,21 @@ export function show(changes) {
 }
 
 /**
- * Edits of one kind in a row, as of a drag, are undone in one step.
+ * Edits of one kind in a row, as of a drag, are undone in one step. What is selected stays so, wherever it moves.
  * @param {Partial<Design>} changes
  * @param {string} [kind]
  * @param {Partial<State>} [beside] what changes with it, and is not undone
  */
 export function edit(changes, kind = '', beside = {}) {
-  const design = { ...state.design, ...changes };
-  if (JSON.stringify(design) !== JSON.stringify(state.design)) {
-    if (kind === '' || kind !== lastKind) past.push(state.design);
-    future = [];
-    lastKind = kind;
-    put({ design, messages: [], ...beside });
-  } else {
-    put(beside);
-  }
+  const all = { ...state.design, ...changes };
+  // As they are numbered in files.
+  const design = { ...all, events: all.events.toSorted((a, b) => a.start - b.start) };
+  const event = design.events.indexOf(all.events[beside.event ?? state.event]);
+  if (JSON.stringify(design) === JSON.stringify(state.design)) return put({ ...beside, event });
+  if (kind === '' || kind !== lastKind) past.push(state.design);
+  future = [];
+  lastKind = kind;
+  put({ design, messages: [], ...beside, event });
 }
 
 /** What is there now is the beginning. */

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // One tap: its waveform, and all levels side by side.
 
-import { clipped, colour, drawGrid, plotOn } from './canvas.js';
+import { box, clipped, colour, drawGrid, plotOn, stroke, write } from './canvas.js';
 import { add } from './commands.js';
 import { newTap } from './edits.js';
 import { wordItems } from './events.js';
@@ -37,7 +37,9 @@ export function showTap(anew) {
   const inPattern = element('in-pattern', HTMLInputElement);
   inPattern.checked = tap.inPattern;
   inPattern.disabled = !motorOf(profile).shares;
-  for (const id of ['tap-listen', 'tap-add']) element(id, HTMLButtonElement).disabled = last.piece === null;
+  for (const field of document.querySelectorAll('#tap :is(button, .sliders input)')) {
+    /** @type {HTMLButtonElement | HTMLInputElement} */ (field).disabled = last.piece === null;
+  }
   showWave();
   showStrip(profile, anew);
 }
@@ -79,15 +81,15 @@ function drawStrip() {
   const plot = plotOn(strip, { from: 0, to: levels }, [0, 1], { top: 2, bottom: 18 });
   const { draw, left, right, top, bottom } = plot;
   draw.imageSmoothingEnabled = false;
-  if (image !== null) draw.drawImage(image, left, top, right - left, bottom - top);
-  draw.strokeStyle = colour('chosen');
-  draw.lineWidth = 2;
-  if (image !== null) draw.strokeRect(plot.x(tap.level) - 1, top, plot.x(1) - left + 2, bottom - top);
-  draw.fillStyle = colour('muted');
-  draw.textBaseline = 'top';
-  for (let level = 0; level <= 100; level += 25) {
-    draw.textAlign = level === 0 ? 'left' : level === 100 ? 'right' : 'center';
-    draw.fillText(String(level), level === 0 ? left : level === 100 ? right : plot.x(level + 0.5), bottom + 4);
+  if (image !== null) {
+    draw.drawImage(image, left, top, right - left, bottom - top);
+    const mark = box(plot.x(tap.level) - 1, top, plot.x(1) - left + 2, bottom - top);
+    stroke(plot, 'chosen', [...mark, mark[0]], 2);
+  } else {
+    write(plot, 'No taps.', (left + right) / 2, (top + bottom) / 2, 'center', 'middle');
+  }
+  for (const level of [0, 25, 50, 75, 100]) {
+    write(plot, String(level), plot.x(level + 0.5), bottom + 4, level === 0 ? 'left' : level === 100 ? 'right' : 'center', 'top');
   }
 }
 
@@ -99,13 +101,14 @@ function stripImage(profile, tap) {
   });
   const rows = 120;
   const longest = Math.max(...taps.map(({ length }) => length));
+  const names = [colour('low'), colour('curve')];
   const canvas = make('canvas', { width: levels, height: rows });
   const draw = /** @type {CanvasRenderingContext2D} */ (canvas.getContext('2d'));
   taps.forEach((tap, level) => {
     for (let row = 0; row < rows; ++row) {
       const value = tap[Math.floor((row * longest) / rows)] ?? 0;
       draw.globalAlpha = Math.abs(value) / 128;
-      draw.fillStyle = colour(value > 0 ? 'curve' : 'low');
+      draw.fillStyle = names[Number(value > 0)];
       draw.fillRect(level, row, 1, 1);
     }
   });

@@ -13,8 +13,8 @@
  * @typedef {{hz: number, quality: number, rise_ms: number, ring_down_ms: number, peak: number, effective: number,
  *   felt_ms: number}} ResponseNumbers
  * @typedef {{numbers: ResponseNumbers, columns: Float64Array}} Response
- * @typedef {{motor: number, taps: boolean, boost: boolean, shares: boolean, resonance: number, hz: number[],
- *   gain: number[]}} Motor
+ * @typedef {{motor: number, taps: boolean, boost: boolean, shares: boolean, resonance: number,
+ *   hz: [plain: number[], boosted: number[]]}} Motor
  * @typedef {{version: string, longest_ms: number, help: string, motors: Motor[]}} About
  * @typedef {{facts: Facts, load: () => void}} Piece a waveform, or what is wrong with it
  * @typedef {Record<string, (...numbers: number[]) => number> & {memory: WebAssembly.Memory}} Exports
@@ -108,22 +108,8 @@ export function patternPiece(design) {
 /** Whether it has samples. @param {Piece} piece */
 export const isPlayable = ({ facts }) => facts.faults.length === 0 && !facts.stream && facts.length > 0;
 
-/** @type {Map<string, number[]>} */
-const curves = new Map();
-
-/** Hertz at the offsets -50..50, told by a pattern that has points at all of them. @param {Profile} profile */
-export function hertzOf({ motor, boost }) {
-  const key = `${motor} ${boost}`;
-  if (!curves.has(key)) {
-    const events = Array.from({ length: 26 }, (_, i) => ({
-      type: 'continuous', start: 4 * i, duration: 3,
-      points: [0, 1, 2, 3].map((point) => [point, 0, Math.min(50, 4 * i + point - 50)]),
-    }));
-    const { facts } = readPattern(JSON.stringify({ events }), '', { motor, chip: 0, boost });
-    curves.set(key, facts.events.flatMap(({ hz = [] }) => hz).slice(0, 101));
-  }
-  return /** @type {number[]} */ (curves.get(key));
-}
+/** Hertz at the offsets -50..50. @param {Profile} profile */
+export const hertzOf = (profile) => motorOf(profile).hz[Number(profile.boost)];
 
 /** @param {Profile} profile @param {State['tap']} tap */
 export const tapPiece = ({ motor, chip }, { level, intensity, inPattern }) =>

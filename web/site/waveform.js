@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // A waveform over time, of which only what is shown is read, and the motor's estimated response over it.
 
-import { clipped, colour, drawGrid, line, plotOn } from './canvas.js';
+import { box, clipped, drawGrid, fill, plotOn, stroke, write } from './canvas.js';
 import { element, make, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
 import { extremes, isPlayable, motorOf, patternPiece, response, samples } from './wasm.js';
 
-/** @import {Plot} from './canvas.js' */
+/** @import {Places, Plot} from './canvas.js' */
 /** @import {Span, State} from './state.js' */
 /** @import {Piece, Response} from './wasm.js' */
 
@@ -32,21 +32,11 @@ export function drawSamples(plot, piece) {
 
 /** @param {Plot} plot @param {Int8Array} values @param {(i: number) => number} x @param {number} wide one sample */
 function drawSingle(plot, values, x, wide) {
-  const { draw } = plot;
-  /** @type {[number, number][]} */
-  const points = Array.from(values, (value, i) => [x(i), plot.y(value)]);
-  draw.fillStyle = colour('vibration');
-  draw.globalAlpha = 0.6;
-  draw.beginPath();
-  draw.moveTo(points[0][0], plot.y(0));
-  for (const point of points) draw.lineTo(...point);
-  draw.lineTo(points[points.length - 1][0], plot.y(0));
-  draw.fill();
-  draw.globalAlpha = 1;
-  draw.strokeStyle = draw.fillStyle = colour('curve');
-  draw.lineWidth = 1.5;
-  line(plot, points);
-  if (wide > 5) for (const [px, py] of points) draw.fillRect(px - 2, py - 2, 4, 4);
+  /** @type {Places} */
+  const places = Array.from(values, (value, i) => [x(i), plot.y(value)]);
+  fill(plot, 'vibration', [[x(0), plot.y(0)], ...places, [x(values.length - 1), plot.y(0)]], 0.6);
+  stroke(plot, 'curve', places, 1.5);
+  if (wide > 5) for (const [px, py] of places) fill(plot, 'curve', box(px - 2, py - 2, 4, 4));
 }
 
 /**
@@ -56,16 +46,13 @@ function drawSingle(plot, values, x, wide) {
 function drawDense(plot, piece, first, count, left, room) {
   const columns = Math.max(1, Math.round(room));
   const pairs = extremes(piece, first, count, columns);
-  const { draw } = plot;
-  draw.fillStyle = colour('dense');
   for (let i = 0; i < pairs.length / 2; ++i) {
     const [low, high] = [pairs[2 * i], pairs[2 * i + 1]];
     if (low > high) continue;
     // Up to the column before, so that a steep line stays one.
     const [lowBefore, highBefore] = i === 0 ? [low, high] : [pairs[2 * i - 2], pairs[2 * i - 1]];
     const top = plot.y(Math.max(high, Math.min(lowBefore, 127)));
-    const bottom = plot.y(Math.min(low, highBefore));
-    draw.fillRect(Math.round(left) + i, top - 0.6, 1, bottom - top + 1.2);
+    fill(plot, 'dense', box(Math.round(left) + i, top - 0.6, 1, plot.y(Math.min(low, highBefore)) - top + 1.2));
   }
 }
 
@@ -110,22 +97,17 @@ function responseOf(piece, span, columns) {
 
 /** Its peak reaches the full height. @param {Plot} plot @param {Estimate} made */
 function drawResponse(plot, { span, response: { numbers, columns } }) {
-  const { draw } = plot;
   const count = columns.length / 2;
-  const x = (/** @type {number} */ i) => plot.x(span.from + ((i + 0.5) / count) * (span.to - span.from));
-  draw.strokeStyle = colour('response');
-  draw.lineWidth = 1.2;
-  draw.setLineDash([5, 3]);
   for (const side of [0, 1]) {
-    /** @type {[number, number][]} */
-    const points = [];
+    /** @type {Places} */
+    const places = [];
     for (let i = 0; i < count; ++i) {
+      const ms = span.from + ((i + 0.5) / count) * (span.to - span.from);
       const share = columns[2 * i + side] / numbers.peak;
-      if (columns[2 * i] <= columns[2 * i + 1]) points.push([x(i), plot.y(120 * share)]);
+      if (columns[2 * i] <= columns[2 * i + 1]) places.push([plot.x(ms), plot.y(120 * share)]);
     }
-    line(plot, points);
+    stroke(plot, 'response', places, 1.2, [5, 3]);
   }
-  draw.setLineDash([]);
 }
 
 /** @param {Plot} plot @param {Piece} piece */
@@ -134,13 +116,10 @@ export function drawSections(plot, piece) {
   piece.facts.sections.forEach(({ from, to, label }, i) => {
     const [left, right] = [Math.max(plot.left, plot.x(from)), Math.min(plot.right, plot.x(to))];
     if (right <= left) return;
-    draw.fillStyle = colour('band');
-    if (i % 2 === 0) draw.fillRect(left, top, right - left, bottom - top);
-    if (draw.measureText(label).width > right - left - 4) return;
-    draw.fillStyle = colour('muted');
-    draw.textAlign = 'center';
-    draw.textBaseline = 'bottom';
-    draw.fillText(label, (left + right) / 2, top - 3);
+    if (i % 2 === 0) fill(plot, 'band', box(left, top, right - left, bottom - top));
+    // Where there is no room for all of it, its first word.
+    const words = [label, label.split(',')[0]].find((word) => draw.measureText(word).width <= right - left - 4);
+    write(plot, words ?? '', (left + right) / 2, top - 3);
   });
 }
 
@@ -155,29 +134,18 @@ export function showWaveform() {
   if (playable) drawSections(drawn, piece);
   drawGrid(drawn, [-128, -64, 0, 64, 128], true);
   const made = playable && resonator.shown ? responseOf(piece, span, responseColumns(drawn)) : null;
-  if (playable) {
-    clipped(drawn, () => {
-      drawSamples(drawn, piece);
-      if (made !== null && made.response.numbers.peak > 0) drawResponse(drawn, made);
-    });
-  } else {
-    drawWords(drawn, facts.faults.length > 0 ? 'Nothing to play: see the faults.'
-      : facts.stream ? 'The chip receives events and makes no samples here.' : 'Nothing yet: add a tap or a curve.');
-  }
+  clipped(drawn, () => {
+    if (playable) drawSamples(drawn, piece);
+    if (made !== null && made.response.numbers.peak > 0) drawResponse(drawn, made);
+  });
+  const [faulty, { stream }] = [facts.faults.length > 0, facts];
+  const why = faulty ? 'Nothing to play: see the faults.'
+    : stream ? 'The chip receives events and makes no samples here.' : 'Nothing yet: add a tap or a curve.';
+  if (!playable) write(drawn, why, (drawn.left + drawn.right) / 2, drawn.y(20), 'center', 'middle');
   showReading();
   showNumbers(made?.response ?? null);
-  element('waveform-words', HTMLElement).textContent = facts.faults.length > 0 ? ''
-    : facts.stream ? `${facts.length} bytes of events`
-      : `${facts.length} samples · ${facts.length_ms.toFixed(1)} ms`;
-}
-
-/** @param {Plot} plot @param {string} words */
-function drawWords({ draw, left, right, top, bottom }, words) {
-  draw.fillStyle = colour('muted');
-  draw.textAlign = 'center';
-  draw.textBaseline = 'middle';
-  draw.font = '13px system-ui, "DejaVu Sans", sans-serif';
-  draw.fillText(words, (left + right) / 2, (top + bottom) / 2 - 14, right - left);
+  element('waveform-words', HTMLElement).textContent = faulty ? ''
+    : stream ? `${facts.length} bytes of events` : `${facts.length} samples · ${facts.length_ms.toFixed(1)} ms`;
 }
 
 /** @param {Response | null} made */
@@ -255,6 +223,9 @@ function watchPan() {
   canvas.addEventListener('pointerleave', forgetReading);
 }
 
+/** @param {Partial<State['response']>} changes */
+const set = (changes) => show({ response: { ...current().response, ...changes } });
+
 export function startWaveform() {
   watchPan();
   watchZoom(canvas);
@@ -262,9 +233,7 @@ export function startWaveform() {
     if (key === 'ArrowLeft') pan(-0.1);
     if (key === 'ArrowRight') pan(0.1);
   });
-  element('response', HTMLInputElement).onchange = (event) => {
-    show({ response: { ...current().response, shown: /** @type {HTMLInputElement} */ (event.target).checked } });
-  };
-  onNumber('quality', (quality) => show({ response: { ...current().response, quality } }));
-  onNumber('resonance', (hz) => show({ response: { ...current().response, hz } }));
+  element('response', HTMLInputElement).onchange = () => set({ shown: !current().response.shown });
+  onNumber('quality', (quality) => set({ quality }));
+  onNumber('resonance', (hz) => set({ hz }));
 }

@@ -97,7 +97,7 @@ export const pointOnScreen = (page, lane, event, point) => page.evaluate(async (
   const { canvas, plot } = lanes[lane];
   const { current } = await import('./state.js');
   const curve = current().design.events[event];
-  const { x, y } = point === 'grip' ? lanes.gripOf(plot, curve) : lanes.placeOf(lanes[lane], plot, curve, point);
+  const [x, y] = point === 'grip' ? lanes.gripOf(plot, curve) : lanes.placeOf(lanes[lane], plot, curve, point);
   const box = canvas.getBoundingClientRect();
   return { x: box.left + x, y: box.top + y };
 }, [lane, event, point]);
