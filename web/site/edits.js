@@ -56,6 +56,16 @@ export function stretched(event, to) {
   return { ...event, duration, points: event.points.map(moved) };
 }
 
+/** @type {{shape: PatternEvent, made: PatternEvent} | null} */
+let stretching = null;
+
+/** Once more: from the shape before the first time, so that no share is lost. @type {typeof stretched} */
+export function restretched(event, to) {
+  const shape = stretching?.made === event ? stretching.shape : event;
+  stretching = { shape, made: stretched(shape, to) };
+  return stretching.made;
+}
+
 /** @type {(event: PatternEvent, by: number) => PatternEvent} */
 export const strengthened = (event, by) =>
   event.type === 'transient'

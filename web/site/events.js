@@ -2,20 +2,18 @@
 // The events as a list, each with its warnings and faults, and the exact values of the selected one.
 
 import { change } from './commands.js';
-import { endOf, shortestCurve, stretched } from './edits.js';
+import { endOf, restretched, shortestCurve } from './edits.js';
 import { element, make, putValue, takeNumbers } from './page.js';
 import { current, show } from './state.js';
 import { motorOf, patternPiece } from './wasm.js';
 
-/** @import {PatternEvent} from './state.js' */
+/** @import {PatternEvent, Words} from './state.js' */
 /** @import {Facts} from './wasm.js' */
 
 const fields = element('fields', HTMLDivElement);
 const list = element('events', HTMLOListElement);
 
-/** @typedef {{line: string, kind: 'fault' | 'warning'}} Words of the command */
-
-/** Of an event's number, 0: of none in particular. @param {Facts} facts @returns {Map<number, Words[]>} */
+/** Of the command, by an event's number, 0: of none in particular. @param {Facts} facts @returns {Map<number, Words[]>} */
 function wordsOf(facts) {
   /** @type {Map<number, Words[]>} */
   const words = new Map();
@@ -30,7 +28,7 @@ function wordsOf(facts) {
   return words;
 }
 
-/** @param {Words[]} words */
+/** @param {readonly Words[]} words */
 export const wordItems = (words = []) => words.map(({ line, kind }) => make('li', { className: kind }, line));
 
 /** @param {PatternEvent} event */
@@ -46,7 +44,7 @@ function summaryOf(event) {
 let listed = [];
 
 export function showEvents() {
-  const { design, event: chosen, point } = current();
+  const { design, event: chosen, point, cursor } = current();
   const words = wordsOf(patternPiece(design).facts);
   const keys = design.events.map((event, i) => JSON.stringify([summaryOf(event), words.get(i + 1), i === chosen]));
   while (list.children.length > keys.length) list.lastElementChild?.remove();
@@ -64,7 +62,7 @@ export function showEvents() {
   showFields();
   const event = design.events[chosen];
   const at = event?.type === 'continuous' && point >= 0 ? event.points[point] : null;
-  element('status', HTMLElement).textContent = event === undefined ? ''
+  element('status', HTMLElement).textContent = event === undefined ? `cursor at ${cursor} ms`
     : `${kindOf(event)} ${chosen + 1}, ${summaryOf(event)}` +
       (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
 }
@@ -124,15 +122,9 @@ function showFields() {
 const labelled = (label, name) =>
   make('label', {}, label, ' ', numberField(label, (event) => event[name], (event, value) => ({ ...event, [name]: value })));
 
-/** Stretches the shape that the curve had when the field was entered. */
 function durationField() {
-  /** @type {PatternEvent | undefined} */
-  let entered;
-  const input = numberField('Duration, ms', (event) => event.duration,
-    (event, value) => stretched(entered ?? event, value));
+  const input = numberField('Duration, ms', (event) => event.duration, restretched);
   input.min = String(shortestCurve);
-  input.addEventListener('focus', () => (entered = current().design.events[current().event]));
-  input.addEventListener('blur', () => (entered = undefined));
   return make('label', {}, 'Duration, ms', ' ', input);
 }
 

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns in files, links and the browser's own store.
 
+import { wordItems } from './events.js';
 import { element, make, setValue } from './page.js';
 import { current, edit, emptyDesign, forgetPast, show } from './state.js';
 import { form, patternPiece, patternText, readPattern } from './wasm.js';
 
-/** @import {Design} from './state.js' */
+/** @import {Design, State, Words} from './state.js' */
 
 export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
+
+/** @param {Words['kind']} kind @param {string[]} lines */
+const say = (kind, ...lines) => show({ messages: lines.map((line) => ({ line, kind })) });
 
 /**
  * A design whose events are written in JSON. Nothing gets in but what the command reads; else its words are shown. What
@@ -20,7 +24,7 @@ function take(rest, json, file) {
   readPattern(json, file, rest.profile, rest.loops, rest.interval); // throws where there is no such profile
   const piece = readPattern(json, file, emptyDesign.profile);
   const { faults } = piece.facts;
-  if (faults.length > 0) return show({ messages: faults });
+  if (faults.length > 0) return say('fault', ...faults);
   const canonical = new TextDecoder().decode(form(piece, 'json', current().response) ?? undefined);
   edit({ ...rest, events: JSON.parse(canonical).events }, '', selected);
 }
@@ -37,10 +41,7 @@ export const exported = (kind) => form(patternPiece(current().design), kind, cur
 /** @param {string} kind */
 function download(kind) {
   const bytes = exported(kind);
-  if (bytes === null) {
-    show({ messages: [`${kind.toUpperCase()}: nothing to write.`] });
-    return;
-  }
+  if (bytes === null) return say('fault', `${kind.toUpperCase()}: nothing to write.`);
   const address = URL.createObjectURL(new Blob([bytes]));
   make('a', { href: address, download: `${current().design.name || 'pattern'}.${kind}` }).click();
   setTimeout(() => URL.revokeObjectURL(address), 10000);
@@ -63,11 +64,13 @@ async function designIn(fragment) {
   return new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw')));
 }
 
+/** As the library can be told. @param {any} value */
+const isInteger = (value) => (value | 0) === value;
+
 /** A design of a link or an earlier visit, which may be anything. @param {string} text */
 function takeDesign(text) {
   const { name, profile, loops, interval, events } = JSON.parse(text);
   const { motor, chip, boost } = profile;
-  const isInteger = (/** @type {any} */ value) => (value | 0) === value; // what the library can be told
   if (typeof name !== 'string' || ![motor, chip, loops, interval].every(isInteger) || interval < 0) throw new Error();
   const rest = { name, profile: { motor, chip, boost: Boolean(boost) }, loops, interval };
   if (Array.isArray(events) && events.length === 0) edit({ ...rest, events: [] }, '', selected);
@@ -86,20 +89,23 @@ async function openLink() {
   try {
     takeDesign(await designIn(location.hash));
   } catch {
-    show({ messages: ['This link carries no pattern.'] });
+    say('fault', 'This link carries no pattern.');
   }
   history.replaceState(null, '', location.pathname);
 }
 
 async function restoreLast() {
   try {
-    takeDesign(localStorage.getItem(store) ?? '');
+    const text = sessionStorage.getItem(store) ?? localStorage.getItem(store) ?? ''; // of this tab, or of the last one
+    takeDesign(text);
+    const { shown, quality, hz } = JSON.parse(text).response;
+    if (isInteger(quality) && isInteger(hz)) show({ response: { shown: Boolean(shown), quality, hz } });
   } catch {
     await openExample(examples[0]); // nothing is kept, or nothing may be
   }
 }
 
-/** @type {Design | null} */
+/** @type {Pick<State, 'design' | 'response'> | null} */
 let kept = null;
 
 /** Whether it could be read again: what is wrong on this motor alone may be mended later. @param {Design} design */
@@ -108,11 +114,11 @@ const isReadable = (design) => design.events.length === 0 || patternPiece(design
 
 /** What cannot be read again is not worth to come back to. */
 export function keep() {
-  const { design } = current();
-  if (design === kept || !isReadable(design)) return;
-  kept = design;
+  const { design, response } = current();
+  if ((design === kept?.design && response === kept.response) || !isReadable(design)) return;
+  kept = { design, response };
   try {
-    localStorage.setItem(store, JSON.stringify(design));
+    for (const place of [localStorage, sessionStorage]) place.setItem(store, JSON.stringify({ ...design, response }));
   } catch {
     // The browser may forbid it.
   }
@@ -127,10 +133,10 @@ async function copyLink() {
   const link = location.href.replace(/#.*/, '') + (await fragmentOf(current().design));
   try {
     await navigator.clipboard.writeText(link);
-    show({ messages: ['The link is copied.'] });
+    say('done', 'The link is copied.');
   } catch {
     history.replaceState(null, '', link);
-    show({ messages: ['The link is in the address bar.'] });
+    say('done', 'The link is in the address bar.');
   }
 }
 
@@ -152,6 +158,7 @@ export function startFiles() {
   };
   element('new', HTMLButtonElement).onclick = () => edit({ events: [], name: emptyDesign.name }, '', selected);
   element('link', HTMLButtonElement).onclick = copyLink;
+  element('close', HTMLButtonElement).onclick = () => say('done');
   const name = element('name', HTMLInputElement);
   name.oninput = () => edit({ name: name.value }, 'name');
   for (const button of document.querySelectorAll('[data-form]')) {
@@ -165,6 +172,9 @@ export function startFiles() {
   window.addEventListener('hashchange', openLink);
 }
 
+/** @type {State['messages'] | null} */
+let said = null;
+
 export function showFiles() {
   const { design, messages } = current();
   const { facts } = patternPiece(design);
@@ -175,7 +185,8 @@ export function showFiles() {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';
     /** @type {HTMLButtonElement} */ (button).disabled = none || (facts.stream && ['wav', 'svg'].includes(kind));
   }
-  const lines = messages.map((line) => make('p', {}, line));
-  const box = element('messages', HTMLElement);
-  if (box.textContent !== messages.join('')) box.replaceChildren(...lines);
+  if (messages === said) return;
+  said = messages;
+  element('messages', HTMLElement).replaceChildren(...wordItems(messages));
+  element('notice', HTMLElement).hidden = messages.length === 0;
 }

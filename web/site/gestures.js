@@ -2,7 +2,7 @@
 // Mouse, touch and keys in the lanes.
 
 import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
-import { endOf, newCurve, newTap, startedAt, strengthened, stretched, withPoint } from './edits.js';
+import { endOf, newCurve, newTap, restretched, startedAt, strengthened, stretched, withPoint } from './edits.js';
 import { frequencyLane, gripOf, lanes, placeOf } from './lanes.js';
 import { current, edit, endStep, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
@@ -162,6 +162,8 @@ const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, 1], ArrowD
 const keys = {
   t: addTap, c: addCurve, d: duplicate, Delete: remove, Backspace: remove,
   PageDown: () => selectNext(1), PageUp: () => selectNext(-1),
+  Home: () => show({ event: -1, cursor: 0 }),
+  End: () => show({ event: -1, cursor: Math.max(0, ...current().design.events.map(endOf)) }),
   Escape: () => {
     end(false);
     show({ event: -1 });
@@ -174,7 +176,7 @@ const keys = {
 function nudge(lane, ms, value, stretch) {
   const { event, point, cursor } = current();
   if (event < 0) show({ cursor: Math.max(0, cursor + ms) });
-  else if (stretch) change((old) => stretched(old, endOf(old) - old.start + ms), 'stretch');
+  else if (stretch) change((old) => restretched(old, endOf(old) - old.start + ms), 'stretch');
   else if (point >= 0) change((old) => movedPoint(lane, /** @type {Curve} */ (old), point, ms, value), `point ${point}`);
   else change((old) => startedAt(lane === frequencyLane ? old : strengthened(old, value), old.start + ms), 'move');
 }

@@ -62,5 +62,6 @@ async function begin() {
 }
 
 begin().catch((error) => {
+  element('notice', HTMLElement).hidden = false;
   element('messages', HTMLElement).textContent = `The studio cannot start: ${error.message}`;
 });

@@ -27,8 +27,8 @@ export function showProfile() {
   const { profile, loops, interval } = current().design;
   motor.value = String(profile.motor);
   chip.value = String(profile.chip);
-  boost.checked = profile.boost;
   boost.disabled = !motorOf(profile).boost;
+  boost.checked = profile.boost && !boost.disabled;
   setValue('loops', loops);
   setValue('interval', interval);
   element('interval', HTMLInputElement).disabled = patternPiece(current().design).facts.stream; // it has no gaps

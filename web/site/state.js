@@ -9,13 +9,14 @@
  * @typedef {{motor: number, chip: number, boost: boolean}} Profile
  * @typedef {{name: string, profile: Profile, loops: number, interval: number, events: readonly PatternEvent[]}} Design
  * @typedef {{from: number, to: number}} Span in milliseconds
+ * @typedef {{line: string, kind: 'fault' | 'warning' | 'done'}} Words
  */
 
 /**
  * `event` and `point` are indices, -1: none. `view` null: everything. `messages` are about the last file or link.
  * @typedef {{design: Design, event: number, point: number, cursor: number, view: Span | null,
  *   tap: {level: number, intensity: number, inPattern: boolean},
- *   response: {shown: boolean, quality: number, hz: number}, messages: readonly string[]}} State
+ *   response: {shown: boolean, quality: number, hz: number}, messages: readonly Words[]}} State
  */
 
 /** @type {Design} */

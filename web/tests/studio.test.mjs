@@ -46,7 +46,7 @@ test('exports are the bytes of the command, and so are faults and warnings', asy
         const wanted = chip === '11' ? ['bin', 'csv'] : forms;
         const { status, lines } = lrasynth(...words, ...(chip === '11' ? [] : ['--response']), '--save',
           join(scratch, 'o.json'), ...wanted.map((form) => join(scratch, `o.${form}`)));
-        const said = await page.locator('.words:not(#tap-warnings) > li').allTextContents();
+        const said = await page.locator('.words:not(#tap-warnings, #messages) > li').allTextContents();
         if (status !== 0) {
           assert.deepEqual(said, lines.map((line) => line.replace(/^[^ ]* /, '')), `${words}`);
           assert.equal(await exported(page, 'bin'), null);
@@ -120,8 +120,8 @@ test('a wrong file shows the lines of the command and leaves the work alone', as
     const { status, lines } = lrasynth('pattern', file);
     const wanted = lines.map((line) => line.replace(`${scratch}/`, ''));
     assert.equal(status, 2);
-    await page.waitForFunction((first) => document.querySelector('#messages p')?.textContent === first, wanted[0]);
-    assert.deepEqual(await page.locator('#messages p').allTextContents(), wanted);
+    await page.waitForFunction((first) => document.querySelector('#messages li')?.textContent === first, wanted[0]);
+    assert.deepEqual(await page.locator('#messages li').allTextContents(), wanted);
     assert.ok((await exported(page, 'json')).equals(old));
   }
 });
@@ -139,10 +139,17 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   });
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
+  await page.fill('#quality', '35');
   await shown(page);
-  await page.reload();
+  const tab = await openPage({ context: page.context() });
+  assert.ok((await exported(tab, 'bin')).equals(bytes));
+  await tab.click('#new');
+  await shown(tab);
+  await page.reload(); // each tab has its own
   await drawn(page);
   assert.ok((await exported(page, 'bin')).equals(bytes));
+  assert.equal(await page.inputValue('#quality'), '35');
+  assert.equal(await page.locator('#motor option').count(), 4);
   assert.ok(await page.isDisabled('#undo'));
   await other.click('#undo');
   await shown(other);
@@ -167,7 +174,8 @@ test('keys alone build a pattern', async () => {
   };
   await press('t Shift+ArrowUp ArrowRight c 3 ArrowDown ArrowDown Shift+ArrowRight');
   await tabTo('frequency-lane');
-  await press('2 Shift+ArrowUp 0 Alt+Shift+ArrowRight PageUp d');
+  // Shrunk to next to nothing, a curve still knows its shape.
+  await press(`2 Shift+ArrowUp 0${' Alt+Shift+ArrowLeft'.repeat(19)}${' Alt+Shift+ArrowRight'.repeat(20)} PageUp d`);
   assert.deepEqual(await savedEvents(page), [
     { type: 'transient', start: 1, intensity: 90, level: 50 },
     { type: 'continuous', start: 50, duration: 210, points: [[0, 0, 0], [53, 80, 10], [147, 78, 0], [210, 0, 0]] },
@@ -189,6 +197,9 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   await page.mouse.move(x + 40, y);
   await page.mouse.up();
   assert.deepEqual(await savedEvents(page), before.filter((_, i) => i !== 1));
+  await page.locator('.event').first().click();
+  await page.getByLabel('Start, ms').fill('9000');
+  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^3 .*9000 /);
   await page.click('#new');
   await shown(page);
   await page.reload();
