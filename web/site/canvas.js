@@ -122,5 +122,5 @@ export function within({ draw }, places, body) {
 export function clipped(plot, body) {
   const { left, right, top, bottom, span } = plot;
   const room = span.from > 0 ? 0 : 6;
-  within(plot, box(left - room, top - 6, right - left + room, bottom - top + 12), body);
+  within(plot, box(left - room, top - 14, right - left + room, bottom - top + 20), body);
 }

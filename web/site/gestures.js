@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // Mouse, touch and keys in the lanes.
 
+import { box } from './canvas.js';
 import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
 import { endOf, newCurve, newTap, restretched, startedAt, strengthened, stretched, withPoint } from './edits.js';
-import { frequencyLane, gripOf, lanes, placeOf } from './lanes.js';
+import { frequencyLane, gripOf, intensityLane, lanes, placeOf } from './lanes.js';
 import { current, edit, endStep, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
-import { forgetReading, readAt } from './waveform.js';
+import { forgetReading, readAt, waveformLane } from './waveform.js';
 
-/** @import {Place, Plot} from './canvas.js' */
+/** @import {Place, Places, Plot} from './canvas.js' */
 /** @import {Lane} from './lanes.js' */
 /** @import {Curve, CurvePoint, PatternEvent, Span} from './state.js' */
 
@@ -29,7 +30,7 @@ export const isDragging = () => drag?.target != null;
 function targetAt(lane, x, y, reach) {
   const { plot } = lane;
   const { design, event: chosen } = current();
-  if (plot === null) return null;
+  if (plot === null || lane.field === 0) return null;
   const order = design.events.map((_, i) => i).reverse();
   if (chosen >= 0) order.unshift(chosen);
   const near = (/** @type {Place} */ place) => Math.hypot(place[0] - x, place[1] - y) <= reach;
@@ -46,27 +47,35 @@ function targetAt(lane, x, y, reach) {
   return event === undefined ? null : { event, part: 'whole', point: -1 };
 }
 
+/** What of an event can be touched. @param {Lane} lane @param {Plot} plot @param {PatternEvent} event @returns {Places} */
+function shapeOf(lane, plot, event) {
+  const [left, right] = [plot.x(event.start), plot.x(endOf(event))];
+  if (event.type === 'transient') {
+    const top = lane.field === 1 ? plot.y(event.intensity) - 14 : plot.top;
+    return box(left, top, Math.max(6, right - left), plot.bottom - top);
+  }
+  const places = event.points.map((_, i) => placeOf(lane, plot, event, i));
+  return lane.field === 1 ? [[left, plot.bottom], ...places, [right, plot.bottom]] : places;
+}
+
 /**
  * @param {Lane} lane @param {Plot} plot @param {PatternEvent} event
  * @param {number} x @param {number} y @param {number} reach
  */
 function touches(lane, plot, event, x, y, reach) {
-  const [left, right] = [plot.x(event.start), plot.x(endOf(event))];
-  if (event.type === 'transient') {
-    return x > left - 4 && x < Math.max(right, left + 6) && (lane.field === 2 || y > plot.y(event.intensity) - 14);
-  }
-  if (x < left || x > right) return false;
-  const places = event.points.map((_, i) => placeOf(lane, plot, event, i));
-  const next = Math.max(1, places.findIndex((place) => place[0] >= x));
-  const [[fromX, fromY], [toX, toY]] = [places[next - 1], places[next]];
-  const edge = toX > fromX ? fromY + ((toY - fromY) * (x - fromX)) / (toX - fromX) : toY;
-  return lane.field === 1 ? y > edge - reach / 2 : Math.abs(y - edge) < reach;
+  const { draw } = plot;
+  const isLine = lane.field === 2 && event.type === 'continuous';
+  const { a: scale } = draw.getTransform();
+  draw.beginPath();
+  for (const place of shapeOf(lane, plot, event)) draw.lineTo(...place);
+  draw.lineWidth = isLine ? 2 * reach : reach;
+  return draw.isPointInStroke(x * scale, y * scale) || (!isLine && draw.isPointInPath(x * scale, y * scale));
 }
 
 /** @param {Lane} lane @param {{clientX: number, clientY: number}} event */
 function placeIn(lane, { clientX, clientY }) {
-  const box = lane.canvas.getBoundingClientRect();
-  return { x: clientX - box.left, y: clientY - box.top };
+  const { left, top } = lane.canvas.getBoundingClientRect();
+  return { x: clientX - left, y: clientY - top };
 }
 
 /** @param {Lane} lane @param {PointerEvent} event */
@@ -137,7 +146,7 @@ function end(kept) {
 /** @param {Lane} lane @param {MouseEvent} event */
 function place(lane, event) {
   const { x, y } = placeIn(lane, event);
-  if (lane.plot === null || targetAt(lane, x, y, 9) !== null) return;
+  if (lane.plot === null || lane.field === 0 || targetAt(lane, x, y, 9) !== null) return;
   const start = Math.max(0, lane.plot.msAt(x));
   const strength = lane.field === 1 ? lane.plot.valueAt(y) : 80;
   add(event.shiftKey ? newCurve(start, strength) : newTap(start, current().tap.level, strength));
@@ -182,7 +191,7 @@ function nudge(lane, ms, value, stretch) {
 }
 
 export function startGestures() {
-  for (const lane of lanes) {
+  for (const lane of [...lanes, waveformLane]) {
     const { canvas } = lane;
     watchZoom(canvas);
     canvas.addEventListener('pointerdown', (event) => begin(lane, event));
@@ -196,7 +205,7 @@ export function startGestures() {
     canvas.addEventListener('pointercancel', () => end(false));
     canvas.addEventListener('pointerleave', forgetReading);
     canvas.addEventListener('dblclick', (event) => place(lane, event));
-    canvas.addEventListener('keydown', (event) => press(lane, event));
+    canvas.addEventListener('keydown', (event) => press(lane.field === 0 ? intensityLane : lane, event));
     // A finger on something drags it, one on the free ground may scroll the page.
     canvas.addEventListener('touchstart', (event) => {
       const { x, y } = placeIn(lane, event.touches[0]);

@@ -13,8 +13,8 @@ import { hertzOf, patternPiece } from './wasm.js';
 /** @import {EventFacts, Facts, Sweep} from './wasm.js' */
 
 /**
- * A lane shows one field of a point; `field` is its index in it.
- * @typedef {{canvas: HTMLCanvasElement, field: 1 | 2, plot: Plot | null,
+ * A lane shows one field of a point; `field` is its index in it, 0: none.
+ * @typedef {{canvas: HTMLCanvasElement, field: 0 | 1 | 2, plot: Plot | null,
  *   shown: (value: number) => number, value: (shown: number) => number}} Lane
  */
 
@@ -68,7 +68,7 @@ export function showLanes(held) {
 
 /** @param {Lane} lane @param {Facts} facts @param {number[]} lines @param {number} high */
 function showLane(lane, facts, lines, high) {
-  const plot = plotOn(lane.canvas, shownSpan(), [0, high], { top: lane.field === 1 ? 20 : 8 });
+  const plot = plotOn(lane.canvas, shownSpan(), [0, high], { top: lane.field === 1 ? 30 : 8 });
   lane.plot = plot;
   drawGrid(plot, lines);
   const { design, event: chosen } = current();
@@ -139,7 +139,7 @@ function drawTap(plot, lane, event, facts, chosen) {
   const isOutside = left > plot.right || left + wide < plot.left;
   if (isOutside || (Math.abs(middle - labelled) < 30 && !chosen)) return;
   labelled = middle;
-  write(plot, `L${event.level}`, middle, Math.max(plot.top + 6, high - 2), 'center', 'bottom', chosen ? 'chosen' : 'muted');
+  write(plot, `L${event.level}`, middle, high - 2, 'center', 'bottom', chosen ? 'chosen' : 'muted');
 }
 
 /** @param {Plot} plot @param {Lane} lane @param {Curve} event @param {boolean} chosen */

@@ -72,6 +72,8 @@ export function watchZoom(canvas) {
     if (ctrlKey || metaKey) return;
     if (key === '+') zoom(0.5);
     if (key === '-') zoom(2);
+    if (key === '<') pan(-0.1);
+    if (key === '>') pan(0.1);
     if (key === 'a' || key === 'A') show({ view: null });
   });
 }

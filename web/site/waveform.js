@@ -4,18 +4,21 @@
 import { box, clipped, drawGrid, fill, plotOn, stroke, write } from './canvas.js';
 import { element, make, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
-import { pan, shownSpan, watchZoom } from './view.js';
+import { shownSpan } from './view.js';
 import { extremes, isPlayable, motorOf, patternPiece, response, samples } from './wasm.js';
 
 /** @import {Places, Plot} from './canvas.js' */
+/** @import {Lane} from './lanes.js' */
 /** @import {Span, State} from './state.js' */
 /** @import {Piece, Response} from './wasm.js' */
 
-const canvas = element('waveform', HTMLCanvasElement);
+/** A lane without points. @type {Lane} */
+export const waveformLane = {
+  canvas: element('waveform', HTMLCanvasElement), field: 0, plot: null,
+  shown: (value) => value, value: (shown) => shown,
+};
 const reading = element('reading', HTMLOutputElement);
 const hair = element('hair', HTMLDivElement);
-/** @type {Plot | null} */
-let plot = null;
 
 /** @param {Plot} plot @param {Piece} piece */
 export function drawSamples(plot, piece) {
@@ -128,20 +131,21 @@ export function showWaveform() {
   const piece = patternPiece(design);
   const { facts } = piece;
   const span = shownSpan();
-  plot = plotOn(canvas, span, [-128, 128], { top: facts.sections.length > 0 ? 18 : 8, bottom: 22 });
-  const drawn = plot;
+  const room = { top: facts.sections.length > 0 ? 18 : 8, bottom: 22 };
+  const plot = plotOn(waveformLane.canvas, span, [-128, 128], room);
+  waveformLane.plot = plot;
   const playable = isPlayable(piece);
-  if (playable) drawSections(drawn, piece);
-  drawGrid(drawn, [-128, -64, 0, 64, 128], true);
-  const made = playable && resonator.shown ? responseOf(piece, span, responseColumns(drawn)) : null;
-  clipped(drawn, () => {
-    if (playable) drawSamples(drawn, piece);
-    if (made !== null && made.response.numbers.peak > 0) drawResponse(drawn, made);
+  if (playable) drawSections(plot, piece);
+  drawGrid(plot, [-128, -64, 0, 64, 128], true);
+  const made = playable && resonator.shown ? responseOf(piece, span, responseColumns(plot)) : null;
+  clipped(plot, () => {
+    if (playable) drawSamples(plot, piece);
+    if (made !== null && made.response.numbers.peak > 0) drawResponse(plot, made);
   });
   const [faulty, { stream }] = [facts.faults.length > 0, facts];
   const why = faulty ? 'Nothing to play: see the faults.'
     : stream ? 'The chip receives events and makes no samples here.' : 'Nothing yet: add a tap or a curve.';
-  if (!playable) write(drawn, why, (drawn.left + drawn.right) / 2, drawn.y(20), 'center', 'middle');
+  if (!playable) write(plot, why, (plot.left + plot.right) / 2, plot.y(20), 'center', 'middle');
   showReading();
   showNumbers(made?.response ?? null);
   element('waveform-words', HTMLElement).textContent = faulty ? ''
@@ -166,7 +170,7 @@ function showNumbers(made) {
 }
 
 /** Where a time is, beside the canvases' left edge. @param {number} ms */
-export const xOnWaveform = (ms) => (plot === null ? 0 : plot.x(ms) + canvas.offsetLeft);
+export const xOnWaveform = (ms) => (waveformLane.plot?.x(ms) ?? 0) + waveformLane.canvas.offsetLeft;
 
 /** Where the pointer is, null: elsewhere. @type {number | null} */
 let pointerX = null;
@@ -178,6 +182,7 @@ export function readAt({ clientX }) {
 }
 
 function showReading() {
+  const { plot, canvas } = waveformLane;
   if (plot === null || pointerX === null) return;
   const ms = plot.msAt(pointerX - canvas.getBoundingClientRect().left);
   hair.hidden = ms < Math.max(0, plot.span.from) || ms > plot.span.to;
@@ -196,43 +201,10 @@ export function forgetReading() {
   reading.textContent = '';
 }
 
-/** Dragging moves along, unless with two fingers, and a click sets the cursor. */
-function watchPan() {
-  let isPanning = false;
-  let from = 0;
-  let moved = 0;
-  canvas.addEventListener('pointerdown', (event) => {
-    isPanning = event.isPrimary && event.button === 0;
-    [from, moved] = [event.clientX, 0];
-    canvas.setPointerCapture(event.pointerId);
-  });
-  canvas.addEventListener('pointermove', (event) => {
-    readAt(event);
-    if (!isPanning || plot === null) return;
-    moved += Math.abs(event.clientX - from);
-    pan((from - event.clientX) / (plot.right - plot.left));
-    from = event.clientX;
-  });
-  canvas.addEventListener('pointerup', (event) => {
-    if (isPanning && moved < 4 && plot !== null) {
-      show({ cursor: Math.max(0, Math.round(plot.msAt(event.clientX - canvas.getBoundingClientRect().left))) });
-    }
-    isPanning = false;
-  });
-  canvas.addEventListener('pointercancel', () => (isPanning = false));
-  canvas.addEventListener('pointerleave', forgetReading);
-}
-
 /** @param {Partial<State['response']>} changes */
 const set = (changes) => show({ response: { ...current().response, ...changes } });
 
 export function startWaveform() {
-  watchPan();
-  watchZoom(canvas);
-  canvas.addEventListener('keydown', ({ key }) => {
-    if (key === 'ArrowLeft') pan(-0.1);
-    if (key === 'ArrowRight') pan(0.1);
-  });
   element('response', HTMLInputElement).onchange = () => set({ shown: !current().response.shown });
   onNumber('quality', (quality) => set({ quality }));
   onNumber('resonance', (hz) => set({ hz }));

@@ -199,6 +199,7 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   assert.deepEqual(await savedEvents(page), before.filter((_, i) => i !== 1));
   await page.locator('.event').first().click();
   await page.getByLabel('Start, ms').fill('9000');
+  await shown(page);
   assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^3 .*9000 /);
   await page.click('#new');
   await shown(page);
