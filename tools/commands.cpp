@@ -160,7 +160,6 @@ std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vect
   for (const std::string& file : files) contents.push_back(content_of(file, design::kLargestFile + 1));
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
-    if (design::is_event_stream(profile)) refuse("--chip: 11 plays events, not a waveform");
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
     for (size_t i = 0; i < files.size(); ++i)
       pieces.push_back(pattern_piece(arguments, profile, files[i], contents[i]));
@@ -178,6 +177,9 @@ void run_compare(const Arguments& arguments) {
   }
   if (std::count(files.begin(), files.end(), kStandardOutput) > 1) refuse("-: is named twice");
   const std::vector<lrasynth_profile> profiles = arguments.profiles();
+  for (const lrasynth_profile& profile : profiles) {
+    if (design::is_event_stream(profile)) refuse("--chip: 11 plays events, not a waveform");
+  }
   arguments.refuse_idle({"--boost"}, files.empty(), "for taps");
   arguments.refuse_idle({"--level", "--intensity", "--in-pattern"}, !files.empty(), "beside a pattern");
   arguments.refuse_idle({"--from", "--to"}, picture.empty(), "without an .svg file");
