@@ -15,8 +15,12 @@ export const inset = { left: 40, right: 10 };
 
 const style = getComputedStyle(document.documentElement); // as it is at any time
 
+/** @type {Record<string, string>} */
+let known = {};
+matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => (known = {}));
+
 /** @param {string} name */
-export const colour = (name) => style.getPropertyValue(`--${name}`);
+export const colour = (name) => (known[name] ??= style.getPropertyValue(`--${name}`));
 
 /**
  * The canvas, empty, at the screen's own resolution.

@@ -44,18 +44,16 @@ export function change(change, kind) {
 
 const buttons = { 'add-tap': addTap, 'add-curve': addCurve, duplicate, delete: remove, undo, redo };
 
-export function startCommands() {
-  for (const [id, command] of Object.entries(buttons)) element(id, HTMLButtonElement).onclick = command;
-  document.addEventListener('keydown', (event) => {
-    if (!(event.ctrlKey || event.metaKey) || event.altKey) return;
-    const key = event.key.toLowerCase();
-    const isText = event.target instanceof HTMLInputElement && event.target.type === 'text';
-    if (isText || (key !== 'z' && key !== 'y')) return;
-    event.preventDefault();
-    if (key === 'y' || event.shiftKey) redo();
-    else undo();
-  });
-}
+for (const [id, command] of Object.entries(buttons)) element(id, HTMLButtonElement).onclick = command;
+document.addEventListener('keydown', (event) => {
+  if (!(event.ctrlKey || event.metaKey) || event.altKey) return;
+  const key = event.key.toLowerCase();
+  const isText = event.target instanceof HTMLInputElement && event.target.type === 'text';
+  if (isText || (key !== 'z' && key !== 'y')) return;
+  event.preventDefault();
+  if (key === 'y' || event.shiftKey) redo();
+  else undo();
+});
 
 export function showCommands() {
   element('undo', HTMLButtonElement).disabled = !canUndo();

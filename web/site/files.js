@@ -143,34 +143,32 @@ async function copyLink() {
 /** @param {File | undefined} file */
 const openFile = async (file) => file && open(await file.text(), file.name);
 
-export function startFiles() {
-  const input = element('file', HTMLInputElement);
-  const choice = element('example', HTMLSelectElement);
-  choice.append(...examples.map((name) => new Option(name)));
-  choice.onchange = async () => {
-    if (choice.value !== '') await openExample(choice.value);
-    choice.value = '';
-  };
-  element('open', HTMLButtonElement).onclick = () => input.click();
-  input.onchange = async () => {
-    await openFile(input.files?.[0]);
-    input.value = '';
-  };
-  element('new', HTMLButtonElement).onclick = () => edit({ events: [], name: emptyDesign.name }, '', selected);
-  element('link', HTMLButtonElement).onclick = copyLink;
-  element('close', HTMLButtonElement).onclick = () => say('done');
-  const name = element('name', HTMLInputElement);
-  name.oninput = () => edit({ name: name.value }, 'name');
-  for (const button of document.querySelectorAll('[data-form]')) {
-    button.addEventListener('click', () => download(/** @type {HTMLElement} */ (button).dataset.form ?? ''));
-  }
-  document.addEventListener('dragover', (event) => event.preventDefault());
-  document.addEventListener('drop', async (event) => {
-    event.preventDefault();
-    await openFile(event.dataTransfer?.files[0]);
-  });
-  window.addEventListener('hashchange', openLink);
+const input = element('file', HTMLInputElement);
+const choice = element('example', HTMLSelectElement);
+choice.append(...examples.map((name) => new Option(name)));
+choice.onchange = async () => {
+  if (choice.value !== '') await openExample(choice.value);
+  choice.value = '';
+};
+element('open', HTMLButtonElement).onclick = () => input.click();
+input.onchange = async () => {
+  await openFile(input.files?.[0]);
+  input.value = '';
+};
+element('new', HTMLButtonElement).onclick = () => edit({ events: [], name: emptyDesign.name }, '', selected);
+element('link', HTMLButtonElement).onclick = copyLink;
+element('close', HTMLButtonElement).onclick = () => say('done');
+const name = element('name', HTMLInputElement);
+name.oninput = () => edit({ name: name.value }, 'name');
+for (const button of document.querySelectorAll('[data-form]')) {
+  button.addEventListener('click', () => download(/** @type {HTMLElement} */ (button).dataset.form ?? ''));
 }
+document.addEventListener('dragover', (event) => event.preventDefault());
+document.addEventListener('drop', async (event) => {
+  event.preventDefault();
+  await openFile(event.dataTransfer?.files[0]);
+});
+window.addEventListener('hashchange', openLink);
 
 /** @type {State['messages'] | null} */
 let said = null;

@@ -190,27 +190,25 @@ function nudge(lane, ms, value, stretch) {
   else change((old) => startedAt(lane === frequencyLane ? old : strengthened(old, value), old.start + ms), 'move');
 }
 
-export function startGestures() {
-  for (const lane of [...lanes, waveformLane]) {
-    const { canvas } = lane;
-    watchZoom(canvas);
-    canvas.addEventListener('pointerdown', (event) => begin(lane, event));
-    canvas.addEventListener('pointermove', (event) => {
-      go(event);
-      readAt(event);
-      const { x, y } = placeIn(lane, event);
-      if (drag === null) canvas.dataset.over = targetAt(lane, x, y, 9)?.part ?? '';
-    });
-    canvas.addEventListener('pointerup', () => end(true));
-    canvas.addEventListener('pointercancel', () => end(false));
-    canvas.addEventListener('pointerleave', forgetReading);
-    canvas.addEventListener('dblclick', (event) => place(lane, event));
-    canvas.addEventListener('keydown', (event) => press(lane.field === 0 ? intensityLane : lane, event));
-    // A finger on something drags it, one on the free ground may scroll the page.
-    canvas.addEventListener('touchstart', (event) => {
-      const { x, y } = placeIn(lane, event.touches[0]);
-      if (event.touches.length > 1) end(false);
-      if (event.touches.length > 1 || targetAt(lane, x, y, 20) !== null) event.preventDefault();
-    }, { passive: false });
-  }
+for (const lane of [...lanes, waveformLane]) {
+  const { canvas } = lane;
+  watchZoom(canvas);
+  canvas.addEventListener('pointerdown', (event) => begin(lane, event));
+  canvas.addEventListener('pointermove', (event) => {
+    go(event);
+    readAt(event);
+    const { x, y } = placeIn(lane, event);
+    if (drag === null) canvas.dataset.over = targetAt(lane, x, y, 9)?.part ?? '';
+  });
+  canvas.addEventListener('pointerup', () => end(true));
+  canvas.addEventListener('pointercancel', () => end(false));
+  canvas.addEventListener('pointerleave', forgetReading);
+  canvas.addEventListener('dblclick', (event) => place(lane, event));
+  canvas.addEventListener('keydown', (event) => press(lane.field === 0 ? intensityLane : lane, event));
+  // A finger on something drags it, one on the free ground may scroll the page.
+  canvas.addEventListener('touchstart', (event) => {
+    const { x, y } = placeIn(lane, event.touches[0]);
+    if (event.touches.length > 1) end(false);
+    if (event.touches.length > 1 || targetAt(lane, x, y, 20) !== null) event.preventDefault();
+  }, { passive: false });
 }

@@ -61,15 +61,13 @@ function follow() {
   requestAnimationFrame(follow);
 }
 
-export function startListen() {
-  element('play', HTMLButtonElement).onclick = () => play(patternPiece(current().design), true);
-  element('stop', HTMLButtonElement).onclick = stop;
-  element('repeat', HTMLInputElement).onchange = (event) => {
-    if (playing?.isPattern) playing.source.loop = /** @type {HTMLInputElement} */ (event.target).checked;
-  };
-  // What is heard is what is shown.
-  onChange(() => playing?.isPattern && playing.piece !== patternPiece(current().design) && stop());
-}
+element('play', HTMLButtonElement).onclick = () => play(patternPiece(current().design), true);
+element('stop', HTMLButtonElement).onclick = stop;
+element('repeat', HTMLInputElement).onchange = (event) => {
+  if (playing?.isPattern) playing.source.loop = /** @type {HTMLInputElement} */ (event.target).checked;
+};
+// What is heard is what is shown.
+onChange(() => playing?.isPattern && playing.piece !== patternPiece(current().design) && stop());
 
 export function showListen() {
   element('play', HTMLButtonElement).disabled = !isPlayable(patternPiece(current().design));

@@ -14,14 +14,12 @@ const boost = element('boost', HTMLInputElement);
 /** @param {Partial<Profile>} changes */
 const set = (changes) => edit({ profile: { ...current().design.profile, ...changes } });
 
-export function startProfile() {
-  motor.append(...about().motors.map((row) => new Option(`${row.motor} · ${row.resonance} Hz`, String(row.motor))));
-  motor.onchange = () => set({ motor: Number(motor.value) });
-  chip.onchange = () => set({ chip: Number(chip.value) });
-  boost.onchange = () => set({ boost: boost.checked });
-  element('interval', HTMLInputElement).max = String(about().longest_ms);
-  for (const id of ['loops', 'interval']) onNumber(id, (value) => edit({ [id]: value }, id));
-}
+motor.append(...about.motors.map((row) => new Option(`${row.motor} · ${row.resonance} Hz`, String(row.motor))));
+motor.onchange = () => set({ motor: Number(motor.value) });
+chip.onchange = () => set({ chip: Number(chip.value) });
+boost.onchange = () => set({ boost: boost.checked });
+element('interval', HTMLInputElement).max = String(about.longest_ms);
+for (const id of ['loops', 'interval']) onNumber(id, (value) => edit({ [id]: value }, id));
 
 export function showProfile() {
   const { profile, loops, interval } = current().design;

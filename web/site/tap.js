@@ -118,22 +118,20 @@ function stripImage(profile, tap) {
 /** @param {Partial<State['tap']>} changes */
 const set = (changes) => show({ tap: { ...current().tap, ...changes } });
 
-export function startTap() {
-  for (const id of ['level', 'intensity']) {
-    for (const field of [id, `${id}-number`]) onNumber(field, (value) => set({ [id]: value }));
-  }
-  element('in-pattern', HTMLInputElement).onchange = () => set({ inPattern: !current().tap.inPattern });
-  element('tap-listen', HTMLButtonElement).onclick = () => last.piece && play(last.piece, false);
-  element('tap-add', HTMLButtonElement).onclick = () => {
-    const { cursor, tap } = current();
-    add(newTap(cursor, tap.level, tap.intensity));
-  };
-  const choose = (/** @type {PointerEvent} */ event) => {
-    if (event.buttons === 0) return;
-    const box = strip.getBoundingClientRect();
-    const share = (event.clientX - box.left - 40) / (box.width - 50);
-    set({ level: Math.min(100, Math.max(0, Math.floor(share * levels))) });
-  };
-  strip.addEventListener('pointerdown', choose);
-  strip.addEventListener('pointermove', choose);
+for (const id of ['level', 'intensity']) {
+  for (const field of [id, `${id}-number`]) onNumber(field, (value) => set({ [id]: value }));
 }
+element('in-pattern', HTMLInputElement).onchange = () => set({ inPattern: !current().tap.inPattern });
+element('tap-listen', HTMLButtonElement).onclick = () => last.piece && play(last.piece, false);
+element('tap-add', HTMLButtonElement).onclick = () => {
+  const { cursor, tap } = current();
+  add(newTap(cursor, tap.level, tap.intensity));
+};
+const choose = (/** @type {PointerEvent} */ event) => {
+  if (event.buttons === 0) return;
+  const box = strip.getBoundingClientRect();
+  const share = (event.clientX - box.left - 40) / (box.width - 50);
+  set({ level: Math.min(100, Math.max(0, Math.floor(share * levels))) });
+};
+strip.addEventListener('pointerdown', choose);
+strip.addEventListener('pointermove', choose);

@@ -20,7 +20,7 @@ export function wholeSpan(design) {
   return { from: 0, to: Math.min(longest(), Math.ceil((end * 1.08) / step) * step) };
 }
 
-const longest = () => about().longest_ms * 2;
+const longest = () => about.longest_ms * 2;
 
 /** @returns {Span} */
 export const shownSpan = () => current().view ?? wholeSpan(current().design);
@@ -32,12 +32,12 @@ export function lookAt({ from, to }) {
   show({ view: { from: start, to: start + length } });
 }
 
-/** @param {number} factor below 1: closer @param {number} [about] ms that stay where they are */
-export function zoom(factor, about) {
+/** @param {number} factor below 1: closer @param {number} [stays] ms that stay where they are */
+export function zoom(factor, stays) {
   const { from, to } = shownSpan();
   const event = current().design.events[current().event];
   const middle = event === undefined ? (from + to) / 2 : (event.start + endOf(event)) / 2;
-  const at = Math.min(to, Math.max(from, about ?? middle));
+  const at = Math.min(to, Math.max(from, stays ?? middle));
   lookAt({ from: at - (at - from) * factor, to: at + (to - at) * factor });
 }
 
@@ -92,12 +92,10 @@ function watchPinch(canvas, msAt) {
   canvas.addEventListener('touchend', () => (apart = 0));
 }
 
-export function startView() {
-  element('zoom-in', HTMLButtonElement).onclick = () => zoom(0.5);
-  element('zoom-out', HTMLButtonElement).onclick = () => zoom(2);
-  element('zoom-event', HTMLButtonElement).onclick = lookAtEvent;
-  element('zoom-all', HTMLButtonElement).onclick = () => show({ view: null });
-}
+element('zoom-in', HTMLButtonElement).onclick = () => zoom(0.5);
+element('zoom-out', HTMLButtonElement).onclick = () => zoom(2);
+element('zoom-event', HTMLButtonElement).onclick = lookAtEvent;
+element('zoom-all', HTMLButtonElement).onclick = () => show({ view: null });
 
 export function showView() {
   element('zoom-event', HTMLButtonElement).disabled = current().event < 0;

@@ -20,16 +20,11 @@
  * @typedef {Record<string, (...numbers: number[]) => number> & {memory: WebAssembly.Memory}} Exports
  */
 
-/** @type {Exports} */
-let wasm;
+const bytes = await (await fetch('studio.wasm')).arrayBuffer();
+const wasm = /** @type {Exports} */ ((await WebAssembly.instantiate(bytes)).instance.exports);
+wasm._initialize();
 /** The one that the module holds at the moment. @type {Piece | null} */
 let loaded = null;
-
-/** @param {BufferSource} bytes */
-export async function start(bytes) {
-  wasm = /** @type {Exports} */ ((await WebAssembly.instantiate(bytes)).instance.exports);
-  wasm._initialize();
-}
 
 /** @param {number} address @param {number} length */
 const bytesAt = (address, length) => new Uint8Array(wasm.memory.buffer, address, length).slice();
@@ -49,20 +44,11 @@ function withTexts(texts, call) {
   }
 }
 
-/** @type {About | null} */
-let known = null;
-
-/** @returns {About} */
-export function about() {
-  if (known === null) {
-    wasm.studio_about();
-    known = /** @type {About} */ (JSON.parse(resultText()));
-  }
-  return known;
-}
+wasm.studio_about();
+export const about = /** @type {About} */ (JSON.parse(resultText()));
 
 /** @param {Profile} profile */
-export const motorOf = ({ motor }) => /** @type {Motor} */ (about().motors.find((row) => row.motor === motor));
+export const motorOf = ({ motor }) => /** @type {Motor} */ (about.motors.find((row) => row.motor === motor));
 
 /** @param {() => void} load @returns {Piece} */
 function pieceOf(load) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A waveform over time, of which only what is shown is read, and the motor's estimated response over it.
 
-import { box, clipped, drawGrid, fill, plotOn, stroke, write } from './canvas.js';
+import { box, clipped, colour, drawGrid, fill, plotOn, stroke, write } from './canvas.js';
 import { element, make, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
 import { shownSpan } from './view.js';
@@ -49,13 +49,14 @@ function drawSingle(plot, values, x, wide) {
 function drawDense(plot, piece, first, count, left, room) {
   const columns = Math.max(1, Math.round(room));
   const pairs = extremes(piece, first, count, columns);
+  plot.draw.fillStyle = colour('dense');
   for (let i = 0; i < pairs.length / 2; ++i) {
     const [low, high] = [pairs[2 * i], pairs[2 * i + 1]];
     if (low > high) continue;
     // Up to the column before, so that a steep line stays one.
     const [lowBefore, highBefore] = i === 0 ? [low, high] : [pairs[2 * i - 2], pairs[2 * i - 1]];
     const top = plot.y(Math.max(high, Math.min(lowBefore, 127)));
-    fill(plot, 'dense', box(Math.round(left) + i, top - 0.6, 1, plot.y(Math.min(low, highBefore)) - top + 1.2));
+    plot.draw.fillRect(Math.round(left) + i, top - 0.6, 1, plot.y(Math.min(low, highBefore)) - top + 1.2);
   }
 }
 
@@ -204,8 +205,6 @@ export function forgetReading() {
 /** @param {Partial<State['response']>} changes */
 const set = (changes) => show({ response: { ...current().response, ...changes } });
 
-export function startWaveform() {
-  element('response', HTMLInputElement).onchange = () => set({ shown: !current().response.shown });
-  onNumber('quality', (quality) => set({ quality }));
-  onNumber('resonance', (hz) => set({ hz }));
-}
+element('response', HTMLInputElement).onchange = () => set({ shown: !current().response.shown });
+onNumber('quality', (quality) => set({ quality }));
+onNumber('resonance', (hz) => set({ hz }));
