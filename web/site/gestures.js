@@ -3,7 +3,7 @@
 
 import { box } from './canvas.js';
 import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
-import { endOf, newCurve, newTap, restretched, startedAt, strengthened, stretched, withPoint } from './edits.js';
+import { endOf, newCurve, newTap, restretched, startedAt, strengthened, withPoint } from './edits.js';
 import { frequencyLane, gripOf, intensityLane, lanes, placeOf } from './lanes.js';
 import { current, edit, endStep, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
@@ -11,7 +11,7 @@ import { forgetReading, readAt, waveformLane } from './waveform.js';
 
 /** @import {Place, Places, Plot} from './canvas.js' */
 /** @import {Lane} from './lanes.js' */
-/** @import {Curve, CurvePoint, PatternEvent, Span} from './state.js' */
+/** @import {CurvePoint, PatternEvent, Span} from './state.js' */
 
 /**
  * @typedef {{event: number, part: 'point' | 'end' | 'whole', point: number}} Target what is under the pointer
@@ -107,25 +107,23 @@ function go(event) {
   const { design, event: chosen } = current();
   if (JSON.stringify(design.events[chosen]) !== JSON.stringify(drag.now)) return end(false);
   const ms = plot.msAt(x) - plot.msAt(drag.x);
-  const after = dragged(lane, target, before, ms, plot.valueAt(y) - plot.valueAt(drag.y));
-  drag.now = after;
-  edit({ events: design.events.with(chosen, after) }, `drag ${drags}`);
+  const by = plot.valueAt(y) - plot.valueAt(drag.y);
+  const old = before.type === 'continuous' && target.part === 'point' ? before.points[target.point][lane.field] : null;
+  const value = old !== null ? lane.value(lane.shown(old) + by) - old : before.type === 'transient' ? by : 0;
+  drag.now = moved(lane, before, target, ms, value);
+  edit({ events: design.events.with(chosen, drag.now) }, `drag ${drags}`);
 }
 
-/** @param {Lane} lane @param {Target} target @param {PatternEvent} before @param {number} ms @param {number} by */
-function dragged(lane, target, before, ms, by) {
-  if (target.part === 'whole') {
-    const strong = before.type === 'transient' && lane.field === 1 ? strengthened(before, by) : before;
-    return startedAt(strong, before.start + ms);
+/**
+ * In the units of a point's fields.
+ * @param {Lane} lane @param {PatternEvent} event @param {Omit<Target, 'event'>} target
+ * @param {number} ms @param {number} value
+ */
+function moved(lane, event, { part, point }, ms, value) {
+  if (part === 'end') return restretched(event, endOf(event) - event.start + ms);
+  if (part === 'whole' || event.type === 'transient') {
+    return startedAt(lane === frequencyLane ? event : strengthened(event, value), event.start + ms);
   }
-  if (before.type === 'transient') return before;
-  if (target.part === 'end') return stretched(before, before.duration + ms);
-  const old = before.points[target.point][lane.field];
-  return movedPoint(lane, before, target.point, ms, lane.value(lane.shown(old) + by) - old);
-}
-
-/** @param {Lane} lane @param {Curve} event @param {number} point @param {number} ms @param {number} value */
-function movedPoint(lane, event, point, ms, value) {
   /** @type {CurvePoint} */
   const to = [...event.points[point]];
   to[0] += ms;
@@ -184,10 +182,9 @@ const keys = {
 /** @param {Lane} lane @param {number} ms @param {number} value @param {boolean} stretch */
 function nudge(lane, ms, value, stretch) {
   const { event, point, cursor } = current();
+  const part = stretch ? 'end' : point >= 0 ? 'point' : 'whole';
   if (event < 0) show({ cursor: Math.max(0, cursor + ms) });
-  else if (stretch) change((old) => restretched(old, endOf(old) - old.start + ms), 'stretch');
-  else if (point >= 0) change((old) => movedPoint(lane, /** @type {Curve} */ (old), point, ms, value), `point ${point}`);
-  else change((old) => startedAt(lane === frequencyLane ? old : strengthened(old, value), old.start + ms), 'move');
+  else change((old) => moved(lane, old, { part, point }, ms, value), `${part} ${point}`);
 }
 
 for (const lane of [...lanes, waveformLane]) {

@@ -58,22 +58,21 @@ function showWave() {
     ...wordItems(facts?.warnings.map(({ line }) => ({ line, kind: 'warning' }))));
 }
 
-let stripKey = '';
 /** A column of pixels for each level, time runs down. @type {HTMLCanvasElement | null} */
 let image = null;
+let imageKey = '';
 
 /** Its taps come a moment after the rest of the page. @param {Profile} profile @param {boolean} anew */
 function showStrip(profile, anew) {
   const { tap } = current();
   const key = JSON.stringify([profile, tap.intensity, tap.inPattern]);
-  if (key !== stripKey || anew) {
-    stripKey = key;
-    setTimeout(() => {
-      image = motorOf(profile).taps ? stripImage(profile, tap) : null;
-      drawStrip();
-    });
-  }
   drawStrip();
+  if (key === imageKey && !anew) return;
+  imageKey = key;
+  setTimeout(() => {
+    image = motorOf(profile).taps ? stripImage(profile, tap) : null;
+    drawStrip();
+  });
 }
 
 function drawStrip() {
