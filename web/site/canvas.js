@@ -61,13 +61,13 @@ export function stroke({ draw }, name, places, wide = 1, dash = []) {
 
 /** @param {Plot} plot @param {string} name of a colour @param {Places} places @param {number} alpha */
 export function fill({ draw }, name, places, alpha = 1) {
-  draw.save();
+  const before = draw.globalAlpha;
   draw.beginPath();
   for (const place of places) draw.lineTo(...place);
   draw.fillStyle = colour(name);
-  draw.globalAlpha *= alpha;
+  draw.globalAlpha = before * alpha;
   draw.fill();
-  draw.restore();
+  draw.globalAlpha = before;
 }
 
 /** @param {number} x @param {number} y @param {number} width @param {number} height @returns {Places} */

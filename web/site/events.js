@@ -40,24 +40,22 @@ function summaryOf(event) {
     : `${event.start} – ${endOf(event)} ms · up to ${Math.max(...event.points.map(([, intensity]) => intensity))} %`;
 }
 
-/** @type {string[]} */
-let listed = [];
-
 export function showEvents() {
   const { design, event: chosen, point, cursor } = current();
   const words = wordsOf(patternPiece(design).facts);
-  const keys = design.events.map((event, i) => JSON.stringify([summaryOf(event), words.get(i + 1), i === chosen]));
-  while (list.children.length > keys.length) list.lastElementChild?.remove();
+  while (list.children.length > design.events.length) list.lastElementChild?.remove();
   design.events.forEach((event, i) => {
-    if (keys[i] === listed[i]) return;
-    const hadFocus = list.children[i]?.contains(document.activeElement);
+    const key = JSON.stringify([summaryOf(event), words.get(i + 1), i === chosen]);
+    const old = /** @type {HTMLElement | undefined} */ (list.children[i]);
+    if (old?.dataset.key === key) return;
+    const hadFocus = old?.contains(document.activeElement);
     const item = itemOf(event, i, i === chosen, words.get(i + 1));
-    if (i < list.children.length) list.children[i].replaceWith(item);
+    item.dataset.key = key;
+    if (old) old.replaceWith(item);
     else list.append(item);
     if (hadFocus) item.querySelector('button')?.focus();
     if (i === chosen) scrollTo(item);
   });
-  listed = keys;
   element('general', HTMLUListElement).replaceChildren(...wordItems(words.get(0)));
   showFields();
   const event = design.events[chosen];

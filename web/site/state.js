@@ -39,9 +39,10 @@ let state = {
   response: { shown: true, quality: 20, hz: 0 },
   messages: [],
 };
-/** @type {Design[]} */
+/** @typedef {Pick<State, 'design' | 'event'>} Step */
+/** @type {Step[]} */
 let past = [];
-/** @type {Design[]} */
+/** @type {Step[]} */
 let future = [];
 let lastKind = '';
 /** @type {(() => void)[]} */
@@ -69,7 +70,7 @@ export function edit(changes, kind = '', beside = {}) {
   const design = { ...all, events: all.events.toSorted((a, b) => a.start - b.start) };
   const event = design.events.indexOf(all.events[beside.event ?? state.event]);
   if (JSON.stringify(design) === JSON.stringify(state.design)) return put({ ...beside, event });
-  if (kind === '' || kind !== lastKind) past.push(state.design);
+  if (kind === '' || kind !== lastKind) past.push(state);
   future = [];
   lastKind = kind;
   put({ design, messages: [], ...beside, event });
@@ -90,13 +91,13 @@ export const endStep = () => {
 export const undo = () => exchange(past, future);
 export const redo = () => exchange(future, past);
 
-/** @param {Design[]} from @param {Design[]} to */
+/** @param {Step[]} from @param {Step[]} to */
 function exchange(from, to) {
-  const design = from.pop();
-  if (design === undefined) return;
-  to.push(state.design);
+  const step = from.pop();
+  if (step === undefined) return;
+  to.push(state);
   endStep();
-  put({ design });
+  put({ design: step.design, event: step.event });
 }
 
 /** @param {Partial<State>} changes */

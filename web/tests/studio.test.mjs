@@ -201,6 +201,9 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   await page.getByLabel('Start, ms').fill('9000');
   await shown(page);
   assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^3 .*9000 /);
+  await page.click('#undo');
+  await shown(page);
+  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^1 /);
   await page.click('#new');
   await shown(page);
   await page.reload();
