@@ -43,7 +43,7 @@ export function withPoint(event, index, [time, intensity, offset]) {
   };
 }
 
-export const shortestCurve = 4; // ms
+const shortestCurve = 4; // ms
 
 /** All points keep their share of the time. @param {PatternEvent} event @param {number} to @returns {PatternEvent} */
 export function stretched(event, to) {

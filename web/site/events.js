@@ -2,7 +2,7 @@
 // The events as a list, each with its warnings and faults, and the exact values of the selected one.
 
 import { change } from './commands.js';
-import { endOf, restretched, shortestCurve } from './edits.js';
+import { endOf, restretched } from './edits.js';
 import { element, make, putValue, takeNumbers } from './page.js';
 import { current, show } from './state.js';
 import { motorOf, patternPiece } from './wasm.js';
@@ -80,78 +80,41 @@ function itemOf(event, i, chosen, words) {
   return make('li', {}, button, ...(words ? [make('ul', { className: 'words' }, ...wordItems(words))] : []));
 }
 
+/** In an event, by a field's name, like points.2.0 for the third point's time. @param {any} event @param {string} name */
+const valueIn = (event, name) => name.split('.').reduce((value, key) => value?.[key], event);
+
 /**
- * A number of the selected event. What is impossible is allowed, and becomes a fault.
- * @param {string} label @param {(event: any) => number} get @param {(event: any, value: number) => PatternEvent} set
+ * What is impossible is allowed, and becomes a fault. The last point takes the event's end with it.
+ * @param {any} event @param {string} name @param {number} value @returns {PatternEvent}
  */
-function numberField(label, get, set) {
-  const input = make('input', { type: 'number', step: 1 });
-  input.setAttribute('aria-label', label);
-  takeNumbers(input, (value) => change((event) => set(event, value), label));
-  inputs.push({ input, get });
-  return input;
+function withValue(event, name, value) {
+  const [field, point, column] = name.split('.');
+  if (field === 'duration') return restretched(event, value);
+  if (field !== 'points') return { ...event, [field]: value };
+  const points = event.points.with(point, event.points[point].with(column, value));
+  return { ...event, points, duration: point === '3' ? points[3][0] - points[0][0] : event.duration };
 }
 
-/** @type {{input: HTMLInputElement, get: (event: any) => number}[]} */
-let inputs = [];
-let shape = '';
+for (const input of fields.querySelectorAll('input')) {
+  takeNumbers(input, (value) => change((event) => withValue(event, input.name, value), input.name));
+  input.onfocus = () => show({ point: Number(input.name.split('.')[1] ?? -1) });
+}
 
 function showFields() {
   const { design, event: chosen, point } = current();
   const event = design.events[chosen];
-  const wanted = `${chosen} ${event?.type}`;
-  if (wanted !== shape) {
-    shape = wanted;
-    inputs = [];
-    const make = event === undefined ? noFields : event.type === 'transient' ? tapFields : curveFields;
-    fields.replaceChildren(...make());
-  }
+  fields.hidden = event === undefined;
+  element('no-event', HTMLElement).hidden = !fields.hidden;
   if (event === undefined) return;
-  for (const { input, get } of inputs) putValue(input, get(event));
+  for (const part of /** @type {NodeListOf<HTMLElement>} */ (fields.querySelectorAll('[data-type]'))) {
+    part.hidden = part.dataset.type !== event.type;
+  }
+  for (const input of fields.querySelectorAll('input')) putValue(input, valueIn(event, input.name) ?? '');
   const facts = patternPiece(design).facts.events.find(({ number }) => number === chosen + 1);
-  fields.querySelectorAll('output').forEach((output, i) => {
-    output.textContent = event.type === 'continuous' ? String(facts?.hz?.[i] ?? '–')
-      : motorOf(design.profile).shares && facts?.driven !== undefined ? `driven at ${facts.driven} %` : '';
+  const isShared = motorOf(design.profile).shares && facts?.driven !== undefined;
+  element('driven', HTMLElement).textContent = isShared ? `driven at ${facts.driven} %` : '';
+  fields.querySelectorAll('tbody tr').forEach((row, i) => {
+    row.classList.toggle('chosen', i === point);
+    row.querySelector('output')?.replaceChildren(String(facts?.hz?.[i] ?? '–'));
   });
-  fields.querySelectorAll('tbody tr').forEach((row, i) => row.classList.toggle('chosen', i === point));
-}
-
-/** @param {string} label @param {string} name */
-const labelled = (label, name) =>
-  make('label', {}, label, ' ', numberField(label, (event) => event[name], (event, value) => ({ ...event, [name]: value })));
-
-function durationField() {
-  const input = numberField('Duration, ms', (event) => event.duration, restretched);
-  input.min = String(shortestCurve);
-  return make('label', {}, 'Duration, ms', ' ', input);
-}
-
-const noFields = () => [make('p', { className: 'hint' }, 'Select one in the lanes or in the list, or add one.')];
-
-const tapFields = () => [
-  make('div', { className: 'row' }, labelled('Start, ms', 'start'), labelled('Level', 'level'),
-    labelled('Intensity, %', 'intensity'), make('output')),
-];
-
-function curveFields() {
-  const head = ['', 'ms', '%', 'offset', 'Hz'].map((name) => make('th', { scope: 'col' }, name || 'Point'));
-  const names = ['time in ms', 'intensity in %', 'frequency offset'];
-  const rows = [0, 1, 2, 3].map((point) => make('tr', {}, make('th', { scope: 'row' }, String(point + 1)),
-    ...names.map((name, field) => make('td', {}, pointInput(point, field, name))),
-    make('td', {}, make('output'))));
-  return [
-    make('div', { className: 'row' }, labelled('Start, ms', 'start'), durationField()),
-    make('table', {}, make('caption', { className: 'hidden' }, 'Points of the curve'),
-      make('thead', {}, make('tr', {}, ...head)), make('tbody', {}, ...rows)),
-  ];
-}
-
-/** The last point takes the event's end with it. @param {number} point @param {number} field @param {string} name */
-function pointInput(point, field, name) {
-  const input = numberField(`Point ${point + 1}, ${name}`, (event) => event.points[point][field], (event, value) => {
-    const points = event.points.with(point, event.points[point].with(field, value));
-    return { ...event, points, duration: point === 3 ? points[3][0] - points[0][0] : event.duration };
-  });
-  input.onfocus = () => show({ point });
-  return input;
 }
