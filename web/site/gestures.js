@@ -156,6 +156,7 @@ function press(lane, event) {
   const command = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
   const by = event.shiftKey ? 10 : 1;
   const [ms, value] = arrows[event.key] ?? [0, 0];
+  if (!event.repeat) endStep(); // a key that is held is undone in one
   if (ms !== 0 || value !== 0) nudge(lane, ms * by, value * by, event.altKey);
   else if (command !== undefined) command();
   else return;

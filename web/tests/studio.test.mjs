@@ -181,7 +181,11 @@ test('keys alone build a pattern', async () => {
     { type: 'continuous', start: 50, duration: 210, points: [[0, 0, 0], [53, 80, 10], [147, 78, 0], [210, 0, 0]] },
     { type: 'transient', start: 51, intensity: 90, level: 50 },
   ]);
-  for (let i = 0; i < 20; ++i) await keyboard.press('Control+z');
+  await keyboard.press('Control+z');
+  await keyboard.press('Control+z');
+  assert.equal((await savedEvents(page)).length, 2);
+  assert.equal((await savedEvents(page))[1].duration, 200);
+  for (let i = 0; i < 60; ++i) await keyboard.press('Control+z');
   assert.equal((await savedEvents(page)).length, 4);
 });
 
