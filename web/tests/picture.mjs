@@ -6,7 +6,7 @@ import { openDemo, openPage, startBrowser, stopBrowser } from './browser.mjs';
 await startBrowser();
 const page = await openPage({ viewport: { width: 1360, height: 880 }, colorScheme: 'light' });
 await openDemo(page, 'sunrise');
-await page.locator('.event').nth(1).click();
+await page.locator('.event').nth(2).click();
 await page.focus('#intensity-lane');
 await page.keyboard.press('3');
 await page.evaluate(() => /** @type {HTMLElement} */ (document.activeElement).blur());
