@@ -4,10 +4,10 @@
 import { box } from './canvas.js';
 import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
 import { endOf, newCurve, newTap, restretched, startedAt, strengthened, withPoint } from './edits.js';
-import { frequencyLane, gripOf, intensityLane, lanes, placeOf } from './lanes.js';
+import { frequencyLane, gripOf, intensityLane, placeOf, waveformLane } from './lanes.js';
 import { current, edit, endStep, show } from './state.js';
 import { pan, shownSpan, watchZoom } from './view.js';
-import { forgetReading, readAt, waveformLane } from './waveform.js';
+import { forgetReading, readAt } from './waveform.js';
 
 /** @import {Place, Places, Plot} from './canvas.js' */
 /** @import {Lane} from './lanes.js' */
@@ -188,7 +188,7 @@ function nudge(lane, ms, value, stretch) {
   else change((old) => moved(lane, old, { part, point }, ms, value), `${part} ${point}`);
 }
 
-for (const lane of [...lanes, waveformLane]) {
+for (const lane of [intensityLane, frequencyLane, waveformLane]) {
   const { canvas } = lane;
   watchZoom(canvas);
   canvas.addEventListener('pointerdown', (event) => begin(lane, event));

@@ -26,17 +26,16 @@ function nearestOffset(hz) {
   return far.indexOf(Math.min(...far)) - 50;
 }
 
-/** @type {Lane} */
-export const intensityLane = {
-  canvas: element('intensity-lane', HTMLCanvasElement), field: 1, plot: null,
-  shown: (intensity) => intensity, value: (shown) => shown,
-};
-/** @type {Lane} */
-export const frequencyLane = {
-  canvas: element('frequency-lane', HTMLCanvasElement), field: 2, plot: null,
-  shown: (offset) => hertz()[Math.min(100, Math.max(0, offset + 50))], value: nearestOffset,
-};
-export const lanes = [intensityLane, frequencyLane];
+const same = (/** @type {number} */ value) => value;
+const hertzOfOffset = (/** @type {number} */ offset) => hertz()[Math.min(100, Math.max(0, offset + 50))];
+
+/** @type {(id: string, field: Lane['field'], shown?: Lane['shown'], value?: Lane['value']) => Lane} */
+const lane = (id, field, shown = same, value = same) =>
+  ({ canvas: element(id, HTMLCanvasElement), field, plot: null, shown, value });
+
+export const intensityLane = lane('intensity-lane', 1);
+export const frequencyLane = lane('frequency-lane', 2, hertzOfOffset, nearestOffset);
+export const waveformLane = lane('waveform', 0);
 
 /**
  * Of a point, on the lane's canvas.

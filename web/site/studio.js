@@ -28,14 +28,8 @@ function ask(everything) {
 function drawAll() {
   const began = performance.now();
   waiting = false;
-  showProfile();
-  showCommands();
-  showView();
   showLanes(isDragging());
-  showWaveform();
-  showEvents();
-  showListen();
-  showFiles();
+  for (const show of [showWaveform, showEvents, showProfile, showCommands, showView, showListen, showFiles]) show();
   showTap(anew);
   anew = false;
   performance.measure('draw', { start: began });

@@ -2,21 +2,16 @@
 // A waveform over time, of which only what is shown is read, and the motor's estimated response over it.
 
 import { box, clipped, colour, drawGrid, fill, plotOn, stroke, write } from './canvas.js';
+import { waveformLane } from './lanes.js';
 import { element, make, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
 import { shownSpan } from './view.js';
 import { extremes, isPlayable, motorOf, patternPiece, response, samples } from './wasm.js';
 
 /** @import {Places, Plot} from './canvas.js' */
-/** @import {Lane} from './lanes.js' */
 /** @import {Span, State} from './state.js' */
 /** @import {Piece, Response} from './wasm.js' */
 
-/** A lane without points. @type {Lane} */
-export const waveformLane = {
-  canvas: element('waveform', HTMLCanvasElement), field: 0, plot: null,
-  shown: (value) => value, value: (shown) => shown,
-};
 const reading = element('reading', HTMLOutputElement);
 const hair = element('hair', HTMLDivElement);
 
