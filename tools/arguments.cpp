@@ -131,8 +131,8 @@ std::vector<lrasynth_profile> Arguments::profiles() const {
   for (const int32_t chip : chips) {
     if (!design::is_chip(chip)) std::cerr << text("lrasynth: note: --chip: type %d acts as 0\n", chip);
   }
-  const auto none = [&](bool (*has)(int32_t motor)) {
-    return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return has(profile.motor_type); });
+  const auto none = [&](bool (*is)(int32_t motor)) {
+    return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return is(profile.motor_type); });
   };
   const std::string why = motors.size() > 1 ? "on these motors" : "on this motor";
   refuse_idle({"--boost"}, none(design::has_boost), why);
