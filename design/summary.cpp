@@ -41,19 +41,26 @@ std::string event_lines(const Score& score) {
 
 }  // namespace
 
+std::vector<Number> numbers_of(const Response& response) {
+  return {
+      {"at", text("%.4g Hz, Q %.4g", response.resonator.hz, response.resonator.quality)},
+      {"rise to 90 %", text("%.1f ms", response.rise_ms)},
+      {"ring-down to 10 %", text("%.1f ms", response.ring_down_ms)},
+      {"peak", text("%.1f %%", 100 * response.peak)},
+      {"effective", text("%.1f %%", 100 * response.effective)},
+  };
+}
+
 std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
   const Strength strength = strength_of(piece.waveform);
-  return {
+  std::vector<Number> numbers = {
       {"length", text("%.1f ms", piece.waveform.length_ms())},
       {"peak", text("%d", strength.peak)},
       {"effective", text("%.1f", strength.effective)},
-      {"estimate for", text("%.4g Hz, Q %.4g", response.resonator.hz, response.resonator.quality)},
-      {"estimated rise to 90 %", text("%.1f ms", response.rise_ms)},
-      {"estimated ring-down to 10 %", text("%.1f ms", response.ring_down_ms)},
-      {"estimated peak", text("%.1f %%", 100 * response.peak)},
-      {"estimated effective", text("%.1f %%", 100 * response.effective)},
-      {"warnings", text("%zu", piece.warnings.size())},
   };
+  for (const auto& [name, value] : numbers_of(response)) numbers.emplace_back("estimated " + name, value);
+  numbers.emplace_back("warnings", text("%zu", piece.warnings.size()));
+  return numbers;
 }
 
 std::string summary_of(const Piece& piece, const Resonator& resonator) {

@@ -13,6 +13,7 @@ namespace design {
 
 using Number = std::pair<std::string, std::string>;  // its name, and its value with the unit
 
+std::vector<Number> numbers_of(const Response& response);
 std::vector<Number> numbers_of(const Piece& piece, const Response& response);
 
 // Title and numbers; of a pattern its events, too, and the largest jump at a point.

@@ -131,7 +131,11 @@ std::string list(const Items& items, Write write) {
   return words + ']';
 }
 
-std::string pair(design::Span span) { return text("[%.10g,%.10g]", span.from, span.to); }
+std::string json_of(design::Span span) { return text("[%.10g,%.10g]", span.from, span.to); }
+
+std::string json_of(const design::Number& number) {
+  return '[' + quoted(number.first) + ',' + quoted(number.second) + ']';
+}
 
 std::string json_of(const design::Sweep& sweep, double start_ms) {
   return text(R"({"from_ms":%.10g,"to_ms":%.10g,"from_hz":%.10g,"to_hz":%.10g,"reached_hz":%.10g})",
@@ -144,6 +148,11 @@ std::string json_of(const design::Warning& warning) {
 
 std::string json_of(const design::Section& section) {
   return text(R"({"from":%.10g,"to":%.10g,"label":)", section.span.from, section.span.to) + quoted(section.label) + '}';
+}
+
+template <class Items>
+std::string list(const Items& items) {
+  return list(items, [](const auto& item) { return json_of(item); });
 }
 
 // What stands in its file.
@@ -164,8 +173,8 @@ std::string fate_of(const design::Score& score, size_t i) {
   const bool is_stream = design::is_event_stream(profile);  // its length says nothing about time
   const design::Span span =
       is_stream ? design::Span{static_cast<double>(event.start_ms), end_ms(event, profile)} : score.span_of(i);
-  const std::string when = text(R"(,"end_ms":%.10g,"heard":)", span.to) +
-                           (is_stream ? list(std::vector{span}, pair) : list(score.heard(i), pair));
+  const std::string when =
+      text(R"(,"end_ms":%.10g,"heard":)", span.to) + list(is_stream ? std::vector{span} : score.heard(i));
   if (!event.continuous) {
     return text(R"(,"driven":%d)", design::driven_intensity(profile, event.level, event.intensity)) + when;
   }
@@ -191,9 +200,8 @@ std::string json_of(const design::Piece& piece) {
   for (size_t i = 0; piece.score != nullptr && i < piece.score->events().size(); ++i) {
     json += (i == 0 ? "{" : ",{") + fields_of(piece.score->events()[i]) + fate_of(*piece.score, i) + '}';
   }
-  const auto any = [](const auto& thing) { return json_of(thing); };
-  return json + R"(],"warnings":)" + list(piece.warnings, any) + R"(,"sections":)" +
-         list(is_stream ? std::vector<design::Section>() : waveform.sections, any) + '}';
+  return json + R"(],"warnings":)" + list(piece.warnings) + R"(,"sections":)" +
+         list(is_stream ? std::vector<design::Section>() : waveform.sections) + '}';
 }
 
 int take_faults(const design::Faults& faults, const std::string& file, const std::vector<design::Event>& events) {
@@ -360,10 +368,7 @@ const double* studio_response(double quality, double hz, double from_ms, double 
   }
   const design::Motion& motion = studio().current->motion({.hz = hz, .quality = quality});
   const design::Response& response = motion.response();
-  studio().text =
-      text(R"({"hz":%.10g,"quality":%.10g,"rise_ms":%.10g,"ring_down_ms":%.10g,"peak":%.10g)", response.resonator.hz,
-           response.resonator.quality, response.rise_ms, response.ring_down_ms, response.peak) +
-      text(R"(,"effective":%.10g,"felt_ms":%.10g})", response.effective, response.felt_ms);
+  studio().text = text(R"({"peak":%.10g,"numbers":)", response.peak) + list(numbers_of(response)) + '}';
   std::vector<double>& pairs = studio().columns;
   pairs.clear();
   for (const auto& [low, high] : motion.columns({from_ms, to_ms}, static_cast<size_t>(columns))) {

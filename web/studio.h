@@ -62,7 +62,7 @@ STUDIO_EXPORT(studio_read) const uint8_t* studio_read(double first, double count
 STUDIO_EXPORT(studio_extremes) const int8_t* studio_extremes(double first, double count, int columns);
 
 // The estimated response of the motor, with a quality of 1..1000 and a resonance of 0 (the motor's own) to 2000 Hz.
-// Text: {"hz","quality","rise_ms","ring_down_ms","peak","effective","felt_ms"}. Returns lowest and highest displacement
+// Text: {"peak":..,"numbers":[[name,value with its unit]]}. Returns lowest and highest displacement
 // in each of so many (0..65536) equal parts of from_ms..to_ms, in units in which 1 is the swing that a full-scale tone
 // at the resonance reaches; columns without a sample have 1 and -1. Null without columns.
 STUDIO_EXPORT(studio_response)

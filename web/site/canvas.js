@@ -11,8 +11,6 @@
  * @typedef {Place[]} Places
  */
 
-export const inset = { left: 40, right: 10 };
-
 const style = getComputedStyle(document.documentElement); // as it is at any time
 
 /** @type {Record<string, string>} */
@@ -36,7 +34,7 @@ export function plotOn(canvas, span, [low, high], room = {}) {
   draw.setTransform(scale, 0, 0, scale, 0, 0);
   draw.font = '11px system-ui, "DejaVu Sans", sans-serif';
   draw.lineJoin = 'round';
-  const [left, right] = [inset.left, width - inset.right];
+  const [left, right] = [40, width - 10];
   const [top, bottom] = [room.top ?? 8, height - (room.bottom ?? 8)];
   const perMs = Math.max(1, right - left) / (span.to - span.from);
   const perValue = (bottom - top) / (high - low);

@@ -190,7 +190,7 @@ function nudge(lane, ms, value, stretch) {
 
 for (const lane of [intensityLane, frequencyLane, waveformLane]) {
   const { canvas } = lane;
-  watchZoom(canvas);
+  watchZoom(canvas, (clientX) => lane.plot?.msAt(placeIn(lane, { clientX, clientY: 0 }).x));
   canvas.addEventListener('pointerdown', (event) => begin(lane, event));
   canvas.addEventListener('pointermove', (event) => {
     go(event);

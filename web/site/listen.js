@@ -25,11 +25,7 @@ export async function play(piece, isPattern) {
   await audio.resume();
   if (ask !== asked) return;
   const buffer = audio.createBuffer(1, length, rate);
-  const channel = buffer.getChannelData(0);
-  const block = 1 << 20;
-  for (let at = 0; at < length; at += block) {
-    channel.set(Float32Array.from(samples(piece, at, Math.min(block, length - at)), (value) => value / 128), at);
-  }
+  buffer.copyToChannel(Float32Array.from(samples(piece, 0, length), (value) => value / 128), 0);
   const source = audio.createBufferSource();
   source.buffer = buffer;
   source.loop = isPattern && element('repeat', HTMLInputElement).checked;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Which stretch of time the lanes and the waveform show.
 
-import { inset, roundStep } from './canvas.js';
+import { roundStep } from './canvas.js';
 import { endOf } from './edits.js';
 import { element } from './page.js';
 import { current, show } from './state.js';
@@ -54,13 +54,11 @@ function lookAtEvent() {
   lookAt({ from: event.start - margin, to: endOf(event) + margin });
 }
 
-/** Wheel, two fingers and keys on a canvas over the shared time. @param {HTMLCanvasElement} canvas */
-export function watchZoom(canvas) {
-  const msAt = (/** @type {number} */ clientX) => {
-    const box = canvas.getBoundingClientRect();
-    const { from, to } = shownSpan();
-    return from + ((clientX - box.left - inset.left) / (box.width - inset.left - inset.right)) * (to - from);
-  };
+/**
+ * Wheel, two fingers and keys on a canvas over the shared time.
+ * @param {HTMLCanvasElement} canvas @param {(clientX: number) => number | undefined} msAt
+ */
+export function watchZoom(canvas, msAt) {
   canvas.addEventListener('wheel', (event) => {
     if (event.ctrlKey || event.metaKey) zoom(Math.exp(event.deltaY * 0.003), msAt(event.clientX));
     else if (event.shiftKey || event.deltaX !== 0) pan((event.deltaX || event.deltaY) / canvas.clientWidth);
@@ -78,7 +76,7 @@ export function watchZoom(canvas) {
   });
 }
 
-/** @param {HTMLCanvasElement} canvas @param {(clientX: number) => number} msAt */
+/** @type {typeof watchZoom} */
 function watchPinch(canvas, msAt) {
   let apart = 0;
   canvas.addEventListener('touchmove', (event) => {

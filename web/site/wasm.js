@@ -10,9 +10,7 @@
  * @typedef {{faults: string[], fault_events: number[], title: string, length: number, rate: number, length_ms: number,
  *   pass_ms: number, stream: boolean, events: EventFacts[], warnings: {event: number, ms: number, line: string}[],
  *   sections: {from: number, to: number, label: string}[]}} Facts
- * @typedef {{hz: number, quality: number, rise_ms: number, ring_down_ms: number, peak: number, effective: number,
- *   felt_ms: number}} ResponseNumbers
- * @typedef {{numbers: ResponseNumbers, columns: Float64Array}} Response
+ * @typedef {{peak: number, numbers: [name: string, value: string][], columns: Float64Array}} Response
  * @typedef {{motor: number, taps: boolean, boost: boolean, shares: boolean, resonance: number,
  *   hz: [plain: number[], boosted: number[]]}} Motor
  * @typedef {{version: string, longest_ms: number, help: string, motors: Motor[]}} About
@@ -116,13 +114,13 @@ export function extremes(piece, first, count, columns) {
   return new Int8Array(bytesAt(address, address === 0 ? 0 : 2 * columns).buffer);
 }
 
-/** @param {Piece} piece @param {State['response']} resonator @param {Span} span @param {number} columns */
-export function response(piece, { quality, hz }, span, columns) {
+/** @param {Piece} piece @param {State['response']} resonator @param {Span} span @param {number} count of columns */
+export function response(piece, { quality, hz }, span, count) {
   use(piece);
-  const address = wasm.studio_response(quality, hz, span.from, span.to, columns);
-  const values = new Float64Array(bytesAt(address, address === 0 ? 0 : 16 * columns).buffer);
+  const address = wasm.studio_response(quality, hz, span.from, span.to, count);
+  const columns = new Float64Array(bytesAt(address, address === 0 ? 0 : 16 * count).buffer);
   const text = resultText();
-  return text === '' ? null : { numbers: /** @type {ResponseNumbers} */ (JSON.parse(text)), columns: values };
+  return text === '' ? null : /** @type {Response} */ ({ ...JSON.parse(text), columns });
 }
 
 /** The bytes of a file. @param {Piece} piece @param {string} name @param {State['response']} resonator */

@@ -95,14 +95,14 @@ function responseOf(piece, span, columns) {
 }
 
 /** Its peak reaches the full height. @param {Plot} plot @param {Estimate} made */
-function drawResponse(plot, { span, response: { numbers, columns } }) {
+function drawResponse(plot, { span, response: { peak, columns } }) {
   const count = columns.length / 2;
   for (const side of [0, 1]) {
     /** @type {Places} */
     const places = [];
     for (let i = 0; i < count; ++i) {
       const ms = span.from + ((i + 0.5) / count) * (span.to - span.from);
-      const share = columns[2 * i + side] / numbers.peak;
+      const share = columns[2 * i + side] / peak;
       if (columns[2 * i] <= columns[2 * i + 1]) places.push([plot.x(ms), plot.y(120 * share)]);
     }
     stroke(plot, 'response', places, 1.2, [5, 3]);
@@ -136,7 +136,7 @@ export function showWaveform() {
   const made = playable && resonator.shown ? responseOf(piece, span, responseColumns(plot)) : null;
   clipped(plot, () => {
     if (playable) drawSamples(plot, piece);
-    if (made !== null && made.response.numbers.peak > 0) drawResponse(plot, made);
+    if (made !== null && made.response.peak > 0) drawResponse(plot, made);
   });
   const [faulty, { stream }] = [facts.faults.length > 0, facts];
   const why = faulty ? 'Nothing to play: see the faults.'
@@ -154,14 +154,7 @@ function showNumbers(made) {
   element('response', HTMLInputElement).checked = shown;
   setValue('quality', quality);
   setValue('resonance', hz);
-  const rows = made === null ? [] : [
-    ['rise to 90 %', `${made.numbers.rise_ms.toFixed(1)} ms`],
-    ['ring-down to 10 %', `${made.numbers.ring_down_ms.toFixed(1)} ms`],
-    ['peak', `${(made.numbers.peak * 100).toFixed(1)} %`],
-    ['effective', `${(made.numbers.effective * 100).toFixed(1)} %`],
-    ['at', `${made.numbers.hz.toFixed(0)} Hz`],
-  ];
-  element('response-numbers', HTMLElement).replaceChildren(...rows.map(([name, value]) =>
+  element('response-numbers', HTMLElement).replaceChildren(...(made?.numbers ?? []).map(([name, value]) =>
     make('div', {}, make('dt', {}, name), make('dd', {}, value))));
 }
 
