@@ -3,7 +3,7 @@
 
 import { endOf, newCurve, newTap } from './edits.js';
 import { element } from './page.js';
-import { canRedo, canUndo, current, edit, redo, show, undo } from './state.js';
+import { canRedo, canUndo, current, edit, endStep, redo, show, undo } from './state.js';
 
 /** @import {PatternEvent} from './state.js' */
 
@@ -39,12 +39,15 @@ export function selectNext(by) {
 /** Of the selected one. @param {(event: PatternEvent) => PatternEvent} change @param {string} kind */
 export function change(change, kind) {
   const { design, event } = current();
-  if (event >= 0) edit({ events: design.events.with(event, change(design.events[event])) }, `${kind} of ${event}`);
+  if (event >= 0) edit({ events: design.events.with(event, change(design.events[event])) }, kind);
 }
 
 const buttons = { 'add-tap': addTap, 'add-curve': addCurve, duplicate, delete: remove, undo, redo };
 
 for (const [id, command] of Object.entries(buttons)) element(id, HTMLButtonElement).onclick = command;
+// A field is one step, from when it is entered until it is left or its value is confirmed.
+for (const type of ['focusin', 'change']) document.addEventListener(type, endStep);
+document.addEventListener('focusout', () => show({}));
 document.addEventListener('keydown', (event) => {
   if (!(event.ctrlKey || event.metaKey) || event.altKey) return;
   const key = event.key.toLowerCase();

@@ -43,7 +43,7 @@ export function withPoint(event, index, [time, intensity, offset]) {
   };
 }
 
-const shortestCurve = 4; // ms
+const shortestCurve = 1; // ms
 
 /** All points keep their share of the time. @param {PatternEvent} event @param {number} to @returns {PatternEvent} */
 export function stretched(event, to) {
@@ -62,8 +62,10 @@ let stretching = null;
 /** Once more: from the shape before the first time, so that no share is lost. @type {typeof stretched} */
 export function restretched(event, to) {
   const shape = stretching?.made === event ? stretching.shape : event;
-  stretching = { shape, made: stretched(shape, to) };
-  return stretching.made;
+  const made = stretched(shape, to);
+  if (JSON.stringify(made) === JSON.stringify(event)) return event;
+  stretching = { shape, made };
+  return made;
 }
 
 /** @type {(event: PatternEvent, by: number) => PatternEvent} */

@@ -42,7 +42,8 @@ function summaryOf(event) {
 
 export function showEvents() {
   const { design, event: chosen, point, cursor } = current();
-  const words = wordsOf(patternPiece(design).facts);
+  const { facts } = patternPiece(design);
+  const words = wordsOf(facts);
   while (list.children.length > design.events.length) list.lastElementChild?.remove();
   design.events.forEach((event, i) => {
     const key = JSON.stringify([summaryOf(event), words.get(i + 1), i === chosen]);
@@ -60,9 +61,10 @@ export function showEvents() {
   showFields();
   const event = design.events[chosen];
   const at = event?.type === 'continuous' && point >= 0 ? event.points[point] : null;
-  element('status', HTMLElement).textContent = event === undefined ? `cursor at ${cursor} ms`
+  const place = event === undefined ? `cursor at ${cursor} ms`
     : `${kindOf(event)} ${chosen + 1}, ${summaryOf(event)}` +
       (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
+  element('status', HTMLElement).textContent = [place, ...facts.faults.slice(0, 3)].join('; ');
 }
 
 /** Within the list, never the page. @param {HTMLElement} item */
@@ -110,7 +112,7 @@ function showFields() {
     part.hidden = part.dataset.type !== event.type;
   }
   for (const input of fields.querySelectorAll('input')) putValue(input, valueIn(event, input.name) ?? '');
-  const facts = patternPiece(design).facts.events.find(({ number }) => number === chosen + 1);
+  const facts = patternPiece(design).facts.events[chosen];
   const isShared = motorOf(design.profile).shares && facts?.driven !== undefined;
   element('driven', HTMLElement).textContent = isShared ? `driven at ${facts.driven} %` : '';
   fields.querySelectorAll('tbody tr').forEach((row, i) => {

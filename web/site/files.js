@@ -2,9 +2,9 @@
 // Patterns in files, links and the browser's own store.
 
 import { wordItems } from './events.js';
-import { element, make, setValue } from './page.js';
+import { element, isInteger, make, setValue } from './page.js';
 import { current, edit, emptyDesign, forgetPast, show } from './state.js';
-import { form, patternPiece, patternText, readPattern } from './wasm.js';
+import { form, patternPiece, readPattern } from './wasm.js';
 
 /** @import {Design, State, Words} from './state.js' */
 
@@ -16,23 +16,25 @@ const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 const say = (kind, ...lines) => show({ messages: lines.map((line) => ({ line, kind })) });
 
 /**
- * A design whose events are written in JSON. Nothing gets in but what the command reads; else its words are shown. What
- * is wrong on this motor alone is told later, at the events.
- * @param {Omit<Design, 'events'>} rest @param {string} json @param {string} file
+ * Nothing gets in but what the command reads; else its words are shown. What is wrong on this motor alone is told
+ * later, at the events.
+ * @param {string} text @param {string} file
  */
-function take(rest, json, file) {
-  readPattern(json, file, rest.profile, rest.loops, rest.interval); // throws where there is no such profile
-  const piece = readPattern(json, file, emptyDesign.profile);
+export function open(text, file) {
+  const piece = readPattern(text, file, emptyDesign.profile);
   const { faults } = piece.facts;
   if (faults.length > 0) return say('fault', ...faults);
   const canonical = new TextDecoder().decode(form(piece, 'json', current().response) ?? undefined);
-  edit({ ...rest, events: JSON.parse(canonical).events }, '', selected);
+  edit({ name: file.replace(/\.json$/i, ''), events: JSON.parse(canonical).events }, '', selected);
 }
 
-/** @param {string} text @param {string} file */
-export function open(text, file) {
-  const { profile, loops, interval } = current().design;
-  take({ name: file.replace(/\.json$/i, ''), profile, loops, interval }, text, file);
+/** @param {string} file @param {Promise<string>} text */
+async function openAs(file, text) {
+  try {
+    open(await text, file);
+  } catch {
+    say('fault', `${file}: cannot be read`);
+  }
 }
 
 /** @param {string} kind one of studio_form's */
@@ -64,23 +66,30 @@ async function designIn(fragment) {
   return new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw')));
 }
 
-/** As the library can be told. @param {any} value */
-const isInteger = (value) => (value | 0) === value;
+/** Whether it can be shown, right or wrong. @param {any} event */
+function isEvent({ type, points = [], ...numbers }) {
+  const names = Object.keys(numbers).sort().join();
+  const isTap = type === 'transient' && names === 'intensity,level,start' && points.length === 0;
+  const isCurve = type === 'continuous' && names === 'duration,start' && points.length === 4;
+  return (isTap || isCurve) && Object.values(numbers).every(isInteger) &&
+    points.every((/** @type {unknown[]} */ point) => point.length === 3 && point.every(isInteger));
+}
 
 /** A design of a link or an earlier visit, which may be anything. @param {string} text */
 function takeDesign(text) {
   const { name, profile, loops, interval, events } = JSON.parse(text);
   const { motor, chip, boost } = profile;
-  if (typeof name !== 'string' || ![motor, chip, loops, interval].every(isInteger) || interval < 0) throw new Error();
-  const rest = { name, profile: { motor, chip, boost: Boolean(boost) }, loops, interval };
-  if (Array.isArray(events) && events.length === 0) edit({ ...rest, events: [] }, '', selected);
-  else take(rest, JSON.stringify({ events }), `${name}.json`);
+  const design = { name: String(name), profile: { motor, chip, boost: Boolean(boost) }, loops, interval, events };
+  if (![motor, chip, loops, interval].every(isInteger) || !events.every(isEvent)) throw new Error();
+  patternPiece(design); // throws where there is no such profile
+  edit(design, '', selected);
 }
 
 /** The last work, or an example, and then what a link carries, which can be undone. */
 export async function restore() {
   await restoreLast();
   forgetPast();
+  kept = current();
   await openLink();
 }
 
@@ -88,35 +97,32 @@ async function openLink() {
   if (!location.hash.startsWith('#p=')) return;
   try {
     takeDesign(await designIn(location.hash));
+    kept = current();
   } catch {
     say('fault', 'This link carries no pattern.');
   }
-  history.replaceState(null, '', location.pathname);
 }
 
 async function restoreLast() {
   try {
     const text = sessionStorage.getItem(store) ?? localStorage.getItem(store) ?? ''; // of this tab, or of the last one
     takeDesign(text);
-    const { shown, quality, hz } = JSON.parse(text).response;
+    const { shown, quality, hz } = JSON.parse(text).response ?? {};
     if (isInteger(quality) && isInteger(hz)) show({ response: { shown: Boolean(shown), quality, hz } });
   } catch {
     await openExample(examples[0]); // nothing is kept, or nothing may be
   }
 }
 
-/** @type {Pick<State, 'design' | 'response'> | null} */
-let kept = null;
+/** What needs not be kept: it is, or comes again with its link. */
+let kept = current();
 
-/** Whether it could be read again: what is wrong on this motor alone may be mended later. @param {Design} design */
-const isReadable = (design) => design.events.length === 0 || patternPiece(design).facts.faults.length === 0 ||
-  readPattern(patternText(design), design.name, emptyDesign.profile).facts.faults.length === 0;
-
-/** What cannot be read again is not worth to come back to. */
+/** What was done. From then on a link in the address is not what is shown. */
 export function keep() {
   const { design, response } = current();
-  if ((design === kept?.design && response === kept.response) || !isReadable(design)) return;
-  kept = { design, response };
+  if (design === kept.design && response === kept.response) return;
+  kept = current();
+  if (location.hash !== '') history.replaceState(null, '', location.pathname);
   try {
     for (const place of [localStorage, sessionStorage]) place.setItem(store, JSON.stringify({ ...design, response }));
   } catch {
@@ -125,9 +131,7 @@ export function keep() {
 }
 
 /** @param {string} name */
-async function openExample(name) {
-  open(await (await fetch(`examples/${name}.json`)).text(), `${name}.json`);
-}
+const openExample = (name) => openAs(`${name}.json`, fetch(`examples/${name}.json`).then((answer) => answer.text()));
 
 async function copyLink() {
   const link = location.href.replace(/#.*/, '') + (await fragmentOf(current().design));
@@ -141,13 +145,13 @@ async function copyLink() {
 }
 
 /** @param {File | undefined} file */
-const openFile = async (file) => file && open(await file.text(), file.name);
+const openFile = (file) => file && openAs(file.name, file.text());
 
 const input = element('file', HTMLInputElement);
 const choice = element('example', HTMLSelectElement);
 choice.append(...examples.map((name) => new Option(name)));
-choice.onchange = async () => {
-  if (choice.value !== '') await openExample(choice.value);
+choice.onchange = () => {
+  openExample(choice.value);
   choice.value = '';
 };
 element('open', HTMLButtonElement).onclick = () => input.click();
@@ -155,7 +159,10 @@ input.onchange = async () => {
   await openFile(input.files?.[0]);
   input.value = '';
 };
-element('new', HTMLButtonElement).onclick = () => edit({ events: [], name: emptyDesign.name }, '', selected);
+element('new', HTMLButtonElement).onclick = () => {
+  const { name, loops, interval, events } = emptyDesign;
+  edit({ name, loops, interval, events }, '', selected);
+};
 element('link', HTMLButtonElement).onclick = copyLink;
 element('close', HTMLButtonElement).onclick = () => say('done');
 const name = element('name', HTMLInputElement);
@@ -177,7 +184,6 @@ export function showFiles() {
   const { design, messages } = current();
   const { facts } = patternPiece(design);
   setValue('name', design.name);
-  element('link', HTMLButtonElement).disabled = !isReadable(design);
   const none = facts.faults.length > 0;
   for (const button of document.querySelectorAll('button[data-form]')) {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';

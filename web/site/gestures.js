@@ -4,9 +4,10 @@
 import { box } from './canvas.js';
 import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
 import { endOf, newCurve, newTap, restretched, startedAt, strengthened, withPoint } from './edits.js';
-import { frequencyLane, gripOf, intensityLane, placeOf, waveformLane } from './lanes.js';
-import { current, edit, endStep, show } from './state.js';
-import { pan, shownSpan, watchZoom } from './view.js';
+import { frequencyLane, gripOf, intensityLane, placeOf, tapEnd, waveformLane } from './lanes.js';
+import { cancelStep, current, edit, endStep, show } from './state.js';
+import { bringIntoView, pan, shownSpan, watchZoom } from './view.js';
+import { patternPiece } from './wasm.js';
 import { forgetReading, readAt } from './waveform.js';
 
 /** @import {Place, Places, Plot} from './canvas.js' */
@@ -42,32 +43,35 @@ function targetAt(lane, x, y, reach) {
     if (point !== undefined) return { event: i, part: 'point', point };
     if (i === chosen && lane.field === 1 && near(gripOf(plot, event))) return { event: i, part: 'end', point: -1 };
   }
-  const touched = order.filter((i) => touches(lane, plot, design.events[i], x, y, reach));
+  const touched = order.filter((i) => touches(lane, plot, i, x, y, reach));
   const event = touched.find((i) => design.events[i].type === 'transient') ?? touched[0];
   return event === undefined ? null : { event, part: 'whole', point: -1 };
 }
 
-/** What of an event can be touched. @param {Lane} lane @param {Plot} plot @param {PatternEvent} event @returns {Places} */
-function shapeOf(lane, plot, event) {
-  const [left, right] = [plot.x(event.start), plot.x(endOf(event))];
+/** What of an event can be touched. @param {Lane} lane @param {Plot} plot @param {number} i @returns {Places} */
+function shapeOf(lane, plot, i) {
+  const { design } = current();
+  const event = design.events[i];
+  const left = plot.x(event.start);
   if (event.type === 'transient') {
     const top = lane.field === 1 ? plot.y(event.intensity) - 14 : plot.top;
+    const right = plot.x(tapEnd(event, patternPiece(design).facts.events[i]));
     return box(left, top, Math.max(6, right - left), plot.bottom - top);
   }
-  const places = event.points.map((_, i) => placeOf(lane, plot, event, i));
-  return lane.field === 1 ? [[left, plot.bottom], ...places, [right, plot.bottom]] : places;
+  const places = event.points.map((_, point) => placeOf(lane, plot, event, point));
+  return lane.field === 1 ? [[left, plot.bottom], ...places, [plot.x(endOf(event)), plot.bottom]] : places;
 }
 
 /**
- * @param {Lane} lane @param {Plot} plot @param {PatternEvent} event
+ * @param {Lane} lane @param {Plot} plot @param {number} i of the event
  * @param {number} x @param {number} y @param {number} reach
  */
-function touches(lane, plot, event, x, y, reach) {
+function touches(lane, plot, i, x, y, reach) {
   const { draw } = plot;
-  const isLine = lane.field === 2 && event.type === 'continuous';
+  const isLine = lane.field === 2 && current().design.events[i].type === 'continuous';
   const { a: scale } = draw.getTransform();
   draw.beginPath();
-  for (const place of shapeOf(lane, plot, event)) draw.lineTo(...place);
+  for (const place of shapeOf(lane, plot, i)) draw.lineTo(...place);
   draw.lineWidth = isLine ? 2 * reach : reach;
   return draw.isPointInStroke(x * scale, y * scale) || (!isLine && draw.isPointInPath(x * scale, y * scale));
 }
@@ -136,6 +140,7 @@ function end(kept) {
   if (drag === null) return;
   const { target, view, moved, plot, x } = drag;
   drag = null;
+  if (target !== null && !kept) cancelStep();
   endStep();
   if (target !== null) show({ view });
   else if (kept && !moved) show({ event: -1, cursor: Math.max(0, Math.round(plot.msAt(x))) });
@@ -153,14 +158,16 @@ function place(lane, event) {
 /** @param {Lane} lane @param {KeyboardEvent} event */
 function press(lane, event) {
   if (event.ctrlKey || event.metaKey) return;
-  const command = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
+  const command = event.altKey ? undefined : keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
   const by = event.shiftKey ? 10 : 1;
   const [ms, value] = arrows[event.key] ?? [0, 0];
-  if (!event.repeat) endStep(); // a key that is held is undone in one
-  if (ms !== 0 || value !== 0) nudge(lane, ms * by, value * by, event.altKey);
-  else if (command !== undefined) command();
+  if (ms !== 0 || value !== 0) {
+    if (!event.repeat) endStep(); // a key that is held is undone in one
+    nudge(lane, ms * by, value * by, event.altKey);
+  } else if (command !== undefined) command();
   else return;
   event.preventDefault();
+  bringIntoView();
 }
 
 /** @type {Record<string, [number, number]>} */

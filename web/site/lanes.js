@@ -49,6 +49,9 @@ export function placeOf(lane, plot, event, point) {
 /** Where a curve is stretched, away from its last point. @param {Plot} plot @param {Curve} event @returns {Place} */
 export const gripOf = (plot, event) => [plot.x(endOf(event)), plot.y(event.points[3][1] > 45 ? 15 : 70)];
 
+/** Where the motor lets a tap end. @param {Tap} event @param {EventFacts | undefined} facts */
+export const tapEnd = (event, facts) => facts?.end_ms ?? endOf(event);
+
 /** The frequencies that the lane must have room for; they stay during a drag. */
 let top = 0;
 
@@ -71,21 +74,18 @@ function showLane(lane, facts, lines, high) {
   lane.plot = plot;
   drawGrid(plot, lines);
   const { design, event: chosen } = current();
-  /** @type {EventFacts[]} */
-  const known = [];
-  for (const event of facts.events) known[event.number - 1] = event;
   labelled = -Infinity;
   const drawPass = (/** @type {Plot} */ plot) => {
     design.events.forEach((event, i) => {
-      if (event.type === 'continuous') drawCurve(plot, lane, event, known[i] ?? {});
+      if (event.type === 'continuous') drawCurve(plot, lane, event, facts.events[i] ?? {});
     });
     design.events.forEach((event, i) => {
-      if (event.type === 'transient') drawTap(plot, lane, event, known[i], i === chosen);
+      if (event.type === 'transient') drawTap(plot, lane, event, facts.events[i], i === chosen);
     });
   };
   clipped(plot, () => {
-    drawPasses(plot, facts, drawPass);
     drawPass(plot);
+    drawPasses(plot, facts, drawPass);
     design.events.forEach((event, i) => event.type === 'continuous' && drawPoints(plot, lane, event, i === chosen));
     drawCursor(plot);
   });
@@ -127,7 +127,7 @@ let labelled = -Infinity;
 /** @param {Plot} plot @param {Lane} lane @param {Tap} event @param {EventFacts | undefined} facts @param {boolean} chosen */
 function drawTap(plot, lane, event, facts, chosen) {
   const left = plot.x(event.start);
-  const wide = Math.max(4, plot.x(facts?.end_ms ?? endOf(event)) - left);
+  const wide = Math.max(4, plot.x(tapEnd(event, facts)) - left);
   const name = chosen ? 'chosen' : 'tap';
   if (lane.field === 2) return fill(plot, name, box(left, plot.top, wide, plot.bottom - plot.top), 0.16);
   const [high, driven] = [plot.y(event.intensity), plot.y(facts?.driven ?? 0)];
@@ -184,7 +184,7 @@ function drawCursor(plot) {
 }
 
 /**
- * Warnings at their time, faults at their event, or at the edge where that lies beyond.
+ * Warnings at their time, faults at their event, or at the edge beyond which that lies.
  * @param {Plot} plot @param {Lane} lane @param {Facts} facts
  */
 function drawMarks(plot, lane, facts) {
@@ -192,7 +192,7 @@ function drawMarks(plot, lane, facts) {
   const { events } = current().design;
   for (const { ms } of facts.warnings) drawMark(plot, plot.x(ms), 'warning');
   for (const number of facts.fault_events) {
-    if (number > 0) drawMark(plot, Math.min(plot.right, plot.x(events[number - 1].start)), 'fault');
+    if (number > 0) drawMark(plot, Math.min(plot.right, Math.max(plot.left, plot.x(events[number - 1].start))), 'fault');
   }
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Elements of the page.
 
+import { cancelStep } from './state.js';
+
 /** @template {HTMLElement} T @param {string} id @param {{new (): T}} kind @returns {T} */
 export function element(id, kind) {
   const found = document.getElementById(id);
@@ -15,33 +17,27 @@ export function make(tag, values = {}, ...children) {
   return made;
 }
 
+/** As the library can be told. @param {any} value */
+export const isInteger = (value) => (value | 0) === value;
+
+/** @param {HTMLInputElement} input */
+const isAllowed = (input) => input.checkValidity() && (input.type === 'text' || isInteger(input.valueAsNumber));
+
 /**
- * Into a field, where what is typed stays as long as it means the same.
+ * Into a field, where what is typed stays as long as it means the same, or nothing yet.
  * @param {HTMLInputElement} input @param {string | number} value
  */
 export function putValue(input, value) {
-  if (input.dataset.shown !== String(value)) input.value = input.dataset.shown = String(value);
+  if (input === document.activeElement && !isAllowed(input)) return;
+  if (input.value !== value && input.valueAsNumber !== value) input.value = String(value);
 }
 
 /**
- * Whole numbers out of a field, as far as it allows them.
+ * Whole numbers out of a field. When it comes to what it does not allow, the beginning of that was never meant.
  * @param {HTMLInputElement} input @param {(value: number) => void} take
  */
 export function takeNumbers(input, take) {
-  let before = '';
-  const isAllowed = () => Number.isInteger(input.valueAsNumber) && input.checkValidity();
-  input.oninput = () => {
-    if (!isAllowed()) return;
-    input.dataset.shown = String(input.valueAsNumber);
-    take(input.valueAsNumber);
-  };
-  input.addEventListener('focus', () => (before = input.value));
-  // What is not allowed in the end was never meant, nor its beginning.
-  input.onchange = () => {
-    if (isAllowed()) return;
-    input.value = before;
-    input.dispatchEvent(new Event('input'));
-  };
+  input.oninput = () => (isAllowed(input) ? take(input.valueAsNumber) : cancelStep());
 }
 
 /** @param {string} id @param {string | number} value */

@@ -45,6 +45,8 @@ let past = [];
 /** @type {Step[]} */
 let future = [];
 let lastKind = '';
+/** When the last step ended. */
+let begun = state;
 /** @type {(() => void)[]} */
 const listeners = [];
 
@@ -55,8 +57,11 @@ export const canRedo = () => future.length > 0;
 /** @param {() => void} listener */
 export const onChange = (listener) => listeners.push(listener);
 
-/** Changes that are no edits of the design. @type {(changes: Partial<Omit<State, 'design'>>) => void} */
-export const show = put;
+/** Changes that are no edits of the design. @param {Partial<Omit<State, 'design'>>} changes */
+export function show(changes) {
+  if ('event' in changes) endStep();
+  put(changes);
+}
 
 /**
  * Edits of one kind in a row, as of a drag, are undone in one step. What is selected stays so, wherever it moves.
@@ -84,9 +89,17 @@ export function forgetPast() {
 }
 
 /** The next edit is a step of its own. */
-export const endStep = () => {
+export function endStep() {
   lastKind = '';
-};
+  begun = state;
+}
+
+/** What was done since the last step ended was not meant. */
+export function cancelStep() {
+  const { design, event } = (lastKind !== '' && past.pop()) || state;
+  put({ tap: begun.tap, response: begun.response, design, event });
+  endStep();
+}
 
 export const undo = () => exchange(past, future);
 export const redo = () => exchange(future, past);

@@ -32,12 +32,30 @@ export function lookAt({ from, to }) {
   show({ view: { from: start, to: start + length } });
 }
 
+/** What keys are about: the selected event or point, or the cursor. @returns {Span} */
+function chosenSpan() {
+  const { design, event: chosen, point, cursor } = current();
+  const event = design.events[chosen];
+  if (event === undefined) return { from: cursor, to: cursor };
+  if (event.type === 'transient' || point < 0) return { from: event.start, to: endOf(event) };
+  const at = event.start + event.points[point][0] - event.points[0][0];
+  return { from: at, to: at };
+}
+
+/** Where nothing of it is seen, as near as it takes. */
+export function bringIntoView() {
+  const { from, to } = shownSpan();
+  const chosen = chosenSpan();
+  if (current().view === null || (chosen.from <= to && chosen.to >= from)) return;
+  const by = (chosen.from + chosen.to - from - to) / 2;
+  lookAt({ from: from + by, to: to + by });
+}
+
 /** @param {number} factor below 1: closer @param {number} [stays] ms that stay where they are */
 export function zoom(factor, stays) {
   const { from, to } = shownSpan();
-  const event = current().design.events[current().event];
-  const middle = event === undefined ? (from + to) / 2 : (event.start + endOf(event)) / 2;
-  const at = Math.min(to, Math.max(from, stays ?? middle));
+  const chosen = chosenSpan();
+  const at = Math.min(to, Math.max(from, stays ?? (chosen.from + chosen.to) / 2));
   lookAt({ from: at - (at - from) * factor, to: at + (to - at) * factor });
 }
 

@@ -75,16 +75,21 @@ export function readPattern(json, name, profile, loops = 1, interval = 0) {
 }
 
 /** @param {Design} design */
-export const patternText = ({ events }) => JSON.stringify({ events });
+const patternText = ({ events }) => JSON.stringify({ events });
 
 /** @type {{design: Design, piece: Piece} | null} */
 let last = null;
 
-/** @param {Design} design */
+/** What is known of each event stands at its index in the design. @param {Design} design */
 export function patternPiece(design) {
   if (last?.design !== design) {
     const { name, profile, loops, interval } = design;
-    last = { design, piece: readPattern(patternText(design), `${name}.json`, profile, loops, interval) };
+    const piece = readPattern(patternText(design), `${name}.json`, profile, loops, interval);
+    /** @type {EventFacts[]} */
+    const events = [];
+    for (const event of piece.facts.events) events[event.number - 1] = event;
+    piece.facts.events = events;
+    last = { design, piece };
   }
   return last.piece;
 }

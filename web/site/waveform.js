@@ -161,7 +161,7 @@ function showNumbers(made) {
 /** Where a time is, beside the canvases' left edge. @param {number} ms */
 export const xOnWaveform = (ms) => (waveformLane.plot?.x(ms) ?? 0) + waveformLane.canvas.offsetLeft;
 
-/** Where the pointer is, null: elsewhere. @type {number | null} */
+/** Where the pointer is, null: elsewhere, so that the keys' cursor is read. @type {number | null} */
 let pointerX = null;
 
 /** The sample under the pointer, also from the lanes above. @param {PointerEvent} event */
@@ -172,13 +172,13 @@ export function readAt({ clientX }) {
 
 function showReading() {
   const { plot, canvas } = waveformLane;
-  if (plot === null || pointerX === null) return;
-  const ms = plot.msAt(pointerX - canvas.getBoundingClientRect().left);
-  hair.hidden = ms < Math.max(0, plot.span.from) || ms > plot.span.to;
-  if (hair.hidden) return;
+  if (plot === null) return;
+  const ms = pointerX === null ? current().cursor : plot.msAt(pointerX - canvas.getBoundingClientRect().left);
+  hair.hidden = pointerX === null || ms < Math.max(0, plot.span.from) || ms > plot.span.to;
+  if (pointerX !== null && hair.hidden) return;
   hair.style.left = `${xOnWaveform(ms)}px`;
   const piece = patternPiece(current().design);
-  const at = Math.floor((ms * piece.facts.rate) / 1000);
+  const at = Math.round((ms * piece.facts.rate) / 1000);
   const within = isPlayable(piece) && at < piece.facts.length;
   reading.textContent = `${ms.toFixed(2)} ms` +
     (within ? ` · sample ${at} · amplitude ${samples(piece, at, 1)[0]}` : '');
@@ -186,8 +186,7 @@ function showReading() {
 
 export function forgetReading() {
   pointerX = null;
-  hair.hidden = true;
-  reading.textContent = '';
+  showReading();
 }
 
 /** @param {Partial<State['response']>} changes */

@@ -133,12 +133,19 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await page.fill('#loops', '3');
   await page.fill('#interval', '70');
   const bytes = await exported(page, 'bin');
-  const link = await page.evaluate(async () => {
+  const linkTo = (changes) => page.evaluate(async (changes) => {
     const [{ fragmentOf }, { current }] = [await import('./files.js'), await import('./state.js')];
-    return fragmentOf(current().design);
-  });
+    return fragmentOf({ ...current().design, ...changes });
+  }, changes);
+  const link = await linkTo({});
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
+  assert.equal(await other.evaluate(() => localStorage.length), 0); // what was only looked at replaces no work
+  await other.click('#add-tap');
+  await shown(other);
+  assert.equal(await other.evaluate(() => location.hash), '');
+  await other.click('#undo');
+  await shown(other);
   await page.fill('#quality', '35');
   await shown(page);
   const tab = await openPage({ context: page.context() });
@@ -154,8 +161,24 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await other.click('#undo');
   await shown(other);
   assert.equal(await other.inputValue('#name'), 'heartbeat');
-  const broken = await openPage({ link: '#p=AAAA' });
-  assert.match(await broken.textContent('#messages'), /no pattern/);
+  const noTap = { type: 'transient', start: 0, intensity: 80 };
+  for (const wrong of ['#p=AAAA', await linkTo({ events: [], loops: 0 }), await linkTo({ events: [noTap] })]) {
+    const broken = await openPage({ link: wrong });
+    assert.match(await broken.textContent('#messages'), /no pattern/);
+    assert.equal(await broken.inputValue('#name'), 'heartbeat');
+  }
+  const faulty = await openPage({ link: await linkTo({ events: [{ ...noTap, level: 150 }] }) });
+  await faulty.click('#add-tap');
+  await shown(faulty);
+  await faulty.reload();
+  await drawn(faulty);
+  assert.equal(await faulty.locator('.event').count(), 2);
+  assert.match(await faulty.textContent('#events .fault'), /level.*150/);
+  await faulty.evaluate(() => {
+    const folder = { name: 'folder', text: () => Promise.reject(new Error('no file')) };
+    document.dispatchEvent(Object.assign(new Event('drop'), { dataTransfer: { files: [folder] } }));
+  });
+  await faulty.getByText('folder: cannot be read').waitFor();
 });
 
 test('keys alone build a pattern', async () => {
@@ -224,7 +247,63 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   }
   await page.fill('#loops', '65536');
   await page.keyboard.press('Tab');
+  await shown(page);
   assert.equal(await page.inputValue('#loops'), '1');
+});
+
+test('a field belongs to its event, and is undone as a whole', async () => {
+  const page = await openPage();
+  const file = join(scratch, 'taps.json');
+  const tap = (start, level) => ({ type: 'transient', start, intensity: 80, level });
+  const taps = [tap(100, 33), tap(700, 20)];
+  writeFileSync(file, JSON.stringify({ events: taps }));
+  await openFile(page, file);
+  const [start, level] = [page.getByLabel('Start, ms'), page.getByRole('spinbutton', { name: 'Level', exact: true }).first()];
+  const type = async (field, text) => {
+    await field.click();
+    await page.keyboard.press('Control+a');
+    await page.keyboard.type(text);
+  };
+  const plot = await page.locator('#intensity-lane').boundingBox();
+  const x = await page.evaluate(async () => (await import('./lanes.js')).intensityLane.plot.x(707));
+  for (const [field, text] of [[start, '-'], [level, '1.5'], [start, '20e9']]) {
+    await page.locator('.event').first().click();
+    await shown(page);
+    await type(field, text);
+    await page.mouse.click(plot.x + x, plot.y + plot.height - 10);
+    await shown(page);
+    assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^2 /);
+    assert.deepEqual(await savedEvents(page), taps, text);
+    assert.equal(await level.inputValue(), '20');
+  }
+  for (const [text, wanted] of [['2500', [tap(700, 20), tap(2500, 33)]], ['5000', [tap(2500, 33), tap(5000, 20)]]]) {
+    await page.locator('.event').first().click();
+    await shown(page);
+    await type(start, text);
+    assert.deepEqual(await savedEvents(page), wanted);
+  }
+  await page.click('#undo');
+  assert.deepEqual(await savedEvents(page), [tap(700, 20), tap(2500, 33)]);
+  await page.click('#undo');
+  assert.deepEqual(await savedEvents(page), taps);
+  await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
+  await page.mouse.down();
+  await page.mouse.move(plot.x + x + 40, plot.y + plot.height - 10);
+  assert.notDeepEqual(await savedEvents(page), taps);
+  await page.keyboard.press('Escape');
+  await page.mouse.up();
+  assert.deepEqual(await savedEvents(page), taps);
+  // A tap is touched as far as it is drawn on this motor.
+  await page.selectOption('#motor', '9595');
+  await shown(page);
+  const end = await page.evaluate(async () => {
+    const [{ intensityLane, tapEnd }, { current }] = [await import('./lanes.js'), await import('./state.js')];
+    const { facts } = (await import('./wasm.js')).patternPiece(current().design);
+    return intensityLane.plot.x(tapEnd(current().design.events[1], facts.events[1]));
+  });
+  await page.mouse.click(plot.x + end - 2, plot.y + plot.height - 10);
+  await shown(page);
+  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^2 /);
 });
 
 test('the value under the cursor is the sample, however near, and what sounds has a cursor of its own', async () => {
@@ -240,7 +319,7 @@ test('the value under the cursor is the sample, however near, and what sounds ha
     const span = await page.evaluate(async () => (await import('./view.js')).shownSpan());
     const ms = span.from + ((width * 0.4 - 40) / (width - 50)) * (span.to - span.from);
     const [, sample, amplitude] = /sample (\d+) · amplitude (-?\d+)/.exec(await page.textContent('#reading'));
-    assert.ok(Math.abs(sample - Math.floor(ms * 24)) <= (zooms === 0 ? 30 : 0), `${sample} at ${ms} ms`);
+    assert.ok(Math.abs(sample - Math.round(ms * 24)) <= (zooms === 0 ? 30 : 0), `${sample} at ${ms} ms`);
     assert.equal(Number(amplitude), bytes[sample]);
     assert.notEqual(bytes[sample], 0);
   }
