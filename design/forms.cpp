@@ -62,17 +62,18 @@ void write_csv(const Piece& piece, const Sink& sink) {
   if (piece.is_stream()) {
     std::vector<uint8_t> stream(static_cast<size_t>(piece.waveform.length));
     piece.waveform.read(0, stream);
-    return sink(stream_csv(stream));
+    sink(stream_csv(stream));
+    return;
   }
   sink("sample,time_ms,code,amplitude\n");
   for_blocks(piece.waveform, [&](int64_t first, std::span<const uint8_t> codes) {
-    sink(csv_lines(first, codes, piece.waveform.profile.sample_rate));
+    return sink(csv_lines(first, codes, piece.waveform.profile.sample_rate));
   });
 }
 
 void write_codes(const Piece& piece, const Sink& sink) {
   for_blocks(piece.waveform, [&](int64_t, std::span<const uint8_t> codes) {
-    sink({reinterpret_cast<const char*>(codes.data()), codes.size()});
+    return sink({reinterpret_cast<const char*>(codes.data()), codes.size()});
   });
 }
 
@@ -91,7 +92,7 @@ void write_wav(const Piece& piece, const Sink& sink) {
     std::string samples;
     samples.reserve(2 * codes.size());
     for (const uint8_t code : codes) samples.append({'\0', static_cast<char>(code)});
-    sink(samples);
+    return sink(samples);
   });
 }
 

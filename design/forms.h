@@ -20,8 +20,8 @@ constexpr const char* kFormsHelp = R"(OUTPUT:
   .bin  the sample codes
 )";
 
-// Takes a form's bytes, piece by piece.
-using Sink = std::function<void(std::string_view bytes)>;
+// Takes a form's bytes, piece by piece, and says whether it takes more.
+using Sink = std::function<bool(std::string_view bytes)>;
 
 // A line for each sample; of an event stream one for each event, and the total time.
 void write_csv(const Piece& piece, const Sink& sink);

@@ -48,6 +48,7 @@ std::vector<Point> extremes(const Panel& panel, const Waveform& waveform, int64_
         high_at = at;
       }
     }
+    return true;
   });
   close();
   return points;

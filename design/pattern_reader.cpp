@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // A pattern from its JSON, with every fault and its place.
 #include <algorithm>
+#include <set>
 #include <span>
+#include <string_view>
 
 #include "design/json.h"
 #include "design/pattern.h"
@@ -46,12 +48,12 @@ std::string named(const JsonValue& value) {
 // Members of the same name, and those that nobody knows.
 template <class IsKnown, class Report>
 void report_names(const JsonValue& object, IsKnown is_known, const char* of_what, Report report) {
+  std::set<std::string_view> seen;
   for (size_t i = 0; i < object.names.size(); ++i) {
     const std::string& name = object.names[i];
-    const bool twice = object.member(name) != &object.items[i];
     if (!is_known(name)) {
       report(object.name_places[i], shown(name) + ": is no field of " + of_what);
-    } else if (twice) {
+    } else if (!seen.insert(name).second) {
       report(object.name_places[i], shown(name) + ": stands there twice");
     }
   }

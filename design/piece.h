@@ -3,7 +3,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "design/motor.h"
@@ -26,8 +28,16 @@ Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensit
 
 Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude);
 
-// All passes. The events are without faults; where the pattern cannot be served the waveform's length is its error.
-Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events,
-                    const std::string& name);
+// What is wrong with a tone, like "frequency: must be ..."; empty: nothing.
+std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods);
+
+// A pattern's text on this chip and motor: what can be read of it, and all passes as a piece where it has no faults.
+struct PatternReading {
+  PatternFile file;
+  std::optional<Piece> piece;
+};
+
+PatternReading read_piece(const lrasynth_profile& profile, const Playback& playback, std::string_view json,
+                          const std::string& name);
 
 }  // namespace design

@@ -34,6 +34,7 @@ Motion::Motion(Waveform waveform, Resonator resonator)
       const double displacement = step(motor, amplitude(code) * unit_);
       squares += displacement * displacement;
     }
+    return true;
   });
   double most_energy = 0;
   for (const Block& block : blocks_) most_energy = std::max(most_energy, block.most_energy);

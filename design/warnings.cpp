@@ -35,6 +35,7 @@ int64_t false_peaks(const Waveform& waveform, Span span) {
       }
       before = is_peak ? 0 : amplitude(code);
     }
+    return true;
   };
   for_blocks(waveform, waveform.sample_at(span.from), std::min(waveform.length, waveform.sample_at(span.to)), visit);
   return count;

@@ -47,7 +47,7 @@ void for_blocks(const Waveform& waveform, int64_t from, int64_t to, const Visito
     const int64_t count = std::min(static_cast<int64_t>(block.size()), to - first);
     const std::span<uint8_t> codes(block.data(), static_cast<size_t>(count));
     waveform.read(first, codes);
-    visit(first, codes);
+    if (!visit(first, codes)) return;
   }
 }
 
@@ -163,6 +163,7 @@ Strength strength_of(const Waveform& waveform) {
   std::array<int64_t, 256> count = {};  // of each code
   for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {
     for (const uint8_t code : codes) ++count[code];
+    return true;
   });
   Strength strength = {};
   double squares = 0;

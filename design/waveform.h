@@ -56,8 +56,8 @@ struct Waveform {
 // Why a waveform of that length is refused; empty: it is not.
 std::string length_fault(double length_ms);
 
-// Has a waveform's samples from..to - 1 visited in blocks of a few ten thousand: visit(first, codes).
-using Visitor = std::function<void(int64_t first, std::span<const uint8_t> codes)>;
+// Has a waveform's samples from..to - 1 visited in blocks of a few ten thousand, as long as visit(first, codes) wants.
+using Visitor = std::function<bool(int64_t first, std::span<const uint8_t> codes)>;
 void for_blocks(const Waveform& waveform, int64_t from, int64_t to, const Visitor& visit);
 inline void for_blocks(const Waveform& waveform, const Visitor& visit) {
   for_blocks(waveform, 0, waveform.length, visit);

@@ -312,7 +312,10 @@ TEST(Forms, CsvTellsTimeAsPrintfDoes) {
     const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);
     const Piece tone = tone_piece(profile, 100, 600, 90);
     std::string lines;
-    write_csv(tone, [&](std::string_view bytes) { lines += bytes; });
+    write_csv(tone, [&](std::string_view bytes) {
+      lines += bytes;
+      return true;
+    });
     std::vector<uint8_t> codes(static_cast<size_t>(tone.waveform.length));
     tone.waveform.read(0, codes);
     std::string expected = "sample,time_ms,code,amplitude\n";

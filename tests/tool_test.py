@@ -7,6 +7,7 @@ import os
 import pathlib
 import re
 import shlex
+import signal
 import subprocess
 import tempfile
 import time
@@ -73,6 +74,9 @@ tap --audible | 2 | --audible: does nothing without a .wav file
 tap --response=0 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 0
 tap --response=high x.svg | 2 | --response: must be a whole number from 1 to 1000, not high
 tap --response 1001 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 1001
+tap --response 5.5 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 5.5
+tap --strict=no x.wav | 2 | --strict: takes no value
+tap -- x.mp3 | 2 | OUTPUT: x.mp3 must end in .*
 tap --response x.wav | 2 | --response: does nothing without an .svg file
 tap --response-hz 100 x.svg | 2 | --response-hz: does nothing without --response
 tap --response --response-hz 2001 x.svg | 2 | --response-hz: must be a whole number from 0 to 2000, not 2001
@@ -87,7 +91,7 @@ tap {"n" * 256}.wav | 1 | cannot write n{{120}}\.\.\.: File name too long
 tap /dev/full.wav/x.wav | 1 | cannot write /dev/full.wav/x.wav: .*
 tone x.wav | 2 | --frequency is required
 tone --frequency 0 --half-periods 2 --amplitude 9 x.wav | 2 | --frequency: must be a whole number from 1 to 12000, not 0
-tone --frequency 7000 --half-periods 2 --amplitude 9 --chip 1 x.wav | 2 | --frequency: must be .* 1 to 6000 with --chip 1, not 7000
+tone --frequency 7000 --half-periods 2 --amplitude 9 --chip 1 x.wav | 2 | --frequency: must be .* 1 to 6000, not 7000, at 12000 samples a second
 tone --frequency 9 --half-periods 0 --amplitude 9 x.wav | 2 | --half-periods: must be .* from 1 to 1000000, not 0
 tone --frequency 9 --half-periods 2 --amplitude 128 x.wav | 2 | --amplitude: must be .* from 0 to 127, not 128
 tone --frequency 1 --half-periods 1000000 --amplitude 9 x.wav | 2 | --half-periods: the waveform may last 600000 ms at most
@@ -118,8 +122,8 @@ pattern p.json --boost off x.wav | 2 | --boost: does nothing on this motor
 pattern p.json --motor 832 --boost maybe x.wav | 2 | --boost: must be on or off, not maybe
 pattern p.json --interval 5 x.wav | 2 | --interval: does nothing without --loop 2 or more
 pattern p.json --loop 0 x.wav | 2 | --loop: must be a whole number from 1 to 65535, not 0
-pattern p.json --loop 65535 x.wav | 2 | --loop, --interval: the waveform may last 600000 ms at most
-pattern p.json --loop 2 --interval 600000 x.wav | 2 | --loop, --interval: the waveform may last 600000 ms at most
+pattern p.json --loop 65535 x.wav | 2 | p.json: the waveform may last 600000 ms at most, with all passes and gaps
+pattern p.json --loop 2 --interval 600000 x.wav | 2 | p.json: the waveform .* with all passes and gaps
 pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: must be at most 50, the limit
 pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: motor 81540 has no transients
 pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .bin or .csv with --chip 11
@@ -141,7 +145,9 @@ tap loop.wav | 1 | cannot write loop.wav: Too many levels of symbolic links
 tap x.csv full.wav | 1 | cannot write full.wav: No space left on device
 sheet --intensity 100 --levels 60 --strict x.svg | 2 | --strict: a warning is a fault
 pattern p.json --print-request --response | 2 | --response: does nothing without an .svg file
-pattern p.json --save '' | 1 | cannot write an empty word: No such file or directory
+pattern p.json --save '' | 2 | --save: must be a file, or -, not an empty word
+pattern p.json --save --strict | 2 | --save: must be a file, or -, not --strict
+pattern p.json --save /dev/stdout --print-request | 2 | -: takes one thing only
 compare --from 5 | 2 | --from: does nothing without an .svg file
 compare nosuch.json x.svg | 1 | cannot read nosuch.json: No such file or directory
 compare p.json nosuch/x.svg | 1 | cannot write nosuch/x.svg: No such file or directory
@@ -204,6 +210,10 @@ class ToolTest(unittest.TestCase):
         self.assertIn(f">! {line}<", (self.directory / "x.svg").read_text())
         result = self.run_tool("pattern", "-", "y.svg", "--strict", pattern=[sweep])
         self.assertEqual((result.returncode, (self.directory / "y.svg").exists()), (2, False))
+        result = self.run_tool("sheet", "--levels", "25,29", "--intensity", 100, "--strict", "y.svg")
+        self.assertEqual([line[:43] for line in result.stderr.splitlines()],
+                         [b"lrasynth: warning: 1: Tap: motor 1040, leve", b"lrasynth: warning: 2: Tap: motor 1040, leve",
+                          b"lrasynth: --strict: a warning is a fault"])
         self.output_of("pattern", ROOT / "tools/demo/heartbeat.json", "--strict", "y.svg")
 
     def test_without_output_the_numbers_are_told(self):
@@ -242,16 +252,16 @@ class ToolTest(unittest.TestCase):
 
     def test_a_signal_leaves_no_file(self):
         events = [continuous(1000 * i + (i == 4) * 2, 900) for i in range(599)]
-        for delay in (0.05, 0.15, 0.3):
+        for delay, ending in ((0.05, signal.SIGTERM), (0.15, signal.SIGPROF), (0.3, signal.SIGINT)):
             command = subprocess.Popen([COMMAND, "pattern", "-", "x.csv", "x.wav"], cwd=self.directory,
                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
             command.stdin.write(json.dumps({"events": events}).encode())
             command.stdin.close()
             time.sleep(delay)
-            command.terminate()
+            command.send_signal(ending)
             command.wait()
             if command.returncode != 0:  # it was faster
-                self.assertEqual((command.returncode, list(self.directory.iterdir())), (-15, []))
+                self.assertEqual((command.returncode, list(self.directory.iterdir())), (-ending, []))
             for stream in (command.stdout, command.stderr):
                 stream.close()
 

@@ -76,7 +76,10 @@ void add_options(CLI::App& app, const Command& command, Arguments& arguments) {
   add("--interval", arguments.playback.interval_ms, "Silence between two passes in ms", time);
   add("--limit", arguments.playback.limit_ms, "Latest start of a continuous event in ms", time)->default_str("");
   app.add_option("--save", arguments.save_path, "Write the checked pattern in canonical form to this file, or -")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check([](const std::string& path) {
+        return path.empty() || path.starts_with("--") ? "must be a file, or -, not " + design::echo(path) : "";
+      });
   app.add_flag("--print-request", arguments.print_request, "Print the pattern as an array for a C host");
   add("--response", arguments.resonator.quality, "Estimate the motor's displacement; Q: quality factor",
       number_in(1, 1000).description("[Q]"));
@@ -86,16 +89,12 @@ void add_options(CLI::App& app, const Command& command, Arguments& arguments) {
   app.add_flag("--strict", arguments.strict, "Take warnings for faults");
   app.add_flag("--audible", arguments.audible, "WAV at 48000 samples a second, for players that refuse less");
   add("--format", arguments.format, "Form of OUTPUT -", one_of("wav|svg|csv|bin"))->default_str("");
-  app.add_option("FILE", arguments.files, "Pattern in JSON; - is standard input")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->required();
   app.add_option("FILES", arguments.files, "Pattern files, none for a tap; last the .svg file to write, if any");
-  app.add_option("OUTPUT", arguments.outputs, "Files to write, in the form that their ending says, see below")
-      ->check(output_in(".wav|.svg|.csv|.bin"));
-  app.add_option("PICTURE", arguments.picture, "The .svg file to write; - is standard output")
-      ->check(output_in(".svg"))
-      ->required();
+  auto* const file = app.add_option("FILE", arguments.files, "Pattern in JSON; - is standard input");
+  const char* const outputs = "Files to write, in the form that their ending says, see below";
+  app.add_option("OUTPUT", arguments.outputs, outputs)->check(output_in(".wav|.svg|.csv|.bin"));
+  auto* const picture = app.add_option("PICTURE", arguments.outputs, "The .svg file, or -")->check(output_in(".svg"));
+  for (auto* const only : {file, picture}) only->expected(1)->allow_extra_args(false)->required();
   for (const char* positional : {"FILE", "FILES", "OUTPUT", "PICTURE"}) app.get_option(positional)->type_name("");
 }
 
@@ -144,6 +143,7 @@ void add_command(CLI::App& app, const Command& command, Arguments& arguments) {
   CLI::App& called = *app.add_subcommand(command.name, command.help)->footer(command.footer);
   add_options(called, command, arguments);
   for (CLI::Option* const option : called.get_options()) {
+    option->disable_flag_override();
     if (!takes(command, option->get_name())) called.remove_option(option);
   }
   called.callback([&called, &arguments, run = command.run] {

@@ -37,7 +37,6 @@ struct Arguments {
   bool audible = false;
   std::string format;
   std::vector<std::string> outputs;
-  std::string picture;
 
   bool has(const std::string& option) const;
 

@@ -41,6 +41,7 @@ void write_audible_wav(const design::Waveform& waveform, Target& target) {
     samples.clear();
     for (const uint8_t code : codes) samples.push_back(static_cast<int16_t>(design::amplitude(code) * 256));
     convert();
+    return target.error == 0;
   });
   samples.clear();
   while (convert()) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <span>
 
 #include "design/forms.h"
 #include "design/plot.h"
@@ -18,16 +19,17 @@ namespace {
 
 using design::text;
 
-void check(const std::string& what, const std::string& fault) {
-  if (!fault.empty()) refuse(what + ": " + fault);
-}
-
-// Prints the warnings of a piece, and ends the command where they are faults.
-void report(const Arguments& arguments, const design::Piece& piece, const std::string& prefix = "") {
-  for (const design::Warning& warning : piece.warnings) {
-    std::cerr << "lrasynth: warning: " << prefix << line_of(warning) << '\n';
+// Prints the warnings of all, and ends the command where they are faults.
+void report(const Arguments& arguments, std::span<const design::Piece> pieces) {
+  size_t count = 0;
+  for (size_t i = 0; i < pieces.size(); ++i) {
+    count += pieces[i].warnings.size();
+    const std::string name = pieces.size() == 1 ? "" : text("%zu: ", i + 1) + pieces[i].waveform.title + ": ";
+    for (const design::Warning& warning : pieces[i].warnings) {
+      std::cerr << "lrasynth: warning: " << name << line_of(warning) << '\n';
+    }
   }
-  if (arguments.strict && !piece.warnings.empty()) refuse("--strict: a warning is a fault");
+  if (arguments.strict && count > 0) refuse("--strict: a warning is a fault");
 }
 
 design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& profile, int32_t level) {
@@ -38,17 +40,10 @@ design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& prof
 
 design::Piece pattern_piece(const Arguments& arguments, const lrasynth_profile& profile, const std::string& path,
                             const std::string& json) {
-  const design::Playback& playback = arguments.playback;
-  design::PatternFile file = design::read_pattern(json);
-  add_faults(file.events, profile, playback, file.faults);
-  if (file.faults.count > 0) refuse(CLI::detail::join(file.faults.lines(shown_path(path)), "\n"));
-  design::Piece piece =
-      design::pattern_piece(profile, playback, std::move(file.events), std::filesystem::path(path).filename());
-  // The empty event that closes some requests is all that has not been checked yet.
-  if (piece.waveform.length < 0) refuse("--limit: the end of the pattern lies beyond it");
-  const std::string cause = playback.loops > 1 ? "--loop, --interval" : shown_path(path);
-  if (!piece.is_stream()) check(cause, design::length_fault(piece.waveform.length_ms()));
-  return piece;
+  const std::string name = std::filesystem::path(path).filename();
+  auto [file, piece] = design::read_piece(profile, arguments.playback, json, name);
+  if (!piece) refuse(CLI::detail::join(file.faults.lines(shown_path(path)), "\n"));
+  return std::move(*piece);
 }
 
 // The stretch of time that is drawn.
@@ -66,13 +61,11 @@ std::string form_of(const Arguments& arguments, const std::string& path) {
 }
 
 void refuse_idle_outputs(const Arguments& arguments, bool tells) {
-  const auto none_is = [&](const char* form) {
-    return std::none_of(arguments.outputs.begin(), arguments.outputs.end(),
-                        [&](const std::string& path) { return form_of(arguments, path) == form; });
-  };
   const auto& paths = arguments.outputs;
-  const bool no_dash = std::find(paths.begin(), paths.end(), kStandardOutput) == paths.end();
-  arguments.refuse_idle({"--format"}, no_dash, "without OUTPUT -");
+  const auto none_is = [&](const char* form) {
+    return std::none_of(paths.begin(), paths.end(), [&](const auto& path) { return form_of(arguments, path) == form; });
+  };
+  arguments.refuse_idle({"--format"}, std::count(paths.begin(), paths.end(), kStandardOutput) == 0, "without OUTPUT -");
   arguments.refuse_idle({"--audible"}, none_is(".wav"), "without a .wav file");
   arguments.refuse_idle({"--response"}, !tells && none_is(".svg"), "without an .svg file");
   arguments.refuse_idle({"--response-hz"}, !tells && !arguments.has("--response"), "without --response");
@@ -91,7 +84,7 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
     return text_file(path, plot_of(piece, drawn, shown(arguments, felt_span(piece.waveform, drawn))), size_of(piece));
   }
   const auto write = [&piece, form, audible = arguments.audible](Target& target) {
-    const design::Sink sink = [&](std::string_view bytes) { target.write(bytes); };
+    const design::Sink sink = [&](std::string_view bytes) { return target.write(bytes); };
     if (form == ".wav" && audible) return write_audible_wav(piece.waveform, target);
     if (form == ".wav") return design::write_wav(piece, sink);
     (form == ".csv" ? design::write_csv : design::write_codes)(piece, sink);
@@ -103,7 +96,7 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
 // and the other files with them.
 void finish(const Arguments& arguments, const design::Piece& piece, std::vector<File> files = {}) {
   refuse_idle_outputs(arguments, files.empty() && arguments.outputs.empty());
-  report(arguments, piece);
+  report(arguments, {&piece, 1});
   for (const std::string& path : arguments.outputs) files.push_back(file_of(arguments, piece, path));
   if (files.empty()) files.push_back(text_file(kStandardOutput, summary_of(piece, arguments.resonator)));
   write_files(files, arguments.files);
@@ -132,12 +125,8 @@ void run_pattern(const Arguments& arguments) {
 
 void run_tone(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
-  const int32_t most_hz = profile.sample_rate / 2;
-  if (arguments.frequency_hz > most_hz) {
-    refuse(text("--frequency: must be a whole number from 1 to %d with --chip %d, not %d", most_hz, profile.chip_type,
-                arguments.frequency_hz));
-  }
-  check("--half-periods", design::length_fault(500.0 * arguments.half_periods / arguments.frequency_hz));
+  const std::string fault = design::tone_fault(profile, arguments.frequency_hz, arguments.half_periods);
+  if (!fault.empty()) refuse("--" + fault);
   finish(arguments, design::tone_piece(profile, arguments.frequency_hz, arguments.half_periods, arguments.amplitude));
 }
 
@@ -145,11 +134,13 @@ void run_sheet(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
   const bool has_taps = design::has_taps(profile);
   arguments.refuse_idle({"--levels", "--intensity"}, !has_taps, "on this motor");
+  std::vector<design::Piece> taps;
   for (const int32_t level : has_taps ? arguments.levels : std::vector<int32_t>()) {
-    report(arguments, tap_piece(arguments, profile, level), text("level %d: ", level));
+    taps.push_back(tap_piece(arguments, profile, level));
   }
+  report(arguments, taps);
   const design::Sheet sheet = {profile, arguments.levels, arguments.intensity, arguments.in_pattern};
-  write_files({text_file(arguments.picture, sheet_of(sheet), title_of(sheet))});
+  write_files({text_file(arguments.outputs.front(), sheet_of(sheet), title_of(sheet))});
 }
 
 // Patterns, or one tap, on every profile.
@@ -186,8 +177,8 @@ void run_compare(const Arguments& arguments) {
   const std::vector<design::Piece> pieces = pieces_of(arguments, profiles, files);
   std::vector<design::Motion> motions;
   design::Span whole = {0, 0};
+  report(arguments, pieces);
   for (const design::Piece& piece : pieces) {
-    report(arguments, piece, piece.waveform.title + ": ");
     motions.emplace_back(piece.waveform, arguments.resonator);
     whole.to = std::max(whole.to, felt_span(piece.waveform, &motions.back()).to);
   }

@@ -22,7 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 using design::text;
 
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGALRM, SIGXCPU, SIGUSR1, SIGUSR2};
+constexpr int kEndingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM,   SIGPIPE, SIGALRM, SIGXCPU,
+                                  SIGUSR1, SIGUSR2, SIGPROF, SIGVTALRM, SIGIO,   SIGPWR,  SIGSTKFLT};
 
 // Keeps signals waiting while there are files to be removed first.
 class HeldSignals {
@@ -30,7 +31,10 @@ class HeldSignals {
   HeldSignals() {
     sigset_t held;
     ::sigemptyset(&held);
-    for (const int signal : kEndingSignals) ::sigaddset(&held, signal);
+    for (const int signal : kEndingSignals) {
+      struct sigaction action;  // what is ignored would wait all the same
+      if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) ::sigaddset(&held, signal);
+    }
     ::sigprocmask(SIG_BLOCK, &held, &before_);
   }
   HeldSignals(const HeldSignals&) = delete;
@@ -156,12 +160,13 @@ std::string content_of(const std::string& path, size_t most) {
   throw Failure(kCannotRender, "cannot read " + shown_path(path) + ": " + std::strerror(errno));
 }
 
-void Target::write(std::string_view bytes) {
+bool Target::write(std::string_view bytes) {
   while (error == 0 && !bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (is_signal_waiting() || (written < 0 && errno != EINTR)) error = written < 0 ? errno : EINTR;
     if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));
   }
+  return error == 0;
 }
 
 File text_file(std::string path, std::string content, std::string note) {
@@ -169,7 +174,10 @@ File text_file(std::string path, std::string content, std::string note) {
   return {std::move(path), write, std::move(note)};
 }
 
-void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs) {
+void write_files(std::vector<File> files, const std::vector<std::string>& inputs) {
+  for (File& file : files) {
+    if (goes_through(file.path) && identity(file.path) == identity("/dev/stdout")) file.path = kStandardOutput;
+  }
   refuse_clashes(files, inputs);
   const File* printed = nullptr;
   std::vector<const File*> whole;

@@ -36,7 +36,8 @@ struct Target {
   int descriptor;
   int error = 0;  // as errno tells it; EINTR: the command is to end
 
-  void write(std::string_view bytes);
+  // Whether nothing has gone wrong.
+  bool write(std::string_view bytes);
 };
 
 struct File {
@@ -47,9 +48,9 @@ struct File {
 
 File text_file(std::string path, std::string content, std::string note = {});
 
-// Writes all files or none, then what goes elsewhere than into files. Says what it wrote on standard output, unless
+// Writes into pipes and devices, then all files or none, then to standard output, where it says what it wrote unless
 // that carries one. Refused are a file named twice, and the input.
-void write_files(const std::vector<File>& files, const std::vector<std::string>& inputs = {});
+void write_files(std::vector<File> files, const std::vector<std::string>& inputs = {});
 
 // Audio at 48000 samples a second, mono, 16 bits.
 void write_audible_wav(const design::Waveform& waveform, Target& target);

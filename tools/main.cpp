@@ -16,10 +16,9 @@ namespace command {
 namespace {
 
 int complain(const std::string& lines, int status) {
-  constexpr size_t kMostCharacters = 400;
   std::istringstream stream(lines);
   for (std::string line; std::getline(stream, line);) {
-    std::cerr << "lrasynth: " << design::shown(line, kMostCharacters) << '\n';
+    std::cerr << "lrasynth: " << design::shown(line, 400) << '\n';
   }
   return status;
 }
@@ -29,9 +28,9 @@ std::vector<std::string> words_of(int argc, const char* const* argv) {
   std::vector<std::string> words;
   for (int i = 1; i < argc; ++i) {
     const std::string next = i + 1 < argc ? argv[i + 1] : "";
-    const bool is_number = !next.empty() && next.find_first_not_of("0123456789") == std::string::npos;
+    double number = 0;
     words.emplace_back(argv[i]);
-    if (words.back() == "--response" && !is_number) words.back() += "=20";
+    if (words.back() == "--response" && !CLI::detail::lexical_cast(next, number)) words.back() += "=20";
   }
   std::reverse(words.begin(), words.end());  // as CLI11 takes them
   return words;
@@ -39,7 +38,8 @@ std::vector<std::string> words_of(int argc, const char* const* argv) {
 
 // In our words, what CLI11 says otherwise.
 std::string words_of(const CLI::App& app, const CLI::ParseError& error) {
-  const std::vector<std::string> extras = app.remaining(true);
+  std::vector<std::string> extras = app.remaining(true);
+  std::erase(extras, "--");
   const std::string extra = extras.empty() ? "" : design::shown(extras.front());
   if (app.get_subcommands().empty()) {
     std::vector<std::string> names;
@@ -51,7 +51,9 @@ std::string words_of(const CLI::App& app, const CLI::ParseError& error) {
   if (!extra.empty()) return extra + ": is an argument too many";
   const std::string words = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return words;
-  return words.substr(0, words.find(':')) + ": takes one value";
+  const size_t flag = words.find(" was given a disallowed flag override");
+  return flag != words.npos ? "--" + words.substr(0, flag) + ": takes no value"
+                            : words.substr(0, words.find(':')) + ": takes one value";
 }
 
 int run(int argc, const char* const* argv) {
@@ -59,7 +61,7 @@ int run(int argc, const char* const* argv) {
                "lrasynth");
   app.set_version_flag("--version", design::text("lrasynth %d.%d.%d", LRASYNTH_VERSION_MAJOR, LRASYNTH_VERSION_MINOR,
                                                  LRASYNTH_VERSION_PATCH));
-  app.footer("Exit status: 0, 1 if it cannot be rendered or written, 2 for wrong input.");
+  app.footer("Exit status: 0, 1 if something cannot be read, rendered or written, 2 for wrong input.");
   app.require_subcommand(1);
   Arguments arguments;
   for (const Command& command : commands()) add_command(app, command, arguments);

@@ -217,14 +217,6 @@ int take_piece(design::Piece piece) {
   return 0;
 }
 
-// Why a piece is too long to be current; empty: it is not.
-std::string refusal_of(const design::Piece& piece) {
-  constexpr int64_t kMostBytes = 1 << 26;
-  if (!piece.is_stream()) return design::length_fault(piece.waveform.length_ms());
-  if (piece.waveform.length <= kMostBytes) return "";
-  return text("the event stream may have %lld bytes at most", static_cast<long long>(kMostBytes));
-}
-
 std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
   const auto& motors = design::kMotors;
   if (std::find(std::begin(motors), std::end(motors), motor) == std::end(motors)) return std::nullopt;
@@ -252,10 +244,10 @@ std::string facts_of(int32_t motor) {
 template <class Write>
 std::string collected(Write write) {
   size_t length = 0;
-  write([&](std::string_view bytes) { length += bytes.size(); });
+  write([&](std::string_view bytes) { return length += bytes.size(), true; });
   std::string all;
   all.reserve(length);
-  write([&](std::string_view bytes) { all += bytes; });
+  write([&](std::string_view bytes) { return all += bytes, true; });
   return all;
 }
 
@@ -306,14 +298,9 @@ int studio_pattern(const char* json, size_t length, const char* name, size_t nam
   const std::string_view file(name, name_length);
   const bool has_gaps = loops > 1 && !design::is_event_stream(*profile);
   const design::Playback playback = {.loops = loops, .interval_ms = has_gaps ? interval_ms : 0};
-  design::PatternFile pattern = design::read_pattern({json, length});
-  add_faults(pattern.events, *profile, playback, pattern.faults);
-  if (pattern.faults.count > 0) return take_faults(pattern.faults, design::shown(file, 120), pattern.events);
-  design::Piece piece = pattern_piece(*profile, playback, std::move(pattern.events), std::string(file));
-  const std::string refusal = refusal_of(piece);
-  if (refusal.empty()) return take_piece(std::move(piece));
-  pattern.faults.add({0, {}, "loops, gap: " + refusal});
-  return take_faults(pattern.faults, design::shown(file, 120), piece.score->events());
+  auto [pattern, piece] = design::read_piece(*profile, playback, {json, length}, std::string(file));
+  if (piece) return take_piece(std::move(*piece));
+  return take_faults(pattern.faults, design::shown(file, 120), pattern.events);
 }
 
 int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
