@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // One tap: its waveform, and all levels side by side.
 
-import { box, clipped, colour, drawGrid, plotOn, stroke, write } from './canvas.js';
+import { clipped, colour, drawGrid, plotOn } from './canvas.js';
 import { add } from './commands.js';
-import { newTap } from './edits.js';
+import { clamp, newTap } from './edits.js';
 import { wordItems } from './events.js';
 import { play } from './listen.js';
-import { element, make, onNumber, setValue } from './page.js';
+import { element, onNumber, setValue } from './page.js';
 import { current, show } from './state.js';
 import { drawSamples, drawSections } from './waveform.js';
 import { motorOf, samples, tapPiece } from './wasm.js';
@@ -14,8 +14,7 @@ import { motorOf, samples, tapPiece } from './wasm.js';
 /** @import {Profile, State} from './state.js' */
 /** @import {Piece} from './wasm.js' */
 
-const strip = element('strip', HTMLCanvasElement);
-const levels = 101;
+const strip = element('levels', HTMLCanvasElement);
 
 /** What was drawn last, and its piece. @type {{key: string, piece: Piece | null}} */
 let last = { key: '', piece: null };
@@ -58,60 +57,39 @@ function showWave() {
     ...wordItems(facts?.warnings.map(({ line }) => ({ line, kind: 'warning' }))));
 }
 
-/** A column of pixels for each level, time runs down. @type {HTMLCanvasElement | null} */
-let image = null;
-let imageKey = '';
+let stripKey = '';
 
 /** Its taps come a moment after the rest of the page. @param {Profile} profile @param {boolean} anew */
 function showStrip(profile, anew) {
   const { tap } = current();
+  const mark = element('chosen-level', HTMLDivElement);
+  mark.hidden = last.piece === null;
+  mark.style.left = `${(tap.level / strip.width) * 100}%`;
   const key = JSON.stringify([profile, tap.intensity, tap.inPattern]);
-  drawStrip();
-  if (key === imageKey && !anew) return;
-  imageKey = key;
-  setTimeout(() => {
-    image = motorOf(profile).taps ? stripImage(profile, tap) : null;
-    drawStrip();
-  });
+  if (key === stripKey && !anew) return;
+  stripKey = key;
+  setTimeout(() => drawStrip(profile, tap));
 }
 
-function drawStrip() {
-  const { tap } = current();
-  const plot = plotOn(strip, { from: 0, to: levels }, [0, 1], { top: 2, bottom: 18 });
-  const { draw, left, right, top, bottom } = plot;
-  draw.imageSmoothingEnabled = false;
-  if (image !== null) {
-    draw.drawImage(image, left, top, right - left, bottom - top);
-    const mark = box(plot.x(tap.level) - 1, top, plot.x(1) - left + 2, bottom - top);
-    stroke(plot, 'chosen', [...mark, mark[0]], 2);
-  } else {
-    write(plot, 'No taps.', (left + right) / 2, (top + bottom) / 2, 'center', 'middle');
-  }
-  for (const level of [0, 25, 50, 75, 100]) {
-    write(plot, String(level), plot.x(level + 0.5), bottom + 4, level === 0 ? 'left' : level === 100 ? 'right' : 'center', 'top');
-  }
-}
-
-/** @param {Profile} profile @param {State['tap']} tap */
-function stripImage(profile, tap) {
-  const taps = Array.from({ length: levels }, (_, level) => {
+/** A column of pixels for each level, time runs down. @param {Profile} profile @param {State['tap']} tap */
+function drawStrip(profile, tap) {
+  const { width, height } = strip;
+  const taps = Array.from({ length: motorOf(profile).taps ? width : 0 }, (_, level) => {
     const piece = tapPiece(profile, { ...tap, level });
     return samples(piece, 0, piece.facts.length);
   });
-  const rows = 120;
   const longest = Math.max(...taps.map(({ length }) => length));
   const names = [colour('low'), colour('curve')];
-  const canvas = make('canvas', { width: levels, height: rows });
-  const draw = /** @type {CanvasRenderingContext2D} */ (canvas.getContext('2d'));
+  const draw = /** @type {CanvasRenderingContext2D} */ (strip.getContext('2d'));
+  draw.clearRect(0, 0, width, height);
   taps.forEach((tap, level) => {
-    for (let row = 0; row < rows; ++row) {
-      const value = tap[Math.floor((row * longest) / rows)] ?? 0;
+    for (let row = 0; row < height; ++row) {
+      const value = tap[Math.floor((row * longest) / height)] ?? 0;
       draw.globalAlpha = Math.abs(value) / 128;
       draw.fillStyle = names[Number(value > 0)];
       draw.fillRect(level, row, 1, 1);
     }
   });
-  return canvas;
 }
 
 /** @param {Partial<State['tap']>} changes */
@@ -126,11 +104,8 @@ element('tap-add', HTMLButtonElement).onclick = () => {
   const { cursor, tap } = current();
   add(newTap(cursor, tap.level, tap.intensity));
 };
-const choose = (/** @type {PointerEvent} */ event) => {
-  if (event.buttons === 0) return;
-  const box = strip.getBoundingClientRect();
-  const share = (event.clientX - box.left - 40) / (box.width - 50);
-  set({ level: Math.min(100, Math.max(0, Math.floor(share * levels))) });
+const choose = (/** @type {PointerEvent} */ { buttons, offsetX }) => {
+  if (buttons !== 0) set({ level: clamp(Math.floor((offsetX / strip.clientWidth) * strip.width), 0, 100) });
 };
 strip.addEventListener('pointerdown', choose);
 strip.addEventListener('pointermove', choose);

@@ -74,17 +74,14 @@ export function readPattern(json, name, profile, loops = 1, interval = 0) {
     withTexts([json, name], (...texts) => wasm.studio_pattern(...texts, motor, chip, Number(boost), loops, interval)));
 }
 
-/** @param {Design} design */
-const patternText = ({ events }) => JSON.stringify({ events });
-
 /** @type {{design: Design, piece: Piece} | null} */
 let last = null;
 
 /** What is known of each event stands at its index in the design. @param {Design} design */
 export function patternPiece(design) {
   if (last?.design !== design) {
-    const { name, profile, loops, interval } = design;
-    const piece = readPattern(patternText(design), `${name}.json`, profile, loops, interval);
+    const { name, profile, loops, interval, events: written } = design;
+    const piece = readPattern(JSON.stringify({ events: written }), `${name}.json`, profile, loops, interval);
     /** @type {EventFacts[]} */
     const events = [];
     for (const event of piece.facts.events) events[event.number - 1] = event;
