@@ -307,6 +307,15 @@ TEST(Text, ForeignBytesAreShownSafely) {
   EXPECT_EQ(whole_number("-010"), -10);
 }
 
+TEST(Forms, NothingIsRenderedForWhoTakesNoMore) {
+  const Piece tone = tone_piece(lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1), 100, 2000, 90);
+  for (const auto write : {write_csv, write_codes, write_wav}) {
+    int calls = 0;
+    write(tone, [&](std::string_view) { return ++calls < 3; });
+    EXPECT_EQ(calls, 3);
+  }
+}
+
 TEST(Forms, CsvTellsTimeAsPrintfDoes) {
   for (const int32_t chip : {0, 1}) {
     const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);

@@ -90,6 +90,7 @@ function begin(lane, event) {
   const { design, view } = current();
   const before = target && design.events[target.event];
   drag = { lane, plot: lane.plot, target, x, y, before, now: before, view, moved: false };
+  endStep();
   lane.canvas.setPointerCapture(event.pointerId);
   if (target !== null) show({ event: target.event, point: target.point, view: shownSpan() });
   ++drags;

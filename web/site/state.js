@@ -57,11 +57,8 @@ export const canRedo = () => future.length > 0;
 /** @param {() => void} listener */
 export const onChange = (listener) => listeners.push(listener);
 
-/** Changes that are no edits of the design. @param {Partial<Omit<State, 'design'>>} changes */
-export function show(changes) {
-  if ('event' in changes) endStep();
-  put(changes);
-}
+/** Changes that are no edits of the design. @type {(changes: Partial<Omit<State, 'design'>>) => void} */
+export const show = put;
 
 /**
  * Edits of one kind in a row, as of a drag, are undone in one step. What is selected stays so, wherever it moves.

@@ -162,8 +162,9 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await shown(other);
   assert.equal(await other.inputValue('#name'), 'heartbeat');
   const noTap = { type: 'transient', start: 0, intensity: 80 };
-  for (const wrong of ['#p=AAAA', await linkTo({ events: [], loops: 0 }), await linkTo({ events: [noTap] })]) {
-    const broken = await openPage({ link: wrong });
+  const noCurve = { type: 'continuous', start: 0, duration: 9, points: [[0, 0, 0]] };
+  for (const wrong of [{ events: [], loops: 0 }, { events: [noTap] }, { events: [noCurve] }, null]) {
+    const broken = await openPage({ link: wrong === null ? '#p=AAAA' : await linkTo(wrong) });
     assert.match(await broken.textContent('#messages'), /no pattern/);
     assert.equal(await broken.inputValue('#name'), 'heartbeat');
   }
@@ -198,16 +199,22 @@ test('keys alone build a pattern', async () => {
   await press('t Shift+ArrowUp ArrowRight c 3 ArrowDown ArrowDown Shift+ArrowRight');
   await tabTo('frequency-lane');
   // Shrunk to next to nothing, a curve still knows its shape.
-  await press(`2 Shift+ArrowUp 0${' Alt+Shift+ArrowLeft'.repeat(19)}${' Alt+Shift+ArrowRight'.repeat(20)} PageUp d`);
+  await press(`2 Shift+ArrowUp 0${' Alt+Shift+ArrowLeft'.repeat(22)}${' Alt+Shift+ArrowRight'.repeat(20)} PageUp d`);
   assert.deepEqual(await savedEvents(page), [
     { type: 'transient', start: 1, intensity: 90, level: 50 },
-    { type: 'continuous', start: 50, duration: 210, points: [[0, 0, 0], [53, 80, 10], [147, 78, 0], [210, 0, 0]] },
+    { type: 'continuous', start: 50, duration: 201, points: [[0, 0, 0], [50, 80, 10], [141, 78, 0], [201, 0, 0]] },
     { type: 'transient', start: 51, intensity: 90, level: 50 },
   ]);
   await keyboard.press('Control+z');
   await keyboard.press('Control+z');
   assert.equal((await savedEvents(page)).length, 2);
-  assert.equal((await savedEvents(page))[1].duration, 200);
+  assert.equal((await savedEvents(page))[1].duration, 191);
+  // What keys select is brought into view.
+  for (const [keys, ms] of [['Escape End + + +', 241], ['Home', 0], ['PageDown +', 8], ['PageDown', 146]]) {
+    await press(keys);
+    const { from, to } = await page.evaluate(async () => (await import('./view.js')).shownSpan());
+    assert.ok(from <= ms && ms <= to && to - from < 60, `${keys}: ${from} to ${to}`);
+  }
   for (let i = 0; i < 60; ++i) await keyboard.press('Control+z');
   assert.equal((await savedEvents(page)).length, 4);
 });
@@ -286,20 +293,26 @@ test('a field belongs to its event, and is undone as a whole', async () => {
   assert.deepEqual(await savedEvents(page), [tap(700, 20), tap(2500, 33)]);
   await page.click('#undo');
   assert.deepEqual(await savedEvents(page), taps);
+  // Escape takes back a drag, and nothing before it.
   await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
-  await page.mouse.down();
-  await page.mouse.move(plot.x + x + 40, plot.y + plot.height - 10);
-  assert.notDeepEqual(await savedEvents(page), taps);
-  await page.keyboard.press('Escape');
-  await page.mouse.up();
-  assert.deepEqual(await savedEvents(page), taps);
+  for (const [by, start] of [[40, 700], [0, 701]]) {
+    if (by === 0) await page.keyboard.press('ArrowRight');
+    await page.mouse.down();
+    await page.mouse.move(plot.x + x + by, plot.y + plot.height - 10);
+    if (by !== 0) assert.notDeepEqual(await savedEvents(page), taps);
+    await page.keyboard.press('Escape');
+    await page.mouse.up();
+    assert.deepEqual(await savedEvents(page), [taps[0], tap(start, 20)]);
+    await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
+    await page.mouse.click(plot.x + x, plot.y + plot.height - 10);
+  }
   // A tap is touched as far as it is drawn on this motor.
   await page.selectOption('#motor', '9595');
   await shown(page);
   const end = await page.evaluate(async () => {
-    const [{ intensityLane, tapEnd }, { current }] = [await import('./lanes.js'), await import('./state.js')];
+    const [{ intensityLane }, { current }] = [await import('./lanes.js'), await import('./state.js')];
     const { facts } = (await import('./wasm.js')).patternPiece(current().design);
-    return intensityLane.plot.x(tapEnd(current().design.events[1], facts.events[1]));
+    return intensityLane.plot.x(facts.events[1].end_ms);
   });
   await page.mouse.click(plot.x + end - 2, plot.y + plot.height - 10);
   await shown(page);
@@ -311,15 +324,16 @@ test('the value under the cursor is the sample, however near, and what sounds ha
   await openDemo(page, 'sunrise');
   const bytes = new Int8Array(await exported(page, 'bin'));
   const { x, y, width } = await page.locator('#waveform').boundingBox();
-  for (const zooms of [0, 9]) {
-    await page.focus('#waveform');
-    for (let i = 0; i < zooms; ++i) await page.keyboard.press('+');
-    await page.mouse.move(x + width * 0.4, y + 60);
+  await page.focus('#waveform');
+  for (const [closer, by] of [[0, 0], [9, 0], [0, 1], [0, 2], [0, 3], [0, 4]]) {
+    for (let i = 0; i < closer; ++i) await page.keyboard.press('+');
+    const at = width * 0.4 + by;
+    await page.mouse.move(x + at, y + 60);
     await shown(page);
     const span = await page.evaluate(async () => (await import('./view.js')).shownSpan());
-    const ms = span.from + ((width * 0.4 - 40) / (width - 50)) * (span.to - span.from);
+    const ms = span.from + ((at - 40) / (width - 50)) * (span.to - span.from);
     const [, sample, amplitude] = /sample (\d+) · amplitude (-?\d+)/.exec(await page.textContent('#reading'));
-    assert.ok(Math.abs(sample - Math.round(ms * 24)) <= (zooms === 0 ? 30 : 0), `${sample} at ${ms} ms`);
+    assert.ok(Math.abs(sample - Math.round(ms * 24)) <= (closer + by === 0 ? 30 : 0), `${sample} at ${ms} ms`);
     assert.equal(Number(amplitude), bytes[sample]);
     assert.notEqual(bytes[sample], 0);
   }
