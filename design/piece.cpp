@@ -35,7 +35,7 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
 
 namespace {
 
-// The events are without faults; where the pattern cannot be served the waveform's length is its error.
+// The events are without faults, so that the pattern can be served.
 Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events,
                     const std::string& name) {
   constexpr size_t kLongestName = 28;  // as wide as a picture's title has room for
@@ -54,7 +54,6 @@ Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, s
 std::string fault_of(const Piece& piece, const Playback& playback) {
   constexpr int64_t kMostBytes = 1 << 26;
   const int64_t length = piece.waveform.length;
-  if (length < 0) return "the end of the pattern lies beyond the limit";
   if (!piece.is_stream()) {
     const std::string fault = length_fault(piece.waveform.length_ms());
     return fault.empty() || playback.loops == 1 ? fault : fault + ", with all passes and gaps";

@@ -25,6 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string canonical = canonical_json(file.events);
   if (canonical_json(read_pattern(canonical).events) != canonical) std::abort();
   const Piece& piece = *read;
+  if (piece.waveform.length < 0) std::abort();
   if (piece.waveform.length > 200'000) return 0;
   const std::string summary = summary_of(piece, {});
   if (!piece.is_stream()) {
