@@ -42,8 +42,7 @@ function summaryOf(event) {
 
 export function showEvents() {
   const { design, event: chosen, point, cursor } = current();
-  const { facts } = patternPiece(design);
-  const words = wordsOf(facts);
+  const words = wordsOf(patternPiece(design).facts);
   while (list.children.length > design.events.length) list.lastElementChild?.remove();
   design.events.forEach((event, i) => {
     const key = JSON.stringify([summaryOf(event), words.get(i + 1), i === chosen]);
@@ -64,7 +63,8 @@ export function showEvents() {
   const place = event === undefined ? `cursor at ${cursor} ms`
     : `${kindOf(event)} ${chosen + 1}, ${summaryOf(event)}` +
       (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
-  element('status', HTMLElement).textContent = [place, ...facts.faults.slice(0, 3)].join('; ');
+  const faults = [...words.values()].flat().filter(({ kind }) => kind === 'fault').map(({ line }) => line);
+  element('status', HTMLElement).textContent = [place, ...faults.slice(0, 3)].join('; ');
 }
 
 /** Within the list, never the page. @param {HTMLElement} item */

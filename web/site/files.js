@@ -151,7 +151,7 @@ const input = element('file', HTMLInputElement);
 const choice = element('example', HTMLSelectElement);
 choice.append(...examples.map((name) => new Option(name)));
 choice.onchange = () => {
-  openExample(choice.value);
+  if (choice.value !== '') openExample(choice.value);
   choice.value = '';
 };
 element('open', HTMLButtonElement).onclick = () => input.click();
