@@ -50,6 +50,7 @@ export const motorOf = ({ motor }) => /** @type {Motor} */ (about.motors.find((r
 
 /** @param {() => void} load @returns {Piece} */
 function pieceOf(load) {
+  loaded = null; // also where this one is refused
   load();
   const text = resultText();
   if (text === '') throw new Error('no such profile, or no such number of passes');

@@ -168,6 +168,9 @@ test('a link opens to the same pattern, and the last work is there after a reloa
     assert.match(await broken.textContent('#messages'), /no pattern/);
     assert.equal(await broken.inputValue('#name'), 'heartbeat');
   }
+  await page.evaluate((link) => (location.hash = link), await linkTo({ loops: 0 }));
+  await page.getByText('This link carries no pattern.').waitFor();
+  assert.ok((await exported(page, 'bin')).equals(bytes)); // the work goes on
   const faulty = await openPage({ link: await linkTo({ events: [{ ...noTap, level: 150 }] }) });
   await faulty.click('#add-tap');
   await shown(faulty);
