@@ -6,6 +6,35 @@
 #include "design/text.h"
 
 namespace design {
+namespace {
+
+// The events are without faults, so that the pattern can be served.
+Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events,
+                    const std::string& name) {
+  constexpr size_t kLongestName = 28;  // as wide as a picture's title has room for
+  const auto score = std::make_shared<const Score>(profile, playback, std::move(events));
+  const auto read = [score](int64_t first, std::span<uint8_t> window) { score->read(first, window); };
+  return {.waveform = {.title = "Pattern: " + shown(name, kLongestName) + ", " + name_of(profile),
+                       .profile = profile,
+                       .length = score->length(),
+                       .read = read,
+                       .sections = score->sections()},
+          .score = score,
+          .warnings = warnings_of(*score)};
+}
+
+// Why a piece cannot be served; empty: it can.
+std::string fault_of(const Piece& piece, const Playback& playback) {
+  constexpr int64_t kMostBytes = 1 << 26;
+  if (!piece.is_stream()) {
+    const std::string fault = length_fault(piece.waveform.length_ms());
+    return fault.empty() || playback.loops == 1 ? fault : fault + ", with all passes and gaps";
+  }
+  if (piece.waveform.length <= kMostBytes) return "";
+  return text("the event stream may have %lld bytes at most", 0LL + kMostBytes);
+}
+
+}  // namespace
 
 Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern) {
   const int32_t driven = in_pattern ? driven_intensity(profile, level, intensity) : intensity;
@@ -32,36 +61,6 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
   piece.warnings = warnings_of_tone(piece.waveform, amplitude);
   return piece;
 }
-
-namespace {
-
-// The events are without faults, so that the pattern can be served.
-Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events,
-                    const std::string& name) {
-  constexpr size_t kLongestName = 28;  // as wide as a picture's title has room for
-  const auto score = std::make_shared<const Score>(profile, playback, std::move(events));
-  const auto read = [score](int64_t first, std::span<uint8_t> window) { score->read(first, window); };
-  return {.waveform = {.title = "Pattern: " + shown(name, kLongestName) + ", " + name_of(profile),
-                       .profile = profile,
-                       .length = score->length(),
-                       .read = read,
-                       .sections = score->sections()},
-          .score = score,
-          .warnings = warnings_of(*score)};
-}
-
-// Why a piece cannot be served; empty: it can.
-std::string fault_of(const Piece& piece, const Playback& playback) {
-  constexpr int64_t kMostBytes = 1 << 26;
-  const int64_t length = piece.waveform.length;
-  if (!piece.is_stream()) {
-    const std::string fault = length_fault(piece.waveform.length_ms());
-    return fault.empty() || playback.loops == 1 ? fault : fault + ", with all passes and gaps";
-  }
-  return length <= kMostBytes ? "" : text("the event stream may have %lld bytes at most", 0LL + kMostBytes);
-}
-
-}  // namespace
 
 PatternReading read_piece(const lrasynth_profile& profile, const Playback& playback, std::string_view json,
                           const std::string& name) {

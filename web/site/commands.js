@@ -47,7 +47,6 @@ const buttons = { 'add-tap': addTap, 'add-curve': addCurve, duplicate, delete: r
 for (const [id, command] of Object.entries(buttons)) element(id, HTMLButtonElement).onclick = command;
 // A field is one step, from when it is entered until it is left or its value is confirmed.
 for (const type of ['focusin', 'change']) document.addEventListener(type, endStep);
-document.addEventListener('focusout', () => show({}));
 document.addEventListener('keydown', (event) => {
   if (!(event.ctrlKey || event.metaKey) || event.altKey) return;
   const key = event.key.toLowerCase();

@@ -8,7 +8,7 @@ import { form, patternPiece, readPattern } from './wasm.js';
 
 /** @import {Design, State, Words} from './state.js' */
 
-export const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
+const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
@@ -20,7 +20,7 @@ const say = (kind, ...lines) => show({ messages: lines.map((line) => ({ line, ki
  * later, at the events.
  * @param {string} text @param {string} file
  */
-export function open(text, file) {
+function open(text, file) {
   const piece = readPattern(text, file, emptyDesign.profile);
   const { faults } = piece.facts;
   if (faults.length > 0) return say('fault', ...faults);

@@ -142,7 +142,7 @@ function end(kept) {
   const { target, view, moved, plot, x } = drag;
   drag = null;
   if (target !== null && !kept) cancelStep();
-  endStep();
+  else endStep();
   if (target !== null) show({ view });
   else if (kept && !moved) show({ event: -1, cursor: Math.max(0, Math.round(plot.msAt(x))) });
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Elements of the page.
 
-import { cancelStep } from './state.js';
+import { cancelStep, show } from './state.js';
 
 /** @template {HTMLElement} T @param {string} id @param {{new (): T}} kind @returns {T} */
 export function element(id, kind) {
@@ -33,11 +33,13 @@ export function putValue(input, value) {
 }
 
 /**
- * Whole numbers out of a field. When it comes to what it does not allow, the beginning of that was never meant.
+ * Whole numbers out of a field. When it comes to what it does not allow, the beginning of that was never meant, and
+ * what is left there gives way to what it was.
  * @param {HTMLInputElement} input @param {(value: number) => void} take
  */
 export function takeNumbers(input, take) {
   input.oninput = () => (isAllowed(input) ? take(input.valueAsNumber) : cancelStep());
+  input.onblur = () => isAllowed(input) || show({});
 }
 
 /** @param {string} id @param {string | number} value */

@@ -12,7 +12,7 @@ import { about, patternPiece } from './wasm.js';
 const shortestMs = 0.5;
 
 /** Where nothing is chosen: everything, and some room behind it. @param {Design} design @returns {Span} */
-export function wholeSpan(design) {
+function wholeSpan(design) {
   const { facts } = patternPiece(design);
   const ends = design.events.map(endOf).filter(Number.isFinite);
   const end = Math.max(facts.faults.length === 0 && !facts.stream ? facts.length_ms : 0, ...ends, 200);
@@ -26,7 +26,7 @@ const longest = () => about.longest_ms * 2;
 export const shownSpan = () => current().view ?? wholeSpan(current().design);
 
 /** @param {Span} span */
-export function lookAt({ from, to }) {
+function lookAt({ from, to }) {
   const length = Math.min(longest(), Math.max(shortestMs, to - from));
   const start = Math.min(Math.max(0, from), Math.max(0, longest() - length));
   show({ view: { from: start, to: start + length } });
@@ -44,9 +44,11 @@ function chosenSpan() {
 
 /** Where nothing of it is seen, as near as it takes. */
 export function bringIntoView() {
-  const { from, to } = shownSpan();
+  const { view } = current();
+  if (view === null) return;
+  const { from, to } = view;
   const chosen = chosenSpan();
-  if (current().view === null || (chosen.from <= to && chosen.to >= from)) return;
+  if (chosen.from <= to && chosen.to >= from) return;
   const by = (chosen.from + chosen.to - from - to) / 2;
   lookAt({ from: from + by, to: to + by });
 }
