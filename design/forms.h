@@ -14,7 +14,7 @@ namespace design {
 
 // What each form is, for people.
 constexpr const char* kFormsHelp = R"(OUTPUT:
-  .wav  mono, 16 bits, the amplitude in the upper byte
+  .wav  mono, 16 bits, the amplitude in the upper byte; with --audible resampled to 48000 samples a second
   .svg  a plot
   .csv  number, time in ms, sample code and amplitude of every sample
   .bin  the sample codes

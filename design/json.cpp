@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-// JSON as a tree with places, from the events of a parser that throws nothing.
+// JSON as a tree with places, from the events of a parser that knows how far it has read.
 #include "design/json.h"
 
+#include <rapidjson/reader.h>
+#include <rapidjson/stream.h>
+
 #include <algorithm>
-#include <iterator>
-#include <nlohmann/json.hpp>
 
 #include "design/text.h"
 
@@ -12,114 +13,109 @@ namespace design {
 namespace {
 
 using Kind = JsonValue::Kind;
-using Library = nlohmann::json;
 
-// Walks over a text for the parser and leaves word how far it has come.
-class Cursor {
- public:
-  using iterator_category = std::input_iterator_tag;
-  using value_type = char;
-  using difference_type = std::ptrdiff_t;
-  using pointer = const char*;
-  using reference = const char&;
-
-  Cursor(const char* at, const char** reached) : at_(at), reached_(reached) {}
-  const char& operator*() const { return *at_; }
-  Cursor& operator++() {
-    *reached_ = ++at_;
-    return *this;
-  }
-  bool operator==(const Cursor& other) const { return at_ == other.at_; }
-  bool operator!=(const Cursor& other) const { return at_ != other.at_; }
-
- private:
-  const char* at_;
-  const char** reached_;
+struct Cause {
+  rapidjson::ParseErrorCode code;
+  const char* words;
+  bool is_missing = false;  // what should stand behind the last token
 };
 
-bool is_in_number(char c) { return std::string_view("+-.0123456789eE").find(c) != std::string_view::npos; }
+constexpr Cause kCauses[] = {
+    {rapidjson::kParseErrorDocumentEmpty, "the text is empty"},
+    {rapidjson::kParseErrorDocumentRootNotSingular, "something follows behind its end"},
+    {rapidjson::kParseErrorValueInvalid, "a value is expected here"},
+    {rapidjson::kParseErrorObjectMissName, "a name in double quotes is expected here"},
+    {rapidjson::kParseErrorObjectMissColon, "a colon is missing behind the name", true},
+    {rapidjson::kParseErrorObjectMissCommaOrCurlyBracket, "a comma or } is missing", true},
+    {rapidjson::kParseErrorArrayMissCommaOrSquareBracket, "a comma or ] is missing", true},
+    {rapidjson::kParseErrorStringUnicodeEscapeInvalidHex, "a string has an invalid escape"},
+    {rapidjson::kParseErrorStringUnicodeSurrogateInvalid, "a string has half a surrogate pair"},
+    {rapidjson::kParseErrorStringEscapeInvalid, "a string has an invalid escape"},
+    {rapidjson::kParseErrorStringMissQuotationMark, "a string has no end"},
+    {rapidjson::kParseErrorStringInvalidEncoding, "a string is not UTF-8"},
+    {rapidjson::kParseErrorNumberMissFraction, "a number has no digit behind its point"},
+    {rapidjson::kParseErrorNumberMissExponent, "a number has no digit in its exponent"},
+    {rapidjson::kParseErrorUnspecificSyntaxError, "a comment has no end"},
+};
 
-// Takes the parser's events, each of which comes when its token has been read, a number with the character behind it.
+// The parser works on the library's own streams by copies, which would not tell how far they are.
+struct Stream : rapidjson::InsituStringStream {
+  explicit Stream(char* text) : GenericInsituStringStream(text) {}
+};
+
+// Takes the parser's events, each of which comes when its token has been read.
 class TreeBuilder {
  public:
-  explicit TreeBuilder(std::string_view text) : text_(text), reached_(text.data()), placed_(text.data()) {}
+  explicit TreeBuilder(std::string_view text) : text_(text), copy_(text), stream_(nullptr), placed_(text.data()) {
+    // The parser ends at a NUL, but reads a character of several bytes to its end before it looks.
+    constexpr size_t kLongestCharacter = 4;
+    copy_.append(kLongestCharacter, '\0');
+    stream_ = Stream(copy_.data());
+  }
 
   // The parser takes a NUL for the text's end.
   JsonText build() {
-    if (const size_t nul = text_.find('\0'); nul != text_.npos) {
-      return {std::nullopt, {0, place_of(text_.substr(nul)), "is not JSON: a NUL character"}};
-    }
-    const Cursor first(text_.data(), &reached_);
-    const Cursor last(text_.data() + text_.size(), &reached_);
-    if (Library::sax_parse(first, last, this)) return {std::move(root_), {}};
-    return {std::nullopt, std::move(fault_)};
+    if (const size_t nul = text_.find('\0'); nul != text_.npos) return refused(nul, "it holds a NUL character");
+    constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag |
+                                rapidjson::kParseValidateEncodingFlag | rapidjson::kParseCommentsFlag;
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    while (text_.starts_with(kByteOrderMark) && stream_.Tell() < kByteOrderMark.size()) stream_.Take();
+    rapidjson::Reader reader;
+    const rapidjson::ParseResult result = reader.Parse<kFlags>(stream_, *this);
+    if (!result.IsError()) return {std::move(root_), {}};
+    if (result.Code() == rapidjson::kParseErrorTermination) return {std::nullopt, std::move(fault_)};
+    const auto is_code = [&](const Cause& cause) { return cause.code == result.Code(); };
+    const Cause* const cause = std::find_if(std::begin(kCauses), std::end(kCauses), is_code);
+    if (cause == std::end(kCauses)) return refused(result.Offset(), "a number is too large");
+    return refused(cause->is_missing ? end_ : std::min(result.Offset(), text_.size()), cause->words);
   }
 
-  bool null() { return put(Kind::kNull, word()); }
-  bool boolean(bool) { return put(Kind::kBoolean, word()); }
-  bool number_integer(Library::number_integer_t value) {
-    return put(Kind::kInteger, number(), static_cast<double>(value));
+  bool Null() { return put(Kind::kNull, word()); }
+  bool Bool(bool) { return put(Kind::kBoolean, word()); }
+  bool RawNumber(const char*, rapidjson::SizeType length, bool) { return put(Kind::kNumber, last(length)); }
+  bool String(const char* value, rapidjson::SizeType length, bool) {
+    return put(Kind::kString, quoted(), {value, length});
   }
-  bool number_unsigned(Library::number_unsigned_t value) {
-    return put(Kind::kInteger, number(), static_cast<double>(value));
-  }
-  bool number_float(Library::number_float_t value, const Library::string_t&) {
-    return put(Kind::kFraction, number(), value);
-  }
-  bool string(Library::string_t& value) { return put(Kind::kString, quoted(), 0, std::move(value)); }
-  bool binary(Library::binary_t&) { return false; }  // not in JSON
-  bool key(Library::string_t& name) {
+  bool Key(const char* name, rapidjson::SizeType length, bool) {
     open_.back()->name_places.push_back(place_of(quoted()));
-    open_.back()->names.push_back(std::move(name));
+    open_.back()->names.emplace_back(name, length);
+    end_ = stream_.Tell();
     return true;
   }
-  bool start_object(size_t) { return put(Kind::kObject, bracket()) && open(); }
-  bool end_object() { return close(); }
-  bool start_array(size_t) { return put(Kind::kList, bracket()) && open(); }
-  bool end_array() { return close(); }
-
-  // What the parser says: "[...] parse error at line 1, column 5: cause; last read: 'token'; expected ...".
-  bool parse_error(size_t, const std::string& token, const nlohmann::detail::exception& error) {
-    constexpr int kOutOfRange = 406;
-    if (error.id == kOutOfRange) {
-      fault_ = {0, place_of(number()), "must be a number that can be held, not " + shown(token)};
-      return false;
-    }
-    const std::string_view said = error.what();
-    const size_t column = said.find("column ");
-    const size_t cause = column == said.npos ? 0 : said.find(": ", column) + 2;
-    const size_t end = said.find("; last read: ", cause);
-    const std::string_view why = said.substr(cause, end == said.npos ? end : end - cause);
-    fault_.place = place_of({std::max(text_.data(), reached_ - (reached_ == text_.end() ? 0 : 1)), 0});
-    fault_.what = "is not JSON: " + shown(why, 120);
-    if (end != said.npos) fault_.what += ", after " + shown(token.substr(token.size() > 40 ? token.size() - 40 : 0));
-    return false;
-  }
+  bool StartObject() { return put(Kind::kObject, last(1)) && open(); }
+  bool EndObject(rapidjson::SizeType) { return close(); }
+  bool StartArray() { return put(Kind::kList, last(1)) && open(); }
+  bool EndArray(rapidjson::SizeType) { return close(); }
+  // Numbers come as they are written instead.
+  bool Int(int) { return false; }
+  bool Uint(unsigned) { return false; }
+  bool Int64(int64_t) { return false; }
+  bool Uint64(uint64_t) { return false; }
+  bool Double(double) { return false; }
 
  private:
   static constexpr size_t kDeepest = 16;
 
-  std::string_view back_from(const char* end, bool (*inside)(char)) const {
-    const char* begin = end;
-    while (begin != text_.data() && inside(begin[-1])) --begin;
-    return {begin, static_cast<size_t>(end - begin)};
+  // What has just been read, so many characters of it.
+  std::string_view last(size_t length) { return text_.substr(stream_.Tell() - length, length); }
+
+  std::string_view back_while(size_t end, bool (*inside)(char)) const {
+    size_t begin = end;
+    while (begin > 0 && inside(text_[begin - 1])) --begin;
+    return text_.substr(begin, end - begin);
   }
 
-  std::string_view word() const {
-    return back_from(reached_, [](char c) { return c >= 'a' && c <= 'z'; });
+  std::string_view word() {
+    return back_while(stream_.Tell(), [](char c) { return c >= 'a' && c <= 'z'; });
   }
-  std::string_view number() const {
-    return back_from(is_in_number(reached_[-1]) ? reached_ : reached_ - 1, is_in_number);
-  }
-  std::string_view bracket() const { return {reached_ - 1, 1}; }
 
   // Back to the quote before which no odd number of backslashes stands.
-  std::string_view quoted() const {
-    const char* begin = reached_ - 1;
-    const auto escaped = [&] { return back_from(begin, [](char c) { return c == '\\'; }).size() % 2 == 1; };
+  std::string_view quoted() {
+    size_t begin = stream_.Tell() - 1;
+    const auto escaped = [&] { return back_while(begin, [](char c) { return c == '\\'; }).size() % 2 == 1; };
     do --begin;
-    while (*begin != '"' || escaped());
-    return {begin, static_cast<size_t>(reached_ - begin)};
+    while (text_[begin] != '"' || escaped());
+    return text_.substr(begin, stream_.Tell() - begin);
   }
 
   // Tokens come in the order of the text, so that lines are counted once.
@@ -135,14 +131,18 @@ class TreeBuilder {
     return place_;
   }
 
-  bool put(Kind kind, std::string_view written, double value = 0, std::string string = {}) {
+  JsonText refused(size_t at, const std::string& why) {
+    return {std::nullopt, {0, place_of(text_.substr(at)), "is not JSON: " + why}};
+  }
+
+  bool put(Kind kind, std::string_view written, std::string string = {}) {
     JsonValue& slot = open_.empty() ? root_.emplace() : open_.back()->items.emplace_back();
     slot.kind = kind;
     slot.place = place_of(written);
     slot.written = written;
-    slot.number = value;
     slot.string = std::move(string);
     newest_ = &slot;
+    end_ = stream_.Tell();
     return true;
   }
 
@@ -155,11 +155,14 @@ class TreeBuilder {
 
   bool close() {
     open_.pop_back();
+    end_ = stream_.Tell();
     return true;
   }
 
   std::string_view text_;
-  const char* reached_;
+  std::string copy_;  // in which the parser resolves escapes
+  Stream stream_;
+  size_t end_ = 0;  // of the last token
   const char* placed_;
   Place place_ = {1, 1};
   std::optional<JsonValue> root_;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// JSON as a tree in which every value knows its place in the text and how it was written there.
+// JSON as a tree in which every value knows its place in the text and how it was written there. Comments (// and /* */)
+// are passed over.
 #pragma once
 
 #include <optional>
@@ -12,12 +13,11 @@
 namespace design {
 
 struct JsonValue {
-  enum class Kind { kNull, kBoolean, kInteger, kFraction, kString, kList, kObject };
+  enum class Kind { kNull, kBoolean, kNumber, kString, kList, kObject };
 
   Kind kind = Kind::kNull;
   Place place = {};
   std::string_view written;      // what stands in the text; of lists and objects their first character
-  double number = 0;             // of numbers
   std::string string = {};       // of strings
   std::vector<JsonValue> items;  // of lists, and the members of objects
   std::vector<std::string> names;

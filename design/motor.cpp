@@ -2,6 +2,7 @@
 // What a design needs to know of chip and motor.
 #include "design/motor.h"
 
+#include "design/length.h"
 #include "design/text.h"
 
 namespace design {
@@ -13,11 +14,9 @@ void use(const lrasynth_profile& profile) {
   giBoostFlg = profile.boost_flag;
 }
 
-bool has_taps(const lrasynth_profile& profile) { return lrasynth_tap_length(&profile, 0) >= 0; }
+bool has_taps(const lrasynth_profile& profile) { return tap_length(profile, 0).fault.empty(); }
 
-std::string tap_fault(const lrasynth_profile& profile) {
-  return text("motor %d has no transients", profile.motor_type);
-}
+std::string tap_fault(const lrasynth_profile& profile) { return text("motor %d has no taps", profile.motor_type); }
 
 std::string name_of(const lrasynth_profile& profile) {
   std::string name = text("motor %d", profile.motor_type);

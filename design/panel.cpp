@@ -126,27 +126,24 @@ void draw_response(Svg& picture, const Panel& panel, const Motion& motion, doubl
   const double pixels = 1000.0 * panel.box.width / (panel.span().length() * motion.response().resonator.hz);
   const bool dense = pixels < kPixelsPerSwing;
   const auto group = dense ? static_cast<size_t>(std::max(3.0, std::ceil(pixels))) : size_t{1};
-  std::vector<Point> low;
-  std::vector<Point> high;
+  std::vector<Point> outline;
+  std::vector<Point> lower;
   for (size_t first = 0; first < columns.size(); first += group) {
     const size_t count = std::min(group, columns.size() - first);
     Motion::Extremes extremes = {};
     for (const Motion::Extremes& column : std::span(columns).subspan(first, count)) extremes.add(column);
     if (extremes.low > extremes.high) continue;
+    if (!dense) {
+      const double middle = (extremes.low + extremes.high) / 2;
+      extremes = {std::min(0.0, middle), std::max(0.0, middle)};
+    }
     const double x = panel.box.x + static_cast<double>(first) + static_cast<double>(count) / 2;
     const auto y = [&](double value) { return panel.at(0, value / full * panel.y.to).y; };
-    low.push_back({x, y(extremes.low)});
-    high.push_back({x, y(dense ? extremes.high : (extremes.low + extremes.high) / 2)});
+    outline.push_back({x, y(extremes.high)});
+    lower.push_back({x, y(extremes.low)});
   }
-  picture.path(high, "response");
-  if (dense) picture.path(low, "response");
-}
-
-std::string words_of(const Response& response) {
-  return text(
-      "estimated displacement at %.4g Hz, Q %.4g: rise %.1f ms, ring-down %.1f ms, peak %.1f %%, effective %.1f %%",
-      response.resonator.hz, response.resonator.quality, response.rise_ms, response.ring_down_ms, 100 * response.peak,
-      100 * response.effective);
+  outline.insert(outline.end(), lower.rbegin(), lower.rend());
+  picture.path(outline, "response");
 }
 
 }  // namespace design

@@ -45,11 +45,8 @@ void label_y(Svg& picture, const Panel& panel);
 // The waveform over milliseconds; one that has many samples per pixel keeps the extremes of each pixel.
 void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform);
 
-// The estimated displacement over it, `full` of which reaches the top: a line, or an outline where single swings cannot
-// be seen.
+// The estimated displacement, `full` of which reaches the top: a soft band, to be drawn before the waveform. It runs
+// from rest to the displacement, or, where single swings cannot be seen, from the lowest to the highest.
 void draw_response(Svg& picture, const Panel& panel, const Motion& motion, double full);
-
-// A line for the foot of a picture.
-std::string words_of(const Response& response);
 
 }  // namespace design

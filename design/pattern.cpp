@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "design/length.h"
 #include "design/motor.h"
 #include "design/text.h"
 
@@ -13,22 +14,36 @@ namespace {
 
 constexpr bool is_type(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
 
-void put_last_end_last(std::vector<Event>& events, const lrasynth_profile& profile, int32_t limit_ms) {
+// Closes the pass, in the events' order or by an event of its own.
+void close_pass(std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback,
+                Request& request) {
   const auto earlier_end = [&](const Event& a, const Event& b) { return end_ms(a, profile) < end_ms(b, profile); };
   const auto last = std::max_element(events.rbegin(), events.rend(), earlier_end).base() - 1;
+  request.last_event = last->number;
   const auto same_kind = [&](const Event& event) { return event.continuous == last->continuous; };
   const bool can_move = std::none_of(last + 1, events.end(), same_kind);
-  auto end = static_cast<int32_t>(std::ceil(end_ms(*last, profile)));
+  const auto end = static_cast<int32_t>(std::ceil(end_ms(*last, profile)));
   const bool is_cut = end != end_ms(*last, profile);
-  while (is_type(end)) ++end;
-  const bool can_close = limit_ms < 0 || end <= limit_ms;
-  if (can_move && !(is_cut && can_close)) {
+  int32_t closing = end;
+  while (is_type(closing)) ++closing;
+  const bool can_close = playback.limit_ms < 0 || closing <= playback.limit_ms;
+  if (can_close && (is_cut || !can_move)) {
+    request.closing_ms = closing;
+    request.added_ms = closing - end;
+    events.push_back({.continuous = true, .start_ms = closing});
+    return;
+  }
+  if (is_cut || !can_move) request.missing_ms = closing;
+  if (can_move) {
     std::rotate(last, last + 1, events.end());
+  } else if (playback.loops == 1) {
+    request.is_open = true;
   } else {
-    Event closing;
-    closing.continuous = true;
-    closing.start_ms = end;
-    events.push_back(closing);
+    request.fault = {
+        last->number, last->place,
+        text("ends last, at %d ms, where passes need a record that closes them: the limit must be at least "
+             "%d, not %d",
+             end, closing, playback.limit_ms)};
   }
 }
 
@@ -101,16 +116,16 @@ std::array<int32_t, LRASYNTH_RECORD_LENGTH> record_of(const Event& event) {
 
 double end_ms(const Event& event, const lrasynth_profile& profile) {
   if (event.continuous) return event.start_ms + event.duration_ms;
-  const auto samples = static_cast<double>(std::max<int64_t>(0, lrasynth_tap_length(&profile, event.level)));
+  const auto samples = static_cast<double>(tap_length(profile, event.level).samples);
   return event.start_ms + 1000.0 * samples / profile.sample_rate;
 }
 
-std::vector<int32_t> request_of(std::vector<Event> events, const lrasynth_profile& profile, int32_t limit_ms) {
-  if (!is_event_stream(profile) && !events.empty()) put_last_end_last(events, profile, limit_ms);
-  std::vector<int32_t> request;
+Request request_of(std::vector<Event> events, const lrasynth_profile& profile, const Playback& playback) {
+  Request request;
+  if (!is_event_stream(profile) && !events.empty()) close_pass(events, profile, playback, request);
   for (const Event& event : events) {
     const auto record = record_of(event);
-    request.insert(request.end(), record.begin(), record.end());
+    request.integers.insert(request.integers.end(), record.begin(), record.end());
   }
   return request;
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,11 +87,16 @@ constexpr const char* kPatternHelp = R"(FILE:
     {"type": "continuous", "start": 40, "duration": 400,
      "points": [[0, 20, -20], [100, 100, 0], [300, 80, 10], [400, 0, 0]]}
   ]}
-  Times are whole milliseconds. A transient has an intensity (0..100) and a level (0..100). A continuous event has four
-  points of time, intensity (0..100) and frequency offset (-50..50), whose times span its duration.
+  A transient is a tap: of an intensity (percent, 0..100) and a level (its character: from 0, dull, over 50, the motor's
+  resonance, to 100, crisp). A continuous event is a vibration along four points of time, intensity (percent, 0..100)
+  and frequency offset (-50..50, steps of a motor's own curve around its resonance at 0; sheet draws it).
 
-  Events may stand in any order. Transients play over continuous events; of two events of one kind, the one that starts
-  later plays. With --chip 11 the output is the event stream: .bin, or .csv to read it.
+  Times are whole milliseconds: starts and point times 0..600000, durations 1..600000; 4096 and 4097 stand for events
+  and are taken for nothing else. Point times span the duration and need not begin at 0. All passes and gaps together
+  last 600000 ms at most, and a file has 4 MiB at most. Comments (// to the end of a line) are passed over.
+
+  Events may stand in any order. Taps play over vibrations; of two events of one kind, the one that starts later plays.
+  With --chip 11 the output is the event stream: .bin, or .csv to read it.
 
 )";
 
@@ -107,11 +113,23 @@ std::array<int32_t, LRASYNTH_RECORD_LENGTH> record_of(const Event& event);
 // When an event ends on this chip and motor.
 double end_ms(const Event& event, const lrasynth_profile& profile);
 
-// The records as the profile's chip needs them, from events in ascending start.
+// The records as the profile's chip needs them, and how they end a pass of samples.
+struct Request {
+  std::vector<int32_t> integers;
+  int32_t last_event = 0;  // the number of the event that ends last
+  int32_t closing_ms = 0;  // where an empty vibration closes the pass; 0: nowhere
+  int32_t added_ms = 0;    // by which that is later than the end, which would read as a type
+  int32_t missing_ms = 0;  // where one would stand, had the limit allowed it; 0: nowhere
+  bool is_open = false;    // the event that ends last does not stand last, and nothing closes the pass
+  std::optional<Fault> fault = std::nullopt;  // why there are no passes
+};
+
+// From events in ascending start.
 //
 // Sample output: a pass ends with the last record, so that the event that ends last stands last. Among events of one
 // kind the later one wins where they overlap, so moving it there could hide others, and a tap that does not end with a
-// whole millisecond would be cut; an empty vibration at its end then stands last instead.
-std::vector<int32_t> request_of(std::vector<Event> events, const lrasynth_profile& profile, int32_t limit_ms);
+// whole millisecond would be cut; an empty vibration at its end then stands last instead. It must not start beyond the
+// limit. One pass ends without it where its furthest vibration does; more than one cannot do without.
+Request request_of(std::vector<Event> events, const lrasynth_profile& profile, const Playback& playback);
 
 }  // namespace design

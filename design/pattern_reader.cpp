@@ -46,13 +46,13 @@ std::string named(const JsonValue& value) {
 }
 
 // Members of the same name, and those that nobody knows.
-template <class IsKnown, class Report>
-void report_names(const JsonValue& object, IsKnown is_known, const char* of_what, Report report) {
+template <class Report>
+void report_names(const JsonValue& object, const std::vector<std::string>& known, const char* of_what, Report report) {
   std::set<std::string_view> seen;
   for (size_t i = 0; i < object.names.size(); ++i) {
     const std::string& name = object.names[i];
-    if (!is_known(name)) {
-      report(object.name_places[i], shown(name) + ": is no field of " + of_what);
+    if (std::find(known.begin(), known.end(), name) == known.end()) {
+      report(object.name_places[i], shown(name) + ": is no field of " + of_what + did_you_mean(name, known));
     } else if (!seen.insert(name).second) {
       report(object.name_places[i], shown(name) + ": stands there twice");
     }
@@ -77,13 +77,10 @@ class EventReader {
       if (const JsonValue* value = member(field.name)) event_.*field.value = integer(field.name, *value, field);
     }
     if (event_.continuous) read_points();
-    const auto is_known = [&](const std::string& name) {
-      const auto fields = fields_of(event_);
-      const auto is_name = [&](const EventField& field) { return name == field.name; };
-      return name == "type" || (event_.continuous && name == "points") ||
-             std::any_of(fields.begin(), fields.end(), is_name);
-    };
-    report_names(json_, is_known, event_.continuous ? "a continuous event" : "a transient",
+    std::vector<std::string> known = {"type"};
+    for (const EventField& field : fields_of(event_)) known.emplace_back(field.name);
+    if (event_.continuous) known.emplace_back("points");
+    report_names(json_, known, event_.continuous ? "a vibration" : "a tap",
                  [&](Place place, std::string what) { fault(place, std::move(what)); });
     return event_;
   }
@@ -102,22 +99,23 @@ class EventReader {
     if (type == nullptr) return false;
     event_.continuous = type->string == "continuous";
     if (event_.continuous || type->string == "transient") return true;
-    fault(type->place, "type: must be transient or continuous, not " + named(*type));
+    fault(type->place, "type: must be transient or continuous, not " + named(*type) +
+                           did_you_mean(type->string, {"transient", "continuous"}));
     return false;
   }
 
   template <class Owner>
   int32_t integer(const std::string& name, const JsonValue& value, const Field<Owner>& field) {
-    if (value.kind != Kind::kInteger || value.number < field.least || value.number > field.most) {
+    const auto whole = value.kind == Kind::kNumber ? whole_number(value.written) : std::nullopt;
+    if (!whole || *whole < field.least || *whole > field.most) {
       fault(value.place, name + ": " + range_fault(field.least, field.most, named(value)));
       return 0;
     }
-    const auto whole = static_cast<int32_t>(value.number);
-    if (whole == LRASYNTH_CONTINUOUS || whole == LRASYNTH_TRANSIENT) {
-      fault(value.place, text("%s: %d would read as the start of an event, take %d", name.c_str(), whole,
-                              whole == LRASYNTH_CONTINUOUS ? LRASYNTH_CONTINUOUS - 1 : LRASYNTH_TRANSIENT + 1));
+    if (*whole == LRASYNTH_CONTINUOUS || *whole == LRASYNTH_TRANSIENT) {
+      fault(value.place, text("%s: %d would read as the start of an event, take %d", name.c_str(), *whole,
+                              *whole == LRASYNTH_CONTINUOUS ? LRASYNTH_CONTINUOUS - 1 : LRASYNTH_TRANSIENT + 1));
     }
-    return whole;
+    return *whole;
   }
 
   void read_points() {
@@ -128,7 +126,7 @@ class EventReader {
     }
     const size_t faults_before = faults_.count;
     for (size_t i = 0; i < event_.points.size(); ++i) read_point(i, points->items[i]);
-    if (faults_.count == faults_before) check_times(points->place);
+    if (faults_.count == faults_before) check_times(*points);
   }
 
   void read_point(size_t i, const JsonValue& point) {
@@ -142,14 +140,17 @@ class EventReader {
     }
   }
 
-  void check_times(Place place) {
-    const auto earlier = [](const CurvePoint& a, const CurvePoint& b) { return a.time_ms < b.time_ms; };
-    if (!std::is_sorted(event_.points.begin(), event_.points.end(), earlier)) {
-      fault(place, "points: times must not decrease");
+  void check_times(const JsonValue& points) {
+    for (size_t i = 1; i < event_.points.size(); ++i) {
+      const int32_t before_ms = event_.points[i - 1].time_ms;
+      const int32_t time_ms = event_.points[i].time_ms;
+      if (time_ms >= before_ms) continue;
+      fault(points.items[i].items[0].place,
+            text("point %zu, time: must be at least %d, the time of point %zu, not %d", i + 1, before_ms, i, time_ms));
     }
     const int32_t span_ms = event_.point_ms(3);
     if (span_ms == event_.duration_ms || event_.duration_ms == 0) return;  // 0: already a fault
-    fault(place, text("points: times must span the duration, %d ms, not %d ms", event_.duration_ms, span_ms));
+    fault(points.place, text("points: times must span the duration, %d ms, not %d ms", event_.duration_ms, span_ms));
   }
 
   const JsonValue& json_;
@@ -177,11 +178,9 @@ PatternFile read_pattern(std::string_view json) {
     file.faults.add({0, place, "must be an object with events, a list of at least one"});
     return file;
   }
-  report_names(
-      root, [](const std::string& name) { return name == "events"; }, "a pattern",
-      [&](Place place, std::string what) {
-        file.faults.add({0, place, std::move(what)});
-      });
+  report_names(root, {"events"}, "a pattern", [&](Place place, std::string what) {
+    file.faults.add({0, place, std::move(what)});
+  });
   int32_t number = 0;
   for (const JsonValue& entry : events->items) {
     const size_t faults_before = file.faults.count;

@@ -8,14 +8,18 @@
 namespace design {
 namespace {
 
-// The events are without faults, so that the pattern can be served.
-Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events,
-                    const std::string& name) {
+std::string title_of(const std::string& name, const lrasynth_profile& profile, const Playback& playback) {
   constexpr size_t kLongestName = 28;  // as wide as a picture's title has room for
-  const auto score = std::make_shared<const Score>(profile, playback, std::move(events));
+  std::string title = "Pattern: " + shown_name(name, kLongestName) + ", " + name_of(profile);
+  if (playback.loops > 1) title += text(", %d times", playback.loops);
+  if (playback.loops > 1 && playback.interval_ms > 0) title += text(", %d ms apart", playback.interval_ms);
+  return title;
+}
+
+Piece pattern_piece(std::shared_ptr<const Score> score, const std::string& name) {
   const auto read = [score](int64_t first, std::span<uint8_t> window) { score->read(first, window); };
-  return {.waveform = {.title = "Pattern: " + shown(name, kLongestName) + ", " + name_of(profile),
-                       .profile = profile,
+  return {.waveform = {.title = title_of(name, score->profile(), score->playback()),
+                       .profile = score->profile(),
                        .length = score->length(),
                        .read = read,
                        .sections = score->sections()},
@@ -23,14 +27,14 @@ Piece pattern_piece(const lrasynth_profile& profile, const Playback& playback, s
           .warnings = warnings_of(*score)};
 }
 
-// Why a piece cannot be served; empty: it can.
-std::string fault_of(const Piece& piece, const Playback& playback) {
+// Why a pattern cannot be served; empty: it can.
+std::string fault_of_length(const Score& score) {
   constexpr int64_t kMostBytes = 1 << 26;
-  if (!piece.is_stream()) {
-    const std::string fault = length_fault(piece.waveform.length_ms());
-    return fault.empty() || playback.loops == 1 ? fault : fault + ", with all passes and gaps";
+  if (!is_event_stream(score.profile())) {
+    const std::string fault = length_fault(1000.0 * static_cast<double>(score.length()) / score.profile().sample_rate);
+    return fault.empty() || score.playback().loops == 1 ? fault : fault + ", with all passes and gaps";
   }
-  if (piece.waveform.length <= kMostBytes) return "";
+  if (score.length() <= kMostBytes) return "";
   return text("the event stream may have %lld bytes at most", 0LL + kMostBytes);
 }
 
@@ -38,7 +42,8 @@ std::string fault_of(const Piece& piece, const Playback& playback) {
 
 Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern) {
   const int32_t driven = in_pattern ? driven_intensity(profile, level, intensity) : intensity;
-  Piece piece = {.waveform = tap_waveform(profile, level, driven), .warnings = warnings_of_tap(profile, level, driven)};
+  Piece piece = {.waveform = tap_waveform(profile, level, driven),
+                 .warnings = warnings_of_tap(profile, level, intensity, in_pattern)};
   piece.waveform.title = text("Tap: %s, level %d, intensity %d %%", name_of(profile).c_str(), level, intensity) +
                          (in_pattern ? text(" (%d %% in a pattern)", driven) : "");
   return piece;
@@ -68,11 +73,14 @@ PatternReading read_piece(const lrasynth_profile& profile, const Playback& playb
   Faults& faults = reading.file.faults;
   add_faults(reading.file.events, profile, playback, faults);
   if (faults.count > 0) return reading;
-  reading.piece = pattern_piece(profile, playback, reading.file.events, name);
-  const std::string fault = fault_of(*reading.piece, playback);
-  if (fault.empty()) return reading;
-  faults.add({0, {}, fault});
-  reading.piece.reset();
+  auto score = std::make_shared<const Score>(profile, playback, reading.file.events);
+  if (score->fault()) {
+    faults.add(*score->fault());
+  } else if (std::string fault = fault_of_length(*score); !fault.empty()) {
+    faults.add({0, {}, std::move(fault)});
+  } else {
+    reading.piece = pattern_piece(std::move(score), name);
+  }
   return reading;
 }
 

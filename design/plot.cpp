@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <optional>
 
-#include "design/carrier.h"
 #include "design/motor.h"
 #include "design/panel.h"
+#include "design/stretch.h"
 #include "design/text.h"
 
 namespace design {
@@ -48,7 +49,7 @@ class Plot {
         time_(time_axis(shown, kWidth)) {}
 
   std::string draw(const Motion* motion) {
-    picture_.label({kLeft, 32}, kStart, "title", waveform_.title);
+    picture_.label({kLeft, 32}, kStart, title_style(waveform_.title, kWidth), waveform_.title);
     std::vector<std::string> foot;
     draw_samples(motion, foot);
     if (score_ != nullptr) {
@@ -83,16 +84,27 @@ class Plot {
     });
     draw_grid(picture_, panel);
     label_y(picture_, panel);
-    draw_waveform(picture_, panel, waveform_);
     if (motion != nullptr) {
       draw_response(picture_, panel, *motion, motion->response().peak);
-      foot.push_back("dashed, its peak at full height: " + words_of(motion->response()));
+      foot.push_back("soft band: the displacement, estimated, its peak at full height; " +
+                     words_of(motion->response()));
     }
+    draw_waveform(picture_, panel, waveform_);
     name_sections(panel);
+    LabelRow marks;
     for (const Warning& warning : warnings_) {
       if (warning.event == 0 || !is_shown(warning)) continue;
-      picture_.label({panel.x_at(warning.at_ms), panel.box.y + 13}, kMiddle, "warning", "!");
+      const auto x = marks.place(panel.x_at(warning.at_ms), "!");
+      if (x) picture_.label({*x, panel.box.y + 13}, kMiddle, "warning", "!");
     }
+  }
+
+  std::string words_of(const Response& response) const {
+    std::string words;
+    for (const auto& [name, value] : numbers_of(response, score_ == nullptr)) {
+      words += (words.empty() ? "" : ", ") + name + " " + value;
+    }
+    return words;
   }
 
   // Of a section's part that is shown, where it is long enough.
@@ -160,8 +172,8 @@ class Plot {
         }
         continue;
       }
-      for (const Sweep& sweep : sweeps_of(score_->profile(), event)) {
-        highest = std::max({highest, sweep.from_hz, sweep.to_hz, std::fabs(sweep.reached_hz())});
+      for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+        highest = std::max({highest, stretch.from_hz, stretch.to_hz, std::fabs(stretch.reached_hz())});
       }
     }
     return highest;
@@ -172,7 +184,12 @@ class Plot {
     const Panel panel = add_panel("Hz", 40, 90, {0, top, top > 400 ? 200.0 : 100.0});
     draw_grid(picture_, panel);
     label_y(picture_, panel);
-    picture_.label({kLeft + kWidth, panel.box.y - 8}, kEnd, "small", "carrier; dotted: what the points say");
+    const auto is_untold = [&](const Event& event) {
+      return !event.continuous && tap_segments(score_->profile(), event.level).empty();
+    };
+    const bool untold = std::any_of(score_->events().begin(), score_->events().end(), is_untold);
+    write_legend(panel, std::string("line: the carrier; dotted: what the points say") +
+                            (untold ? "; taps are stored bursts, of which no frequency is known" : ""));
     if (!has_room_for_events(panel)) return;
     for_events([&](size_t i, double start_ms) {
       const Event& event = score_->events()[i];
@@ -183,22 +200,23 @@ class Plot {
   void draw_sweeps(const Panel& panel, size_t i, double pass_start_ms) {
     const Event& event = score_->events()[i];
     const double start_ms = pass_start_ms + event.start_ms;
-    for (const Sweep& sweep : sweeps_of(score_->profile(), event)) {
-      draw_line(panel, sweep.span.moved(start_ms), sweep.from_hz, sweep.to_hz, "aim");
+    for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+      draw_line(panel, stretch.span.moved(start_ms), stretch.from_hz, stretch.to_hz, "aim");
       for (const Span& heard : score_->heard(i)) {
-        const Span part = common(sweep.span, heard.moved(-event.start_ms));
-        if (part.length() > 0) draw_carrier(panel, sweep, part, start_ms);
+        const Span part = common(stretch.span, heard.moved(-event.start_ms));
+        if (part.length() > 0) draw_carrier(panel, stretch, part, start_ms);
       }
     }
   }
 
   // Two lines where it runs through 0 Hz.
-  void draw_carrier(const Panel& panel, const Sweep& sweep, Span part, double start_ms) {
-    const double turn = sweep.span.from + sweep.from_hz / (sweep.from_hz - sweep.reached_hz()) * sweep.span.length();
-    const bool turns = sweep.reached_hz() < 0 && part.from < turn && turn < part.to;
+  void draw_carrier(const Panel& panel, const Stretch& stretch, Span part, double start_ms) {
+    const double turn =
+        stretch.span.from + stretch.from_hz / (stretch.from_hz - stretch.reached_hz()) * stretch.span.length();
+    const bool turns = stretch.reached_hz() < 0 && part.from < turn && turn < part.to;
     const auto draw = [&](Span span) {
-      draw_line(panel, span.moved(start_ms), std::fabs(sweep.reached_at(span.from)),
-                std::fabs(sweep.reached_at(span.to)), "curve");
+      draw_line(panel, span.moved(start_ms), std::fabs(stretch.hz_at(span.from)), std::fabs(stretch.hz_at(span.to)),
+                "curve");
     };
     if (!turns) return draw(part);
     draw({part.from, turn});
@@ -220,9 +238,11 @@ class Plot {
 
   // Vibrations in the order in which they are drawn, then the taps, which play over them.
   void draw_events() {
-    const Panel panel = add_panel("events, %", 46, 64, {0, 100, 50});
+    const Panel panel = add_panel("events, %", 58, 84, {0, 100, 50});
     draw_grid(picture_, panel);
     label_y(picture_, panel);
+    write_legend(panel,
+                 "outlined: the intensity as asked; filled: what plays, as strong as it is driven (of full scale)", 20);
     if (!has_room_for_events(panel)) return;
     LabelRow row;
     for (const bool continuous : {true, false}) {
@@ -234,27 +254,43 @@ class Plot {
     }
   }
 
-  // The outline between straight lines; filled where the event is what plays.
+  // As asked in outline, straight from point to point; filled where it is what plays, with the envelope that it has.
   void draw_vibration(const Panel& panel, size_t i, double pass_start_ms) {
     const Event& event = score_->events()[i];
     const double start_ms = pass_start_ms + event.start_ms;
-    for (const Span& heard : score_->heard(i))
-      draw_intensity(panel, event, heard.moved(pass_start_ms), start_ms, "vibration");
-    draw_intensity(panel, event, score_->span_of(i).moved(pass_start_ms), start_ms, "outline");
+    for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+      for (const Span& heard : score_->heard(i)) {
+        const Span part = common(common(stretch.span.moved(start_ms), heard.moved(pass_start_ms)), shown_);
+        if (part.length() > 0) draw_envelope(panel, stretch, part, start_ms);
+      }
+    }
+    const Span asked = common(score_->span_of(i).moved(pass_start_ms), shown_);
+    if (asked.length() > 0) draw_intensity(panel, event, asked, start_ms);
   }
 
-  void draw_intensity(const Panel& panel, const Event& event, Span span, double start_ms, const char* style) {
-    const Span part = common(span, shown_);
-    if (part.length() <= 0) return;
+  void draw_envelope(const Panel& panel, const Stretch& stretch, Span part, double start_ms) {
+    const double pixels = part.length() / shown_.length() * kWidth;
+    const bool is_level = stretch.from_amplitude == stretch.to_amplitude;
+    const double steps = is_level ? 1 : std::clamp(std::floor(pixels / 2), 1.0, 60.0);
+    std::vector<Point> outline = {panel.at(part.from, 0)};
+    for (double step = 0; step <= steps; ++step) {
+      const double ms = part.from + part.length() * step / steps;
+      outline.push_back(panel.at(ms, 100 * stretch.amplitude_at(ms - start_ms) / kFullScale));
+    }
+    outline.push_back(panel.at(part.to, 0));
+    picture_.path(outline, "vibration");
+  }
+
+  void draw_intensity(const Panel& panel, const Event& event, Span part, double start_ms) {
     std::vector<Point> outline = {panel.at(part.from, 0),
                                   panel.at(part.from, intensity_at(event, part.from - start_ms))};
-    for (const CurvePoint& point : event.points) {
-      const double ms = start_ms + point.time_ms - event.points[0].time_ms;
-      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, point.intensity));
+    for (size_t i = 0; i < event.points.size(); ++i) {
+      const double ms = start_ms + event.point_ms(i);
+      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, event.points[i].intensity));
     }
     outline.push_back(panel.at(part.to, intensity_at(event, part.to - start_ms)));
     outline.push_back(panel.at(part.to, 0));
-    picture_.path(outline, style);
+    picture_.path(outline, "outline");
   }
 
   static double intensity_at(const Event& event, double ms) {
@@ -290,18 +326,21 @@ class Plot {
     bottom_ += kLine;
   }
 
+  // What colours and dashes mean, at the right above a panel.
+  void write_legend(const Panel& panel, const std::string& words, double above = 8) {
+    picture_.label({kLeft + kWidth, panel.box.y - above}, kEnd, "small", words);
+  }
+
   // Of what is shown, where only a part is.
   void write_warnings() {
     constexpr size_t kMost = 6;
-    size_t written = 0;
-    for (const Warning& warning : warnings_) {
-      if (written == kMost || !is_shown(warning)) continue;
-      write_line("", "! " + line_of(warning));
-      ++written;
-    }
-    if (written < warnings_.size()) {
-      write_line("", "! and " + counted(static_cast<int64_t>(warnings_.size() - written), "more warning"));
-    }
+    std::vector<Warning> shown;
+    std::copy_if(warnings_.begin(), warnings_.end(), std::back_inserter(shown),
+                 [&](const Warning& warning) { return is_shown(warning); });
+    for (const std::string& line : lines_of(shown, kMost)) write_line("", "! " + line);
+    const size_t hidden = warnings_.size() - shown.size();
+    if (hidden > 0)
+      write_line("", "! and " + counted(static_cast<int64_t>(hidden), "warning") + " beside what is shown");
   }
 
   bool is_shown(const Warning& warning) const {

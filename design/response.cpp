@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "design/motor.h"
+#include "design/text.h"
 
 namespace design {
 
@@ -21,6 +22,17 @@ Oscillation::Oscillation(const Resonator& resonator, double sample_rate) {
   decay_ = std::exp(-undamped * d);
   cos_ = std::cos(damped);
   sin_ = std::sin(damped);
+}
+
+std::vector<Number> numbers_of(const Response& response, bool is_burst) {
+  std::vector<Number> numbers = {{"at", text("%.4g Hz, Q %.4g", response.resonator.hz, response.resonator.quality)}};
+  if (is_burst) {
+    numbers.emplace_back("rise to 90 %", text("%.1f ms", response.rise_ms));
+    numbers.emplace_back("ring-down to 10 %", text("%.1f ms", response.ring_down_ms));
+  }
+  numbers.emplace_back("peak", text("%.1f %%", 100 * response.peak));
+  numbers.emplace_back("effective", text("%.1f %%", 100 * response.effective));
+  return numbers;
 }
 
 Motion::Motion(Waveform waveform, Resonator resonator)

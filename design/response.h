@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "design/waveform.h"
@@ -56,6 +58,11 @@ struct Response {
   double ring_down_ms = 0;  // from the last time with 90 % to the last time with 10 % of it, perhaps after the waveform
   double felt_ms = 0;       // up to there it has 10 %
 };
+
+using Number = std::pair<std::string, std::string>;  // its name, and its value with the unit
+
+// Rise and ring-down are of use where the waveform is one burst.
+std::vector<Number> numbers_of(const Response& response, bool is_burst);
 
 // The motion under a waveform, simulated once, and then told of any stretch of time.
 class Motion {

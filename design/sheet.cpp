@@ -13,7 +13,7 @@
 namespace design {
 namespace {
 
-constexpr double kLeft = 70;
+constexpr double kLeft = 80;
 constexpr double kTop = 76;
 constexpr double kFoot = 48;
 constexpr Axis kSmallAmplitudeAxis = {kAmplitudeAxis.from, kAmplitudeAxis.to, kAmplitudeAxis.to};
@@ -25,6 +25,9 @@ constexpr Box kFirstTap = {.x = kLeft, .y = kTop, .width = 520, .height = 84};
 constexpr Box kNarrowTap = {.x = kLeft, .y = kTop, .width = 250, .height = 84};
 constexpr double kColumnGap = 70;
 
+// What stands at the left of the panels below.
+void label_amplitude(Svg& picture) { picture.label({kLeft - 8, kTop - 12}, kEnd, "", "amplitude"); }
+
 // Returns the right and lower end of what was drawn.
 Point draw_taps(Svg& picture, const Sheet& sheet) {
   std::vector<Waveform> taps;
@@ -33,7 +36,7 @@ Point draw_taps(Svg& picture, const Sheet& sheet) {
     const int32_t driven = sheet.in_pattern ? driven_intensity(sheet.profile, level, sheet.intensity) : sheet.intensity;
     taps.push_back(tap_waveform(sheet.profile, level, driven));
     taps.back().title = text("level %d", level) + (sheet.in_pattern ? text(", driven at %d %%", driven) : "");
-    if (!warnings_of_tap(sheet.profile, level, driven).empty()) taps.back().title += " !";
+    if (!warnings_of_tap(sheet.profile, level, sheet.intensity, sheet.in_pattern).empty()) taps.back().title += " !";
     longest_ms = std::max(longest_ms, taps.back().length_ms());
   }
   const size_t columns = (taps.size() + kMostRows - 1) / kMostRows;
@@ -85,6 +88,7 @@ void draw_curves(Svg& picture, const lrasynth_profile& profile, Panel& panel, bo
 }  // namespace
 
 std::string title_of(const Sheet& sheet) {
+  if (!sheet.title.empty()) return sheet.title;
   const std::string motor = "Sheet: " + name_of(sheet.profile);
   if (!has_taps(sheet.profile)) return motor + " (no taps)";
   return motor + text(", taps at intensity %d %%%s", sheet.intensity, sheet.in_pattern ? " in a pattern" : "");
@@ -99,6 +103,7 @@ std::string sheet_of(const Sheet& sheet) {
     draw_curves(picture, sheet.profile, panel, true);
     return picture.finished(panel.box.x - 50, panel.box.bottom() + kFoot, title);
   }
+  label_amplitude(picture);
   const Point end = draw_taps(picture, sheet);
   panel.box = {.x = end.x + 80, .y = kTop, .width = 330, .height = 170};
   panel.x.step = 25;
@@ -106,25 +111,27 @@ std::string sheet_of(const Sheet& sheet) {
   return picture.finished(panel.box.right() + 24, std::max(panel.box.y - 84, end.y) + kFoot, title);
 }
 
-std::string comparison_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions, Span shown) {
+std::string comparison_of(const std::string& title, const std::vector<Piece>& pieces,
+                          const std::vector<Motion>& motions, Span shown) {
   constexpr double kStride = 146;
   Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 640, .height = 106},
                  .x = time_axis(shown, 640),
                  .y = kSmallAmplitudeAxis};
   double full = 0;
   for (const Motion& motion : motions) full = std::max(full, motion.response().peak);
-  const std::string title = "Comparison";
   Svg picture;
-  picture.label({kLeft, 32}, kStart, "title", title);
-  picture.label({kLeft + 130, 32}, kStart, "small",
-                text("dashed: estimated displacement; full height is %.1f %% of what a lasting full-scale tone at the "
-                     "resonance gives",
-                     100 * full));
+  picture.label({kLeft, 24}, kStart, "title", title);
+  picture.label(
+      {kLeft, 42}, kStart, "small",
+      text("soft band: the displacement, estimated; full height is %.1f %% of what a lasting full-scale tone at "
+           "the resonance gives",
+           100 * full));
+  label_amplitude(picture);
   for (size_t i = 0; i < pieces.size(); ++i) {
     draw_grid(picture, panel);
     label_y(picture, panel);
-    draw_waveform(picture, panel, pieces[i].waveform);
     draw_response(picture, panel, motions[i], full);
+    draw_waveform(picture, panel, pieces[i].waveform);
     picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", pieces[i].waveform.title);
     double y = panel.box.y + 6;
     for (const auto& [name, value] : numbers_of(pieces[i], motions[i].response())) {

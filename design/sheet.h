@@ -16,13 +16,15 @@ struct Sheet {
   lrasynth_profile profile;
   std::vector<int32_t> levels;
   int32_t intensity;
-  bool in_pattern;  // taps as weak as a pattern plays them
+  bool in_pattern;         // taps as weak as a pattern plays them
+  std::string title = {};  // empty: what it shows
 };
 
 std::string title_of(const Sheet& sheet);
 std::string sheet_of(const Sheet& sheet);
 
 // Waveforms on one axis of time, each with its motion and the numbers beside them.
-std::string comparison_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions, Span shown);
+std::string comparison_of(const std::string& title, const std::vector<Piece>& pieces,
+                          const std::vector<Motion>& motions, Span shown);
 
 }  // namespace design

@@ -3,78 +3,98 @@
 #include "design/summary.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
-#include "design/carrier.h"
 #include "design/forms.h"
+#include "design/jumps.h"
 #include "design/motor.h"
 #include "design/text.h"
 
 namespace design {
 namespace {
 
-std::string words_of(const lrasynth_profile& profile, const Event& event) {
-  if (!event.continuous) {
-    const int32_t driven = driven_intensity(profile, event.level, event.intensity);
-    const std::string share =
-        driven == event.intensity || is_event_stream(profile) ? "" : text(", driven at %d %%", driven);
-    return text("tap, level %d, intensity %d %%", event.level, event.intensity) + share;
-  }
-  const auto [low, high] = std::minmax_element(event.points.begin(), event.points.end(),
-                                               [](auto& a, auto& b) { return a.intensity < b.intensity; });
-  std::string frequencies;
-  for (const CurvePoint& point : event.points) {
-    const std::string hz = text("%d", hertz_at(profile, point.offset));
-    if (!frequencies.ends_with(hz)) frequencies += (frequencies.empty() ? "" : ", ") + hz;
-  }
-  return text("vibration of %d ms, intensity %d to %d %%, points at ", event.duration_ms, low->intensity,
-              high->intensity) +
-         frequencies + " Hz";
+// "0, 80, 40, 0", or one of them where all are the same.
+template <class Value>
+std::string of_points(const Event& event, Value value) {
+  std::vector<std::string> values;
+  for (const CurvePoint& point : event.points) values.push_back(text("%d", value(point)));
+  const auto is_first = [&](const std::string& other) { return other == values.front(); };
+  if (std::all_of(values.begin(), values.end(), is_first)) return values.front();
+  return values[0] + ", " + values[1] + ", " + values[2] + ", " + values[3];
 }
 
-std::string event_lines(const Score& score) {
-  std::string lines;
-  for (const Event& event : score.events()) {
-    lines += text("  event %d at %d ms: ", event.number, event.start_ms) + words_of(score.profile(), event) + "\n";
+// A line for each event of a pattern.
+class EventLines {
+ public:
+  EventLines(const Score& score, const Resonator& resonator)
+      : profile_(score.profile()), is_stream_(is_event_stream(profile_)), resonator_(resonator) {}
+
+  std::string of(const Event& event) {
+    return text("  event %d at %d ms: ", event.number, event.start_ms) +
+           (event.continuous ? vibration(event) : tap(event)) + "\n";
   }
-  return lines;
-}
+
+ private:
+  std::string vibration(const Event& event) const {
+    const std::string intensities = of_points(event, [](const CurvePoint& point) { return point.intensity; });
+    const std::string hertz =
+        of_points(event, [&](const CurvePoint& point) { return hertz_at(profile_, point.offset); });
+    return text("vibration of %d ms, intensity ", event.duration_ms) + intensities + " %, points at " + hertz + " Hz";
+  }
+
+  std::string tap(const Event& event) {
+    const std::string asked = text("tap, level %d, intensity %d %%", event.level, event.intensity);
+    if (is_stream_) return asked;
+    const int32_t driven = driven_intensity(profile_, event.level, event.intensity);
+    return asked + (driven == event.intensity ? "" : text(", driven at %d %%", driven)) + response(event.level, driven);
+  }
+
+  // By itself. A pattern has many taps, but few different ones.
+  const std::string& response(int32_t level, int32_t driven) {
+    const auto [known, is_new] = responses_.emplace(std::pair(level, driven), "");
+    if (is_new && driven > 0) {
+      const Response alone = Motion(tap_waveform(profile_, level, driven), resonator_).response();
+      known->second = text(", estimated rise %.1f ms, ring-down %.1f ms", alone.rise_ms, alone.ring_down_ms);
+    }
+    return known->second;
+  }
+
+  lrasynth_profile profile_;
+  bool is_stream_;
+  Resonator resonator_;
+  std::map<std::pair<int32_t, int32_t>, std::string> responses_;
+};
 
 }  // namespace
-
-std::vector<Number> numbers_of(const Response& response) {
-  return {
-      {"at", text("%.4g Hz, Q %.4g", response.resonator.hz, response.resonator.quality)},
-      {"rise to 90 %", text("%.1f ms", response.rise_ms)},
-      {"ring-down to 10 %", text("%.1f ms", response.ring_down_ms)},
-      {"peak", text("%.1f %%", 100 * response.peak)},
-      {"effective", text("%.1f %%", 100 * response.effective)},
-  };
-}
 
 std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
   const Strength strength = strength_of(piece.waveform);
   std::vector<Number> numbers = {
       {"length", text("%.1f ms", piece.waveform.length_ms())},
-      {"peak", text("%d", strength.peak)},
-      {"effective", text("%.1f", strength.effective)},
+      {"peak", text("%d of 128", strength.peak)},  // the byte's range
+      {"effective", text("%.1f of 128", strength.effective)},
   };
-  for (const auto& [name, value] : numbers_of(response)) numbers.emplace_back("estimated " + name, value);
-  numbers.emplace_back("warnings", text("%zu", piece.warnings.size()));
+  for (const auto& [name, value] : numbers_of(response, piece.score == nullptr))
+    numbers.emplace_back("estimated " + name, value);
+  numbers.emplace_back("warnings", grouped(static_cast<int64_t>(piece.warnings.size())));
   return numbers;
 }
 
 std::string summary_of(const Piece& piece, const Resonator& resonator) {
   const Waveform& waveform = piece.waveform;
   std::string lines = waveform.title + "\n";
-  if (piece.score != nullptr) lines += event_lines(*piece.score);
+  if (piece.score != nullptr) {
+    EventLines line(*piece.score, resonator);
+    for (const Event& event : piece.score->events()) lines += line.of(event);
+  }
   if (piece.is_stream()) return lines + "  " + size_of(piece) + "\n";
   for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response())) {
     lines += text("  %-28s %s\n", name.c_str(), value.c_str());
   }
-  const Jump jump = piece.score != nullptr ? largest_restart(*piece.score) : Jump();
-  if (jump.event == 0) return lines;
-  return lines + text("  the phase restarts at every point; the largest jump there is %d, event %d at %.10g ms\n",
-                      jump.height, jump.event, jump.at_ms);
+  const Jump jump = piece.score != nullptr ? largest_of(jumps_of(*piece.score)) : Jump();
+  if (jump.height == 0) return lines;
+  return lines + text("  largest jump %d at ", jump.height) + ms_text(waveform.ms_of(jump.sample)) + " ms\n";
 }
 
 std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions) {

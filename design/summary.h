@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "design/piece.h"
@@ -11,12 +10,9 @@
 
 namespace design {
 
-using Number = std::pair<std::string, std::string>;  // its name, and its value with the unit
-
-std::vector<Number> numbers_of(const Response& response);
 std::vector<Number> numbers_of(const Piece& piece, const Response& response);
 
-// Title and numbers; of a pattern its events, too, and the largest jump at a point.
+// Title and numbers; of a pattern its events, too, and the largest jump.
 std::string summary_of(const Piece& piece, const Resonator& resonator);
 
 // The numbers of waveforms beside one another, a column each.

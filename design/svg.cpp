@@ -22,7 +22,7 @@ constexpr const char* kStyle = R"(<style>
   .curve { fill: none; stroke: #123f6b; stroke-width: 1.5; stroke-linejoin: round }
   .shade { fill: #1b4f80; fill-opacity: 0.14 }
   .dense { fill: none; stroke: #7f9fbd; stroke-width: 0.9; stroke-linejoin: round }
-  .response { fill: none; stroke: #000; stroke-width: 1.2; stroke-dasharray: 5 2; stroke-linejoin: round }
+  .response { fill: #e0a63c; fill-opacity: 0.3; stroke: #b98319; stroke-width: 0.4; stroke-linejoin: round }
   .aim { fill: none; stroke: #555; stroke-width: 1.2; stroke-dasharray: 2 3 }
   .vibration { fill: #c9d6e3 }
   .transient { fill: #111 }
@@ -44,6 +44,11 @@ std::string escaped(const std::string& raw) {
 }  // namespace
 
 double label_width(const std::string& words) { return 7 * static_cast<double>(words.size()); }
+
+const char* title_style(const std::string& words, double room) {
+  constexpr double kWidthOfLetter = 11;  // in a bold title
+  return kWidthOfLetter * static_cast<double>(words.size()) <= room ? "title" : "strong";
+}
 
 void Svg::rectangle(const Box& box, const char* style) {
   body_ += text("<rect x=\"%.2f\" y=\"%.2f\" width=\"%.2f\" height=\"%.2f\" class=\"%s\"/>\n", box.x, box.y, box.width,

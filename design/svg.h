@@ -30,6 +30,9 @@ constexpr const char* kEnd = "end";
 // About the width of a label, for what must not overlap.
 double label_width(const std::string& words);
 
+// How a title is written that has that much room.
+const char* title_style(const std::string& words, double room);
+
 class Svg {
  public:
   // Shapes cover what was drawn before. A style is one or more classes of the style sheet.

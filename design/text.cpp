@@ -37,6 +37,24 @@ bool is_control(std::string_view character) {
   return byte(0) < 0x20 || byte(0) == 0x7F || (byte(0) == 0xC2 && byte(1) < 0xA0);
 }
 
+// The fewest letters to insert, to leave out, to replace or to swap with their neighbour (optimal string alignment).
+size_t slips_between(std::string_view a, std::string_view b) {
+  std::vector<std::vector<size_t>> rows(a.size() + 1, std::vector<size_t>(b.size() + 1));
+  for (size_t i = 0; i <= a.size(); ++i) {
+    for (size_t j = 0; j <= b.size(); ++j) {
+      if (i == 0 || j == 0) {
+        rows[i][j] = i + j;
+        continue;
+      }
+      const size_t replaced = rows[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
+      rows[i][j] = std::min({replaced, rows[i - 1][j] + 1, rows[i][j - 1] + 1});
+      const bool swapped = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
+      if (swapped) rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
+    }
+  }
+  return rows[a.size()][b.size()];
+}
+
 }  // namespace
 
 // The oldest compiler that we build with has no std::format yet.
@@ -73,12 +91,55 @@ std::string counted(int64_t count, const char* what) {
   return text("%lld %s%s", static_cast<long long>(count), what, count == 1 ? "" : "s");
 }
 
+std::string grouped(int64_t count) {
+  std::string digits = std::to_string(count);
+  for (size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  return digits;
+}
+
+std::string ms_text(double ms) {
+  std::string words = text("%.2f", ms);
+  words.erase(words.find_last_not_of('0') + 1);
+  if (words.back() == '.') words.pop_back();
+  return words == "-0" ? "0" : words;
+}
+
+std::string shown_name(std::string_view raw, size_t most_characters) {
+  const std::string whole = shown(raw, raw.size());
+  std::vector<size_t> starts;  // of the characters
+  for (size_t i = 0; i < whole.size(); ++i) {
+    if ((static_cast<uint8_t>(whole[i]) & 0xC0) != 0x80) starts.push_back(i);
+  }
+  if (starts.size() <= most_characters) return whole;
+  const size_t tail = (most_characters - 3) / 2;
+  const size_t head = most_characters - 3 - tail;
+  return whole.substr(0, starts[head]) + "..." + whole.substr(starts[starts.size() - tail]);
+}
+
 std::string echo(std::string_view word) { return word.empty() ? "an empty word" : shown(word); }
 
-std::string alternatives(const std::vector<std::string>& words) {
+std::string listed(const std::vector<std::string>& words, const char* last) {
   std::string list;
-  for (size_t i = 0; i < words.size(); ++i) list += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
+  for (size_t i = 0; i < words.size(); ++i) {
+    if (i > 0) list += i + 1 == words.size() ? text(" %s ", last) : ", ";
+    list += words[i];
+  }
   return list;
+}
+
+std::string did_you_mean(std::string_view word, const std::vector<std::string>& known) {
+  constexpr size_t kLongest = 40;
+  constexpr size_t kMostSlips = 2;
+  if (word.size() > kLongest) return "";
+  std::string nearest;
+  size_t fewest = kMostSlips + 1;
+  for (const std::string& candidate : known) {
+    const size_t slips = slips_between(word, candidate);
+    if (slips >= fewest || 2 * slips > candidate.size()) continue;
+    fewest = slips;
+    nearest = candidate;
+  }
+  return nearest.empty() ? "" : "; did you mean " + nearest + "?";
 }
 
 std::string range_fault(int32_t least, int32_t most, const std::string& written) {

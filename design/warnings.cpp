@@ -5,39 +5,41 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <map>
+#include <optional>
+#include <set>
 
-#include "design/carrier.h"
+#include "design/jumps.h"
+#include "design/length.h"
 #include "design/motor.h"
+#include "design/stretch.h"
 #include "design/text.h"
 
 namespace design {
 namespace {
 
 constexpr uint8_t kFalsePeak = 128;        // as a driver reads it, -128
-constexpr int kFarFromRest = 32;           // sample units: a quarter of full scale
-constexpr double kFarFromPoint = 0.25;     // of the frequency that a point names
+constexpr int kHighJump = 32;              // sample units: a quarter of full scale
+constexpr double kFarFromPoint = 0.25;     // of the frequency that a point names, and of the stronger amplitude
+constexpr size_t kFew = 4;                 // warnings alike that are told one by one
+constexpr double kLeastAmplitude = 4;      // that is looked at
 constexpr int32_t kMostStreamMs = 0xFFFF;  // 16 bits
-constexpr int32_t kStreamMsOfTransient = 5;
+constexpr int32_t kStreamMsOfTap = 5;
 
 // Samples of 128 that stand between positive ones.
-int64_t false_peaks(const Waveform& waveform, Span span) {
+int64_t false_peaks(const Waveform& waveform) {
   int64_t count = 0;
   int before = 0;
   bool open = false;  // a 128 after a positive sample
-  const auto visit = [&](int64_t, std::span<const uint8_t> codes) {
+  for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {
     for (const uint8_t code : codes) {
       const bool is_peak = code == kFalsePeak;
-      if (is_peak && (open || before > 0)) {
-        open = true;
-        ++count;
-      } else {
-        open = false;
-      }
+      open = is_peak && (open || before > 0);
+      count += open ? 1 : 0;
       before = is_peak ? 0 : amplitude(code);
     }
     return true;
-  };
-  for_blocks(waveform, waveform.sample_at(span.from), std::min(waveform.length, waveform.sample_at(span.to)), visit);
+  });
   return count;
 }
 
@@ -46,20 +48,56 @@ std::string peaks_text(int64_t count, const std::string& most) {
          " coded as 128, which a driver reads as -128; " + most + " has none";
 }
 
-// Of a tap in a pattern or by itself, 0 < asked <= 100.
-template <class Driven>
-void check_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity, Driven driven, Warning warning,
-               std::vector<Warning>& warnings) {
-  const auto count_at = [&](int32_t asked) {
-    const Waveform tap = tap_waveform(profile, level, driven(asked));
-    return false_peaks(tap, tap.whole());
-  };
-  const int64_t count = count_at(intensity);
-  if (count == 0) return;
-  int32_t most = intensity - 1;
-  while (most > 0 && count_at(most) > 0) --most;
-  warning.what = peaks_text(count, text("intensity %d", most));
-  warnings.push_back(warning);
+// A tap, by itself or in a pattern.
+struct AskedTap {
+  const lrasynth_profile& profile;
+  int32_t level;
+  int32_t intensity;
+  bool in_pattern;
+
+  int32_t driven(int32_t asked) const { return in_pattern ? driven_intensity(profile, level, asked) : asked; }
+  int64_t false_peaks_at(int32_t asked) const { return false_peaks(tap_waveform(profile, level, driven(asked))); }
+};
+
+std::string silence_of(const AskedTap& tap) {
+  if (tap.driven(tap.intensity) != 0) return "";
+  if (tap.intensity == 0) return "is silent: its intensity is 0";
+  int32_t least = tap.intensity + 1;
+  while (tap.driven(least) == 0) ++least;
+  return text("is silent: level %d at %d %% is driven at 0 %% in a pattern; intensity %d is the least that is felt",
+              tap.level, tap.intensity, least);
+}
+
+std::string false_peaks_of(const AskedTap& tap) {
+  const int64_t count = tap.false_peaks_at(tap.intensity);
+  if (count == 0) return "";
+  int32_t most = tap.intensity - 1;
+  while (most > 0 && tap.false_peaks_at(most) > 0) --most;
+  return peaks_text(count, text("intensity %d", most));
+}
+
+// A stored burst keeps its number of samples whatever their rate.
+std::string slowness_of(const AskedTap& tap) {
+  const lrasynth_profile full = lrasynth_profile_of(0, tap.profile.motor_type, tap.profile.boost_flag);
+  const auto samples = static_cast<double>(tap_length(tap.profile, tap.level).samples);
+  const bool is_same = tap_length(full, tap.level).samples == tap_length(tap.profile, tap.level).samples;
+  if (!is_same || samples == 0 || full.sample_rate == tap.profile.sample_rate) return "";
+  return text("its stored burst is made for %d samples a second and lasts %s ms here, not %s ms", full.sample_rate,
+              ms_text(1000 * samples / tap.profile.sample_rate).c_str(),
+              ms_text(1000 * samples / full.sample_rate).c_str());
+}
+
+std::vector<std::string> concerns_of(const AskedTap& tap) {
+  std::vector<std::string> concerns = {silence_of(tap), false_peaks_of(tap), slowness_of(tap)};
+  std::erase(concerns, "");
+  return concerns;
+}
+
+// Rest beside it.
+int amplitude_at(const Waveform& waveform, int64_t sample) {
+  uint8_t code = 0;
+  if (sample >= 0 && sample < waveform.length) waveform.read(sample, {&code, 1});
+  return amplitude(code);
 }
 
 // The warnings of one pattern.
@@ -67,52 +105,80 @@ class Inspection {
  public:
   explicit Inspection(const Score& score) : score_(score), profile_(score.profile()) {
     for (size_t i = 0; i < score.events().size(); ++i) {
-      for (const Span& heard : score.heard(i)) starts_.push_back(heard.from);
+      for (const Span& span : score.heard(i)) heard_.push_back({span, i});
     }
-    std::sort(starts_.begin(), starts_.end());
+    std::sort(heard_.begin(), heard_.end(), [](const Heard& a, const Heard& b) { return a.span.from < b.span.from; });
   }
 
   std::vector<Warning> run() {
-    for (size_t i = 0; i < score_.events().size(); ++i) {
-      const Event& event = score_.events()[i];
-      if (is_event_stream(profile_)) {
-        inspect_stream_event(i);
-      } else {
-        inspect_cover(i);
-        if (event.continuous) {
-          inspect_sweeps(i);
-          inspect_end(i);
-        } else {
-          inspect_tap(event);
-        }
-      }
-    }
-    if (is_event_stream(profile_)) inspect_stream_total();
+    is_event_stream(profile_) ? inspect_stream() : inspect_samples();
     const auto earlier = [](const Warning& a, const Warning& b) { return a.at_ms < b.at_ms; };
     std::stable_sort(warnings_.begin(), warnings_.end(), earlier);
     return std::move(warnings_);
   }
 
  private:
-  void warn(const Event& event, double since_start_ms, std::string what) {
-    warnings_.push_back({event.number, event.start_ms + since_start_ms, std::move(what)});
+  struct Heard {
+    Span span;
+    size_t event;
+  };
+
+  void warn(const Event& event, double since_start_ms, std::string what, std::string common = {}) {
+    warnings_.push_back({event.number, event.start_ms + since_start_ms, std::move(what), std::move(common)});
+  }
+
+  void inspect_samples() {
+    for (size_t i = 0; i < score_.events().size(); ++i) {
+      inspect_cover(i);
+      inspect_end(i);
+      score_.events()[i].continuous ? inspect_curve(i) : inspect_tap(score_.events()[i]);
+    }
+    inspect_jumps();
+    inspect_closing();
   }
 
   // Of two events of one kind the one that starts later plays; a tap in a vibration is meant so.
   void inspect_cover(size_t i) {
-    const auto& events = score_.events();
-    const Span span = score_.span_of(i);
-    const double missing_ms = end_ms(events[i], profile_) - span.to;
-    if (missing_ms > 0) warn(events[i], 0, text("its last %.3g ms are cut", missing_ms));
-    const bool never = score_.heard(i).empty() && span.length() > 0;
-    for (size_t j = i + 1; j < events.size() && events[j].start_ms < span.to; ++j) {
-      if (events[j].continuous != events[i].continuous) continue;
-      const bool covers = events[j].start_ms == span.from && score_.span_of(j).to >= span.to;
-      if (never && covers) return warn(events[i], 0, text("never plays: event %d covers it", events[j].number));
-      if (never || !is_heard(j, span)) continue;
-      return warn(events[i], events[j].start_ms - span.from, text("event %d plays over it", events[j].number));
+    const Event& event = score_.events()[i];
+    const bool never = score_.heard(i).empty() && score_.span_of(i).length() > 0;
+    std::vector<std::string> others;
+    double since_start_ms = 0;  // of the first of them
+    for (const Heard& other : heard_within(score_.span_of(i))) {
+      const Event& over = score_.events()[other.event];
+      if (other.event == i || (!never && over.continuous != event.continuous)) continue;
+      if (others.empty()) since_start_ms = std::max(0.0, other.span.from - event.start_ms);
+      others.push_back(text("%d", over.number));
     }
-    if (never) warn(events[i], 0, "never plays: other events cover it");
+    if (others.empty()) return;
+    const bool one = others.size() == 1;
+    const std::string names = (one ? "event " : "events ") + enumerated(std::move(others));
+    if (never)
+      return warn(event, 0, "never plays: " + names + (one ? " covers it" : " cover it"),
+                  "never plays: others cover it");
+    warn(event, since_start_ms, names + (one ? " plays over it" : " play over it"), "others play over it");
+  }
+
+  // As many as a line has room for.
+  static std::string enumerated(std::vector<std::string> numbers) {
+    constexpr size_t kMost = 5;
+    const size_t rest = numbers.size() - std::min(kMost, numbers.size());
+    if (rest > 0) {
+      numbers.resize(kMost);
+      numbers.push_back(grouped(static_cast<int64_t>(rest)) + " more");
+    }
+    return listed(numbers, "and");
+  }
+
+  // Of each event that is heard in that span its first part there.
+  std::vector<Heard> heard_within(Span within) const {
+    std::vector<Heard> parts;
+    std::set<size_t> known;
+    const auto is_before = [&](const Heard& heard) { return heard.span.to <= within.from; };
+    auto at = std::partition_point(heard_.begin(), heard_.end(), is_before);
+    for (; at != heard_.end() && at->span.from < within.to; ++at) {
+      if (known.insert(at->event).second) parts.push_back(*at);
+    }
+    return parts;
   }
 
   bool is_heard(size_t event, Span within) const {
@@ -120,112 +186,238 @@ class Inspection {
     return std::any_of(heard.begin(), heard.end(), [&](Span span) { return overlap(span, within); });
   }
 
-  void inspect_tap(const Event& event) {
-    const auto driven = [&](int32_t asked) { return driven_intensity(profile_, event.level, asked); };
-    check_tap(profile_, event.level, event.intensity, driven, {event.number, static_cast<double>(event.start_ms), {}},
-              warnings_);
+  void inspect_end(size_t i) {
+    const Event& event = score_.events()[i];
+    const double missing_ms = end_ms(event, profile_) - score_.span_of(i).to;
+    if (missing_ms <= 0) return;
+    warn(event, 0,
+         text("its last %.3g ms are cut; a limit of %d ms would let them play", missing_ms,
+              score_.request().missing_ms));
   }
 
-  void inspect_sweeps(size_t i) {
+  void inspect_tap(const Event& event) {
+    for (std::string& what : concerns_of({profile_, event.level, event.intensity, true}))
+      warn(event, 0, std::move(what));
+  }
+
+  void inspect_curve(size_t i) {
     const Event& event = score_.events()[i];
-    for (const Sweep& sweep : sweeps_of(profile_, event)) {
-      const size_t to = sweep.to_point;
-      const bool silent = event.points[to - 1].intensity == 0 && event.points[to].intensity == 0;
-      if (silent || !is_heard(i, sweep.span.moved(event.start_ms))) continue;
-      const double off_hz = std::fabs(sweep.reached_hz() - sweep.to_hz);
-      if (off_hz <= kFarFromPoint * sweep.to_hz) continue;
-      const std::string way = sweep.reached_hz() < 0
-                                  ? text("runs through 0 Hz and back up to %.0f Hz", -sweep.reached_hz())
-                                  : text("reaches %.0f Hz, not %.0f Hz", sweep.reached_hz(), sweep.to_hz);
-      warn(event, sweep.span.from, text("from point %zu to %zu its carrier %s", to, to + 1, way.c_str()));
+    const auto is_silent_point = [](const CurvePoint& point) { return point.intensity == 0; };
+    if (std::all_of(event.points.begin(), event.points.end(), is_silent_point)) {
+      return warn(event, 0, "is silent: the intensity of all its points is 0");
+    }
+    for (const Stretch& stretch : stretches_of(profile_, event)) {
+      if (std::max(stretch.from_amplitude, stretch.to_amplitude) < kLeastAmplitude) continue;
+      if (!is_heard(i, stretch.span.moved(event.start_ms))) continue;
+      inspect_sweep(event, stretch);
+      inspect_envelope(event, stretch);
     }
   }
 
-  // Where rest follows, or the end.
-  void inspect_end(size_t i) {
-    const Event& event = score_.events()[i];
-    const Span span = score_.span_of(i);
-    if (score_.heard(i).empty() || score_.heard(i).back().to < span.to) return;
-    const Waveform alone = event_waveform(profile_, event);
-    uint8_t code = 0;
-    if (alone.length > 0) alone.read(alone.length - 1, {&code, 1});
-    const int last = amplitude(code);
-    if (std::abs(last) < kFarFromRest || plays_on_at(span.to)) return;
-    warn(event, span.length(), text("ends far from rest, at amplitude %d", last));
+  void inspect_sweep(const Event& event, const Stretch& stretch) {
+    if (std::fabs(stretch.reached_hz() - stretch.to_hz) <= kFarFromPoint * stretch.to_hz) return;
+    const std::string way = stretch.reached_hz() < 0
+                                ? text("runs through 0 Hz and back up to %.0f Hz", -stretch.reached_hz())
+                                : text("reaches %.0f Hz, not %.0f Hz", stretch.reached_hz(), stretch.to_hz);
+    warn(event, stretch.span.from,
+         text("from point %zu to %zu its carrier %s", stretch.to_point, stretch.to_point + 1, way.c_str()) +
+             remedy_of_sweep(event, stretch));
   }
 
-  // Whether any event is heard from there on.
-  bool plays_on_at(double ms) const { return std::binary_search(starts_.begin(), starts_.end(), ms); }
+  // The offset with which the carrier ends nearest to what the point says.
+  std::string remedy_of_sweep(const Event& event, const Stretch& stretch) const {
+    const auto reached_at = [&](int32_t offset) { return 2 * hertz_at(profile_, offset) - stretch.from_hz; };
+    int32_t best = event.points[stretch.to_point].offset;
+    for (int32_t offset = -50; offset <= 50; ++offset) {
+      const auto off_hz = [&](int32_t at) { return std::fabs(reached_at(at) - stretch.to_hz); };
+      if (off_hz(offset) < off_hz(best)) best = offset;
+    }
+    if (std::fabs(reached_at(best) - stretch.to_hz) > kFarFromPoint * stretch.to_hz) return "";
+    return text("; to end at %.0f Hz set point %zu to offset %d", reached_at(best), stretch.to_point + 1, best);
+  }
 
-  void inspect_stream_event(size_t i) {
-    const Event& event = score_.events()[i];
-    const int32_t delta_ms = event.start_ms - (i == 0 ? 0 : score_.events()[i - 1].start_ms);
-    if (delta_ms > kMostStreamMs) wrap(event.number, event.start_ms, "the time since the event before", delta_ms);
-    if (event.duration_ms > kMostStreamMs) wrap(event.number, event.start_ms, "its duration", event.duration_ms);
+  void inspect_envelope(const Event& event, const Stretch& stretch) {
+    const double reached = stretch.reached_amplitude();
+    const double off = std::fabs(reached - stretch.to_amplitude);
+    if (off < kLeastAmplitude || off <= kFarFromPoint * std::max(stretch.from_amplitude, stretch.to_amplitude)) return;
+    warn(
+        event, stretch.span.from,
+        text("from point %zu to %zu its envelope turns back halfway at %d samples a second: it ends at amplitude %.0f, "
+             "not %.0f",
+             stretch.to_point, stretch.to_point + 1, profile_.sample_rate, reached, stretch.to_amplitude));
+  }
+
+  // Where no curve merely goes on to its next point.
+  void inspect_jumps() {
+    std::vector<Jump> jumps = jumps_of(score_);
+    std::erase_if(jumps, [](const Jump& jump) { return jump.height < kHighJump || jump.is_restart; });
+    for (const Jump& jump : jumps) {
+      const bool to_rest = jump.to == Jump::kRest;
+      const Event& event = score_.events()[to_rest ? jump.from : jump.to];
+      const std::string from = jump.from == Jump::kRest ? "rest" : text("event %d", score_.events()[jump.from].number);
+      const std::string way = to_rest ? "to rest" : "from " + from;
+      const double at_ms = 1000.0 * static_cast<double>(jump.sample) / profile_.sample_rate;
+      warn(event, at_ms - event.start_ms,
+           text("the samples jump by %d, ", jump.height) + way + (jumps.size() > kFew ? "" : remedy_of(jump)),
+           text("the samples jump by %d or more", kHighJump));
+    }
+  }
+
+  std::string remedy_of(const Jump& jump) const {
+    const auto& events = score_.events();
+    if (jump.from == Jump::kRest) return "";
+    if (jump.to == Jump::kRest) return events[jump.from].continuous ? remedy_of_end(events[jump.from]) : "";
+    if (events[jump.from].continuous == events[jump.to].continuous) return "";
+    const bool starts = events[jump.from].continuous;
+    return starts ? remedy_of_tap(jump.to, jump.from) : remedy_of_tap(jump.from, jump.to);
+  }
+
+  std::string remedy_of_end(Event event) const {
+    event.points[3].intensity = 0;
+    const Waveform faded = event_waveform(profile_, event);
+    return std::abs(amplitude_at(faded, faded.length - 1)) < kHighJump ? "; to end at rest set point 4 to intensity 0"
+                                                                       : "";
+  }
+
+  // The nearest start with which a tap breaks into a vibration and hands back to it by less.
+  std::string remedy_of_tap(size_t tap, size_t vibration) const {
+    constexpr int32_t kFarthestMs = 10;
+    const Event& moved = score_.events()[tap];
+    const auto& heard = score_.heard(vibration);
+    const Span own = score_.span_of(tap);
+    const auto before = std::find_if(heard.begin(), heard.end(), [&](Span span) { return span.to == own.from; });
+    const auto after = std::find_if(heard.begin(), heard.end(), [&](Span span) { return span.from == own.to; });
+    if (before == heard.end() || after == heard.end()) return "";
+    const Waveform over = event_waveform(profile_, moved);
+    const Waveform under = event_waveform(profile_, score_.events()[vibration]);
+    const int64_t per_ms = profile_.sample_rate / 1000;
+    for (int32_t by = 1; by <= kFarthestMs; ++by) {
+      for (const int32_t shift : {by, -by}) {
+        const int32_t to_ms = moved.start_ms + shift;
+        const bool fits = own.from + shift > before->from && own.to + shift < after->to;
+        if (!fits || to_ms == LRASYNTH_CONTINUOUS || to_ms == LRASYNTH_TRANSIENT) continue;
+        const int64_t at = per_ms * (to_ms - score_.events()[vibration].start_ms);
+        const int in = std::abs(amplitude_at(over, 0) - amplitude_at(under, at - 1));
+        const int out = std::abs(amplitude_at(under, at + over.length) - amplitude_at(over, over.length - 1));
+        if (std::max(in, out) >= kHighJump) continue;
+        return text("; with event %d at %d ms the jumps would be %d and %d", moved.number, to_ms, in, out);
+      }
+    }
+    return "";
+  }
+
+  void inspect_closing() {
+    const Request& request = score_.request();
+    const auto is_last = [&](const Event& event) { return event.number == request.last_event; };
+    const auto last = std::find_if(score_.events().begin(), score_.events().end(), is_last);
+    if (last == score_.events().end()) return;
+    if (request.added_ms > 0) {
+      const int32_t end = request.closing_ms - request.added_ms;
+      warn(*last, end_ms(*last, profile_) - last->start_ms,
+           text("it ends last, at %d ms, which would read as an event: the pattern ends at %d ms; start it %d ms "
+                "earlier to "
+                "end before",
+                end, request.closing_ms, end - LRASYNTH_CONTINUOUS + 1));
+    }
+    if (request.is_open) {
+      warn(*last, end_ms(*last, profile_) - last->start_ms,
+           text("it ends last but its record does not stand last: take the buffer's size from "
+                "getLongSignalBufferLength; a limit "
+                "of %d ms would let a record close the pattern",
+                request.missing_ms));
+    }
+  }
+
+  void inspect_stream() {
+    for (size_t i = 0; i < score_.events().size(); ++i) {
+      const Event& event = score_.events()[i];
+      const int32_t delta_ms = event.start_ms - (i == 0 ? 0 : score_.events()[i - 1].start_ms);
+      if (delta_ms > kMostStreamMs) wrap(event.number, event.start_ms, "the time since the event before", delta_ms);
+      if (event.duration_ms > kMostStreamMs) wrap(event.number, event.start_ms, "its duration", event.duration_ms);
+      if (event.continuous && event.points[1].intensity == 0)
+        warn(event, 0, "is silent: the intensity of point 2, which is sent, is 0");
+      if (!event.continuous && event.intensity == 0) warn(event, 0, "is silent: its intensity is 0");
+    }
+    inspect_stream_total();
   }
 
   void inspect_stream_total() {
     int64_t total_ms = score_.events().back().start_ms;
-    for (const Event& event : score_.events()) {
-      total_ms += event.continuous ? event.duration_ms : kStreamMsOfTransient;
-    }
+    for (const Event& event : score_.events()) total_ms += event.continuous ? event.duration_ms : kStreamMsOfTap;
     total_ms *= score_.playback().loops;
     if (total_ms > kMostStreamMs) wrap(0, 0, "the total time", total_ms);
   }
 
   void wrap(int32_t event, double at_ms, const char* what, int64_t ms) {
     warnings_.push_back({event, at_ms,
-                         text("%s, %lld ms, is told in 16 bits and becomes %lld ms", what, static_cast<long long>(ms),
-                              static_cast<long long>(ms & kMostStreamMs))});
+                         text("%s, %lld ms, is told in 16 bits and becomes %lld ms; %d ms is the most", what,
+                              static_cast<long long>(ms), static_cast<long long>(ms & kMostStreamMs), kMostStreamMs)});
   }
 
   const Score& score_;
   lrasynth_profile profile_;
-  std::vector<double> starts_;  // of all that is heard, ascending
+  std::vector<Heard> heard_;  // all parts, disjoint and ascending
   std::vector<Warning> warnings_;
 };
+
+const std::string& common_of(const Warning& warning) { return warning.common.empty() ? warning.what : warning.common; }
+
+using Alike = std::vector<const Warning*>;
+
+// Of warnings that say the same, which may be one.
+std::string line_of_several(const Alike& alike, const std::string& what) {
+  const Warning& first = *alike.front();
+  if (alike.size() == 1) return line_of(first);
+  std::set<int32_t> events;
+  for (const Warning* const warning : alike) events.insert(warning->event);
+  const auto count = static_cast<int64_t>(events.size());
+  const std::string where = count > 1 ? "in " + grouped(count) + " events, first event" : "event";
+  const std::string places = text(" (%s places)", grouped(static_cast<int64_t>(alike.size())).c_str());
+  return where + text(" %d at %s ms: ", first.event, ms_text(first.at_ms).c_str()) + what +
+         (alike.size() > events.size() ? places : "");
+}
 
 }  // namespace
 
 std::string line_of(const Warning& warning) {
-  const std::string where = warning.event > 0 ? text("event %d at %.10g ms: ", warning.event, warning.at_ms) : "";
-  return where + warning.what;
+  const std::string where = text("event %d at %s ms: ", warning.event, ms_text(warning.at_ms).c_str());
+  return (warning.event > 0 ? where : "") + warning.what;
 }
 
-std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity) {
+std::vector<std::string> lines_of(const std::vector<Warning>& warnings, size_t most) {
+  std::map<std::string_view, std::set<std::string_view>> ways;  // to say what is common
+  for (const Warning& warning : warnings) ways[common_of(warning)].insert(warning.what);
+  const auto said = [&](const Warning& warning) -> const std::string& {
+    return ways[common_of(warning)].size() > kFew ? common_of(warning) : warning.what;
+  };
+  std::map<std::string_view, Alike> alike;
+  for (const Warning& warning : warnings) alike[said(warning)].push_back(&warning);
+  std::vector<std::string> lines;
+  for (const Warning& warning : warnings) {
+    const Alike& same = alike[said(warning)];
+    if (same.front() == &warning) lines.push_back(line_of_several(same, said(warning)));
+  }
+  if (lines.size() <= most) return lines;
+  const size_t rest = lines.size() - most;
+  lines.resize(most);
+  lines.push_back("and " + grouped(static_cast<int64_t>(rest)) + (rest == 1 ? " more warning" : " more warnings"));
+  return lines;
+}
+
+std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity,
+                                     bool in_pattern) {
   std::vector<Warning> warnings;
-  check_tap(
-      profile, level, intensity, [](int32_t asked) { return asked; }, {}, warnings);
+  for (std::string& what : concerns_of({profile, level, intensity, in_pattern}))
+    warnings.push_back({0, 0, std::move(what)});
   return warnings;
 }
 
 std::vector<Warning> warnings_of_tone(const Waveform& tone, int32_t amplitude) {
-  const int64_t count = false_peaks(tone, tone.whole());
+  const int64_t count = false_peaks(tone);
   if (count == 0) return {};
   return {{0, 0, peaks_text(count, text("amplitude %d", amplitude - 1))}};
 }
 
 std::vector<Warning> warnings_of(const Score& score) { return Inspection(score).run(); }
-
-Jump largest_restart(const Score& score) {
-  Jump largest;
-  for (size_t i = 0; i < score.events().size(); ++i) {
-    const Event& event = score.events()[i];
-    if (!event.continuous) continue;
-    const Waveform alone = event_waveform(score.profile(), event);
-    for (size_t point = 1; point < 3; ++point) {
-      const int64_t at = static_cast<int64_t>(score.profile().sample_rate / 1000) * event.point_ms(point);
-      const double at_ms = event.start_ms + event.point_ms(point);
-      const auto& heard = score.heard(i);
-      const auto inside = [&](Span span) { return span.from < at_ms && at_ms < span.to; };
-      if (at < 1 || at >= alone.length || std::none_of(heard.begin(), heard.end(), inside)) continue;
-      uint8_t around[2];
-      alone.read(at - 1, around);
-      const int height = std::abs(amplitude(around[1]) - amplitude(around[0]));
-      if (height > largest.height) largest = {event.number, at_ms, height};
-    }
-  }
-  return largest;
-}
 
 }  // namespace design

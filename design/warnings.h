@@ -10,29 +10,27 @@
 namespace design {
 
 struct Warning {
-  int32_t event = 0;  // its number in its file; 0: none in particular
-  double at_ms = 0;   // in the first pass
-  std::string what;
+  int32_t event = 0;        // its number in its file; 0: none in particular
+  double at_ms = 0;         // in the first pass
+  std::string what;         // with the remedy, where there is one
+  std::string common = {};  // what is said in its place of several events; empty: the same
 };
 
 // "event 2 at 40 ms: ..."
 std::string line_of(const Warning& warning);
 
-// Of a tap of its own, as it is asked for.
-std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity);
+// A line for each, those that say the same as one ("in 1,200 events, ..."), so many at most and a last one that counts
+// the rest.
+constexpr size_t kMostWarningsListed = 20;
+std::vector<std::string> lines_of(const std::vector<Warning>& warnings, size_t most = kMostWarningsListed);
+
+// Of a tap of its own, as it is asked for and as it is driven.
+std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity,
+                                     bool in_pattern);
 
 std::vector<Warning> warnings_of_tone(const Waveform& tone, int32_t amplitude);
 
 // In ascending time.
 std::vector<Warning> warnings_of(const Score& score);
-
-// Every curve restarts its phase at each point, where the waveform may jump. Not a warning: it is their nature.
-struct Jump {
-  int32_t event = 0;  // 0: there is none
-  double at_ms = 0;
-  int height = 0;  // in sample units
-};
-
-Jump largest_restart(const Score& score);
 
 }  // namespace design

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "design/length.h"
 #include "design/motor.h"
 #include "design/text.h"
 
@@ -66,7 +67,7 @@ Waveform tap_waveform(const lrasynth_profile& profile, int32_t level, int32_t dr
   }
   return {.title = {},
           .profile = profile,
-          .length = lrasynth_tap_length(&profile, level),
+          .length = tap_length(profile, level).samples,
           .read = read,
           .sections = std::move(sections)};
 }
@@ -86,13 +87,16 @@ Score::Score(const lrasynth_profile& profile, const Playback& playback, std::vec
     : profile_(profile),
       playback_(playback),
       events_(std::move(events)),
-      request_(request_of(events_, profile, playback.limit_ms)),
+      request_(request_of(events_, profile, playback)),
       heard_(events_.size()) {
   lrasynth_pattern once = pattern();
   once.loop_count = 1;
-  pass_ms_ = 1000.0 * static_cast<double>(lrasynth_pattern_length(&profile_, &once)) / profile_.sample_rate;
-  const lrasynth_pattern all = pattern();
-  length_ = lrasynth_pattern_length(&profile_, &all);
+  const Length first = pattern_length(profile_, once);
+  const Length all = pattern_length(profile_, pattern());
+  if (!all.fault.empty() && !request_.fault) request_.fault = Fault{.what = "cannot be served: " + all.fault};
+  if (request_.fault) return;
+  pass_ms_ = 1000.0 * static_cast<double>(first.samples) / profile_.sample_rate;
+  length_ = all.samples;
   find_heard();
   for (int32_t pass = 0; playback_.loops > 1 && pass < playback_.loops; ++pass) {
     const double start_ms = pass_start_ms(pass);
@@ -104,8 +108,8 @@ Score::Score(const lrasynth_profile& profile, const Playback& playback, std::vec
 }
 
 lrasynth_pattern Score::pattern() const {
-  return {.records = request_.data(),
-          .length = static_cast<int32_t>(request_.size()),
+  return {.records = request_.integers.data(),
+          .length = static_cast<int32_t>(request_.integers.size()),
           .loop_count = playback_.loops,
           .interval_ms = playback_.interval_ms,
           .limit_ms = playback_.limit_ms};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -74,7 +75,10 @@ class Score {
  public:
   Score(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events);
 
-  // Samples, or the bytes of an event stream; an error of the library where it cannot be served.
+  // Why it cannot be served; nothing else is to be asked of it then.
+  const std::optional<Fault>& fault() const { return request_.fault; }
+
+  // Samples, or the bytes of an event stream.
   int64_t length() const { return length_; }
   double pass_ms() const { return pass_ms_; }
   double pass_start_ms(int64_t pass) const { return static_cast<double>(pass) * (pass_ms_ + playback_.interval_ms); }
@@ -82,7 +86,7 @@ class Score {
   const lrasynth_profile& profile() const { return profile_; }
   const Playback& playback() const { return playback_; }
   const std::vector<Event>& events() const { return events_; }
-  const std::vector<int32_t>& request() const { return request_; }
+  const Request& request() const { return request_; }
   const std::vector<Section>& sections() const { return sections_; }
 
   // From its start to its end in the first pass, and of that what no other event plays over.
@@ -98,11 +102,11 @@ class Score {
   lrasynth_profile profile_;
   Playback playback_;
   std::vector<Event> events_;
-  std::vector<int32_t> request_;
+  Request request_;
   std::vector<std::vector<Span>> heard_;
   std::vector<Section> sections_;
-  int64_t length_;
-  double pass_ms_;
+  int64_t length_ = 0;
+  double pass_ms_ = 0;
 };
 
 // An event by itself, as a pattern plays it, from its start on.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Fuzz driver for what people write: the first bytes choose chip, motor and loops, the rest is a pattern's text.
+// Fuzz driver for what people write: the first bytes choose chip, motor, loops and limit, the rest is a pattern's text.
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
@@ -12,21 +12,55 @@
 
 using namespace design;
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  if (size < 2) return 0;
-  const std::string_view text(reinterpret_cast<const char*>(data + 2), size - 2);
+namespace {
+
+constexpr size_t kChoices = 3;  // bytes before the text
+
+struct Choices {
+  lrasynth_profile profile;
+  Playback playback;
+};
+
+Choices choices_of(const uint8_t* bytes) {
   const int32_t chips[] = {0, LRASYNTH_CHIP_HALF_RATE, LRASYNTH_CHIP_EVENT_STREAM, 2};
-  const lrasynth_profile profile = lrasynth_profile_of(chips[data[0] % 4], kMotors[data[0] / 4 % 4], data[0] / 16 % 2);
-  const Playback playback = {1 + data[1] % 8, data[1] / 8, data[1] % 3 == 0 ? 500 : LRASYNTH_NO_LIMIT};
+  return {lrasynth_profile_of(chips[bytes[0] % 4], kMotors[bytes[0] / 4 % 4], bytes[0] / 16 % 2),
+          {1 + bytes[1] % 8, bytes[1] / 8, bytes[2] < 250 ? 2 * bytes[2] : LRASYNTH_NO_LIMIT}};
+}
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+// A request is sound but for a last record that no limit allowed, and what is written is as long as what is told.
+void check(const Piece& piece) {
+  const Request& request = piece.score->request();
+  const Playback& playback = piece.score->playback();
+  const lrasynth_pattern pattern = {request.integers.data(), static_cast<int32_t>(request.integers.size()),
+                                    playback.loops, playback.interval_ms, playback.limit_ms};
+  const int32_t fault = lrasynth_pattern_check(&piece.waveform.profile, &pattern, nullptr);
+  require(fault == 0 || piece.is_stream() || (fault == LRASYNTH_ERROR_LAST_RECORD && request.is_open));
+  int64_t written = 0;
+  write_codes(piece, [&](std::string_view bytes) { return written += static_cast<int64_t>(bytes.size()), true; });
+  require(written == piece.waveform.length);
+  require(size_of(piece).find('-') == std::string::npos);
+  require(lines_of(piece.warnings).size() <= kMostWarningsListed + 1);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < kChoices) return 0;
+  const std::string_view text(reinterpret_cast<const char*>(data + kChoices), size - kChoices);
+  const auto [profile, playback] = choices_of(data);
   const auto [file, read] = read_piece(profile, playback, text, std::string(text));
-  if (file.faults.lines(std::string(text)).empty() != (file.faults.count == 0)) std::abort();
-  if (read.has_value() != (file.faults.count == 0)) std::abort();
+  require(file.faults.lines(std::string(text)).empty() == (file.faults.count == 0));
+  require(read.has_value() == (file.faults.count == 0));
   if (!read) return 0;
   const std::string canonical = canonical_json(file.events);
-  if (canonical_json(read_pattern(canonical).events) != canonical) std::abort();
+  require(canonical_json(read_pattern(canonical).events) == canonical);
   const Piece& piece = *read;
-  if (piece.waveform.length < 0) std::abort();
   if (piece.waveform.length > 200'000) return 0;
+  check(piece);
   const std::string summary = summary_of(piece, {});
   if (!piece.is_stream()) {
     const Motion motion(piece.waveform, {});

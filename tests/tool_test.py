@@ -13,6 +13,7 @@ import tempfile
 import time
 import unittest
 import wave
+from random import Random
 
 COMMAND = os.path.abspath(os.environ.get("LRASYNTH", "build/test/tools/lrasynth"))
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -27,14 +28,28 @@ def continuous(start, duration, offset=0):
     return {"type": "continuous", "start": start, "duration": duration, "points": points}
 
 
+# Nested and overlapping, so that what ends last does not start last.
+def random_events(random):
+    events = []
+    for _ in range(random.randrange(1, 6)):
+        start, duration = random.randrange(200), random.randrange(4, 200)
+        events.append(random.choice((transient(start, random.randrange(101)), continuous(start, duration))))
+    return events
+
+
 WHOLE = "must be a whole number from 0 to 100, not"
 
 # Each with its exit status and what it says; p.json is a pattern, link.json a link to it, standard input is empty.
 WRONG_CALLS = rf"""
- | 2 | a command is required: tap, pattern, tone, sheet or compare
-wobble | 2 | wobble: is no command; there are tap, pattern, tone, sheet or compare
+ | 2 | a command is required: tap, pattern, tone, sheet, compare or completion
+wobble | 2 | wobble: is no command; there are tap, pattern, tone, sheet, compare and completion
+patern p.json | 2 | patern: is no command; .*; did you mean pattern\?
+--motor 832 | 2 | --motor: stands behind its command: tap, pattern, sheet or compare
+--motor 832 tap | 2 | --motor: stands behind its command: lrasynth tap --motor
+completion tcsh | 2 | SHELL: must be bash, zsh or fish, not tcsh
 --fast tap x.wav | 2 | --fast: is no option of this command
 tap --faster x.wav | 2 | --faster: is no option of this command
+tap --intensty=5 x.wav | 2 | --intensty=5: is no option of this command; did you mean --intensity\?
 tap --boost off x.wav | 2 | --boost: is no option of this command
 tap --level 101 x.wav | 2 | --level: {WHOLE} 101
 tap --level 5.5 x.wav | 2 | --level: {WHOLE} 5.5
@@ -55,8 +70,7 @@ tap --motor 7 x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not 7
 tap --motor abc x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not abc
 tap --motor '' x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not an empty word
 tap --motor 01040 x.wav | 2 | --motor: must be .* not 01040
-tap --motor 81540 x.wav | 2 | --motor: motor 81540 has no transients
-tap --motor 832 --in-pattern x.wav | 2 | --in-pattern: does nothing on this motor
+tap --motor 81540 x.wav | 2 | --motor: motor 81540 has no taps
 tap --chip -1 x.wav | 2 | --chip: must be a whole number from 0 to 2147483647, not -1
 tap --chip 1.0 x.wav | 2 | --chip: must be .*, not 1.0
 tap x.mp3 | 2 | OUTPUT: x.mp3 must end in .wav, .svg, .csv or .bin, or be -
@@ -82,6 +96,8 @@ tap --response-hz 100 x.svg | 2 | --response-hz: does nothing without --response
 tap --response --response-hz 2001 x.svg | 2 | --response-hz: must be a whole number from 0 to 2000, not 2001
 tap --from 5 x.wav | 2 | --from: does nothing without an .svg file
 tap --to 5 | 2 | --to: does nothing without an .svg file
+tap --title x | 2 | --title: does nothing without an .svg file
+compare --title x | 2 | --title: does nothing without an .svg file
 tap --from 17 x.svg | 2 | --from, --to: nothing of 0 to 16.0417 ms lies between them
 tap --from 9 --to 9 x.svg | 2 | --from, --to: nothing of 0 to .* ms lies between them
 tap --level 60 --intensity 100 --strict x.wav | 2 | --strict: a warning is a fault
@@ -101,16 +117,12 @@ sheet x.png | 2 | PICTURE: x.png must end in .svg, or be -
 sheet x.svg y.svg | 2 | y.svg: is an argument too many
 sheet --levels 0,101 x.svg | 2 | --levels: {WHOLE} 101
 sheet --levels 1-5 x.svg | 2 | --levels: {WHOLE} 1-5
-sheet --motor 81540 --levels 5 x.svg | 2 | --levels: does nothing on this motor
-sheet --motor 81540 --intensity 5 x.svg | 2 | --intensity: does nothing on this motor
-sheet --motor 9595 --in-pattern x.svg | 2 | --in-pattern: does nothing on this motor
-sheet --boost off x.svg | 2 | --boost: does nothing on this motor
 sheet nosuch/x.svg | 1 | cannot write nosuch/x.svg: No such file or directory
 pattern | 2 | FILE is required
 pattern nosuch.json | 1 | cannot read nosuch.json: No such file or directory
 pattern . x.wav | 1 | cannot read .: Is a directory
 pattern p.json/x x.wav | 1 | cannot read p.json/x: Not a directory
-pattern - x.wav | 2 | -:1:1: is not JSON: syntax error .*
+pattern - x.wav | 2 | -:1:1: is not JSON: the text is empty
 pattern p.json p.json | 2 | OUTPUT: p.json must end in .*
 pattern p.json --save p.json | 2 | p.json: is named twice
 pattern p.json --save link.json | 2 | link.json: is named twice
@@ -118,28 +130,23 @@ pattern link.json --save ./p.json | 2 | ./p.json: is named twice
 pattern p.json --save x.wav x.wav | 2 | x.wav: is named twice
 pattern p.json --save - --print-request | 2 | -: takes one thing only
 pattern p.json --print-request --format csv - | 2 | -: takes one thing only
-pattern p.json --boost off x.wav | 2 | --boost: does nothing on this motor
 pattern p.json --motor 832 --boost maybe x.wav | 2 | --boost: must be on or off, not maybe
 pattern p.json --interval 5 x.wav | 2 | --interval: does nothing without --loop 2 or more
 pattern p.json --loop 0 x.wav | 2 | --loop: must be a whole number from 1 to 65535, not 0
 pattern p.json --loop 65535 x.wav | 2 | p.json: the waveform may last 600000 ms at most, with all passes and gaps
 pattern p.json --loop 2 --interval 600000 x.wav | 2 | p.json: the waveform .* with all passes and gaps
 pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: must be at most 50, the limit
-pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: motor 81540 has no transients
+pattern nested.json --limit 50 --loop 2 x.wav | 2 | nested.json:1:13: event 1: ends last, at 90 ms, where passes need .* at least 90, not 50
+pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: motor 81540 has no taps
 pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .bin or .csv with --chip 11
-pattern p.json --chip 11 --loop 2 --interval 9 x.bin | 2 | --interval: does nothing with --chip 11
-pattern p.json --chip 11 --limit 9 x.bin | 2 | --limit: does nothing with --chip 11
-pattern p.json --chip 11 --response | 2 | --response: does nothing with --chip 11
 pattern p.json --chip 11 --loop 1000 --strict x.csv | 2 | --strict: a warning is a fault
 compare p.json --level 5 x.svg | 2 | --level: does nothing beside a pattern
 compare p.json --in-pattern x.svg | 2 | --in-pattern: does nothing beside a pattern
 compare --motor 832,abc | 2 | --motor: must be 832, 1040, 9595 or 81540, not abc
-compare --motor 1040,81540 x.svg | 2 | --motor: motor 81540 has no transients
-compare --boost off x.svg | 2 | --boost: does nothing on this motor
+compare --motor 1040,81540 x.svg | 2 | --motor: motor 81540 has no taps
 compare --chip 11 x.svg | 2 | --chip: 11 plays events, not a waveform
 compare --chip 0,0,0,0,0,0,0 --motor 832,1040 x.svg | 2 | at most 12 waveforms can be compared
 compare --motor 832 --boost on,off x.svg | 2 | --boost: does nothing for taps
-compare --motor 832 --in-pattern x.svg | 2 | --in-pattern: does nothing on this motor
 compare - - | 2 | -: is named twice
 tap loop.wav | 1 | cannot write loop.wav: Too many levels of symbolic links
 tap x.csv full.wav | 1 | cannot write full.wav: No space left on device
@@ -180,6 +187,7 @@ class ToolTest(unittest.TestCase):
 
     def test_wrong_calls_say_why_in_one_line_and_leave_no_file(self):
         (self.directory / "p.json").write_text(json.dumps({"events": [transient(0), continuous(100, 90)]}))
+        (self.directory / "nested.json").write_text(json.dumps({"events": [continuous(0, 90), continuous(9, 9)]}))
         os.symlink("p.json", self.directory / "link.json")
         os.symlink("loop.wav", self.directory / "loop.wav")
         os.symlink("/dev/full", self.directory / "full.wav")
@@ -205,7 +213,8 @@ class ToolTest(unittest.TestCase):
     def test_warnings_go_to_standard_error_and_into_the_plot(self):
         sweep = dict(continuous(0, 200), points=[[0, 80, 0], [100, 80, 50], [100, 80, 0], [200, 0, 0]])
         result = self.run_tool("pattern", "-", "x.svg", pattern=[sweep])
-        line = "event 1 at 0 ms: from point 1 to 2 its carrier reaches 450 Hz, not 310 Hz"
+        line = ("event 1 at 0 ms: from point 1 to 2 its carrier reaches 450 Hz, not 310 Hz; "
+                "to end at 308 Hz set point 2 to offset 18")
         self.assertEqual((result.returncode, result.stderr.decode()), (0, f"lrasynth: warning: {line}\n"))
         self.assertIn(f">! {line}<", (self.directory / "x.svg").read_text())
         result = self.run_tool("pattern", "-", "y.svg", "--strict", pattern=[sweep])
@@ -218,12 +227,78 @@ class ToolTest(unittest.TestCase):
 
     def test_without_output_the_numbers_are_told(self):
         told = self.output_of("pattern", "-", pattern=[transient(5, level=20, intensity=90), continuous(40, 200)]).decode()
-        self.assertRegex(told, r"event 1 at 5 ms: tap, level 20, intensity 90 %, driven at 22 %\n")
-        self.assertRegex(told, r"length +240.0 ms\n(.*\n)*  the phase restarts .* the largest jump there is \d+")
+        self.assertRegex(told, r"event 1 at 5 ms: tap, level 20, intensity 90 %, driven at 22 %, estimated rise 6.3 ms, ring-")
+        self.assertRegex(told, r"event 2 at 40 ms: vibration of 200 ms, intensity 80 %, points at 170 Hz\n")
+        self.assertRegex(told, r"length +240.0 ms\n(.*\n)*  largest jump 26 at 106 ms\n")
+        self.assertNotIn("ring-down to", told)
         table = self.output_of("compare", "--motor", "832,1040,9595", "--chip", "0,1").decode()
         self.assertRegex(table, r"6: Tap: motor 9595, chip 1.*\n.*\nlength( +[\d.]+ ms){6}\n")
         table = self.output_of("compare", "-", "--motor", "832,1040", pattern=[continuous(0, 200)]).decode()
         self.assertRegex(table, r"2: Pattern: -, motor 1040\n.*\nlength( +200.0 ms){2}\n")
+        for name in ("old/a/h.json", "new/a/h.json", "new/i.json"):
+            (self.directory / name).parent.mkdir(parents=True, exist_ok=True)
+            (self.directory / name).write_text(json.dumps({"events": [continuous(0, 9)]}))
+        table = self.output_of("compare", "old/a/h.json", "./new/a/h.json", "new/i.json").decode()
+        self.assertEqual(re.findall(r"Pattern: (.*), motor", table), ["old/a/h.json", "new/a/h.json", "i.json"])
+
+    def test_an_option_that_this_motor_or_chip_makes_idle_is_a_note(self):
+        for call, option, where in (
+                ("pattern - --boost off x.bin", "--boost", "on this motor"),
+                ("tap --motor 832 --in-pattern x.bin", "--in-pattern", "on this motor"),
+                ("sheet --motor 81540 --levels 5 x.svg", "--levels", "on this motor"),
+                ("sheet --motor 81540 --intensity 5 x.svg", "--intensity", "on this motor"),
+                ("compare --motor 1040,9595 --boost off x.svg", "--boost", "on these motors"),
+                ("pattern - --chip 11 --loop 2 --interval 9 x.bin", "--interval", "with --chip 11"),
+                ("pattern - --chip 11 --limit 9 x.bin", "--limit", "with --chip 11"),
+                ("pattern - --chip 11 --response", "--response", "with --chip 11")):
+            with self.subTest(call):
+                result = self.run_tool(*call.split(), pattern=[transient(0), continuous(50, 60)])
+                self.assertEqual((result.returncode, result.stderr.decode()),
+                                 (0 if "compare" not in call else 2,
+                                  f"lrasynth: note: {option}: does nothing {where}\n" +
+                                  ("lrasynth: --boost: does nothing for taps\n" if "compare" in call else "")))
+
+    def test_titles_say_how_often(self):
+        for options, title in ((["--loop", 3, "--interval", 20], "Pattern: -, motor 1040, 3 times, 20 ms apart"),
+                               (["--loop", 3], "Pattern: -, motor 1040, 3 times"), (["--title", "Tick & tock"], "Tick &amp; tock")):
+            drawn = self.output_of("pattern", "-", *options, "--format", "svg", "-", pattern=[continuous(0, 60)]).decode()
+            self.assertIn(f"<title>{title}</title>", drawn)
+            self.assertEqual(drawn.count(f">{title}<"), 2)
+
+    def test_raw_bytes_are_kept_from_terminals(self):
+        master, terminal = os.openpty()
+        for form, status in (("wav", 2), ("bin", 2), ("csv", 0)):
+            result = subprocess.run([COMMAND, "tap", "--motor", "832", "--level", "30", "--format", form, "-"], stdout=terminal,
+                                    stderr=subprocess.PIPE, cwd=self.directory, timeout=60)
+            self.assertEqual((result.returncode, b"is a terminal" in result.stderr), (status, status == 2))
+        os.close(terminal)
+        os.close(master)
+
+    def test_shells_complete_what_is_declared(self):
+        script = self.output_of("completion", "bash").decode()
+        for words, completed in ((["lrasynth", "pa"], {"pattern"}), (["lrasynth", "sheet", "--lev"], {"--levels"}),
+                                 (["lrasynth", "tap", "--motor", "8"], {"832", "81540"}), (["lrasynth", "completion", ""], {"bash", "zsh", "fish"}),
+                                 (["lrasynth", "tone", "--half"], {"--half-periods"}), (["lrasynth", "pattern", "--boost", ""], {"on", "off"})):
+            asked = f"{script}\nCOMP_WORDS=({' '.join(shlex.quote(word) for word in words)}); COMP_CWORD={len(words) - 1}; _lrasynth; echo ${{COMPREPLY[@]}}"
+            result = subprocess.run(["bash", "-c", asked], capture_output=True, text=True, cwd=self.directory)
+            self.assertEqual((set(result.stdout.split()), result.stderr), (completed, ""), words)
+        for shell, line in (("zsh", "'--motor[Motor model]: :(832 1040 9595 81540)'"), ("fish", "-l motor -d 'Motor model' -r -f -a '832 1040 9595 81540'")):
+            self.assertIn(line, self.output_of("completion", shell).decode())
+
+    def test_no_accepted_call_tells_another_length_than_it_writes(self):
+        random = Random(19)
+        accepted = 0
+        for _ in range(60):
+            (self.directory / "r.json").write_text(json.dumps({"events": random_events(random)}))
+            call = ["pattern", "r.json", "--motor", random.choice((832, 1040, 9595)), "--chip", random.choice((0, 1, 11)), "x.bin"]
+            call += random.choice(([], ["--limit", random.randrange(400)])) + random.choice(([], ["--loop", 3, "--interval", random.randrange(90)]))
+            result = self.run_tool(*call, pattern=[])
+            if result.returncode == 0:
+                accepted += 1
+                told = int(re.match(rb"x.bin: (\d+) (?:samples|bytes)", result.stdout)[1])
+                self.assertEqual(told, (self.directory / "x.bin").stat().st_size, call)
+            self.assertNotRegex(result.stdout + result.stderr, rb"[ (]-\d", call)
+        self.assertGreater(accepted, 20)
 
     def test_a_tap_in_a_pattern_is_the_one_that_a_pattern_plays(self):
         played = self.samples(pattern=[transient(0, level=20, intensity=90)])

@@ -29,7 +29,7 @@ CLI::Validator number_in(int32_t least, int32_t most) {
 CLI::Validator one_of(const std::string& words) {
   const auto check = [all = CLI::detail::split(words, '|')](const std::string& word) -> std::string {
     if (std::find(all.begin(), all.end(), word) != all.end()) return "";
-    return "must be " + design::alternatives(all) + ", not " + design::echo(word);
+    return "must be " + design::listed(all) + ", not " + design::echo(word);
   };
   return CLI::Validator(check, words);
 }
@@ -37,7 +37,7 @@ CLI::Validator one_of(const std::string& words) {
 CLI::Validator output_in(const std::string& endings) {
   const auto check = [all = CLI::detail::split(endings, '|')](const std::string& path) -> std::string {
     const bool fits = path == kStandardOutput || std::find(all.begin(), all.end(), ending_of(path)) != all.end();
-    return fits ? "" : design::echo(path) + " must end in " + design::alternatives(all) + ", or be -";
+    return fits ? "" : design::echo(path) + " must end in " + design::listed(all) + ", or be -";
   };
   return CLI::Validator(check, "");
 }
@@ -61,41 +61,55 @@ void add_options(CLI::App& app, const Command& command, Arguments& arguments) {
   const CLI::Validator percent = number_in(0, 100);
   const CLI::Validator time = number_in(0, design::kLongestMs);
   const CLI::Validator chip = number_in(0, std::numeric_limits<int32_t>::max()).description("0|1|11|...");
-  add("--frequency", arguments.frequency_hz, "In Hz", number_in(1, 12000))->required()->default_str("");
-  add("--half-periods", arguments.half_periods, "Number", number_in(1, 1'000'000))->required()->default_str("");
+  add("--frequency", arguments.frequency_hz, "In Hz, up to half the sample rate", number_in(1, 12000))
+      ->required()
+      ->default_str("");
+  add("--half-periods", arguments.half_periods, "How many half waves", number_in(1, 1'000'000))
+      ->required()
+      ->default_str("");
   add("--amplitude", arguments.amplitude, "In sample units", number_in(0, 127))->required()->default_str("");
   add_list("--motor", arguments.motors, "Motor model", one_of(CLI::detail::join(design::kMotors, "|")));
-  add_list("--chip", arguments.chips, "Chip type: 0 has 24000 samples a second, 1 12000, 11 plays events", chip);
-  add_list("--boost", arguments.boosts, "Boost of motor 832", one_of("on|off"));
-  add("--level", arguments.level, "Character of the tap", percent);
+  add_list("--chip", arguments.chips,
+           "Chip type: 0 has 24000 samples a second, 1 has 12000, 11 plays events by itself; others act as 0", chip);
+  add_list("--boost", arguments.boosts,
+           "Boost of motor 832: on spans 200 to 300 Hz instead of 220 to 250 and is weaker, half as strong at offset 0",
+           one_of("on|off"));
+  add("--level", arguments.level, "Character of the tap: 0 is dull, 50 the motor's resonance, 100 crisp", percent);
   add("--levels", arguments.levels, "Levels, separated by commas", percent);
-  add("--intensity", arguments.intensity, "Strength in percent", percent);
+  add("--intensity", arguments.intensity, "Strength in percent of full scale", percent);
   app.add_flag("--in-pattern", arguments.in_pattern,
                "As weak as a pattern plays it: motor 1040 takes a level's share of the intensity there");
   add("--loop", arguments.playback.loops, "How often it plays", number_in(1, 65535));
   add("--interval", arguments.playback.interval_ms, "Silence between two passes in ms", time);
-  add("--limit", arguments.playback.limit_ms, "Latest start of a continuous event in ms", time)->default_str("");
+  add("--limit", arguments.playback.limit_ms,
+      "Latest start of a vibration in ms; below the end of the pattern it can cut a last tap", time)
+      ->default_str("");
   app.add_option("--save", arguments.save_path, "Write the checked pattern in canonical form to this file, or -")
       ->type_name("FILE")
       ->check([](const std::string& path) {
         return path.empty() || path.starts_with("--") ? "must be a file, or -, not " + design::echo(path) : "";
       });
   app.add_flag("--print-request", arguments.print_request, "Print the pattern as an array for a C host");
-  add("--response", arguments.resonator.quality, "Estimate the motor's displacement; Q: quality factor",
+  add("--response", arguments.resonator.quality,
+      "Draw an estimate of the motor's displacement behind the samples; Q: quality factor, 1 to 1000",
       number_in(1, 1000).description("[Q]"));
-  add("--response-hz", arguments.resonator.hz, "Resonance of that estimate; 0: the motor's", number_in(0, 2000));
+  add("--response-hz", arguments.resonator.hz, "Resonance of that estimate in Hz, up to 2000; 0: the motor's",
+      number_in(0, 2000));
   add("--from", arguments.from_ms, "Draw from this time in ms", time);
   add("--to", arguments.to_ms, "Draw up to this time in ms; 0: to the end", time);
   app.add_flag("--strict", arguments.strict, "Take warnings for faults");
   app.add_flag("--audible", arguments.audible, "WAV at 48000 samples a second, for players that refuse less");
   add("--format", arguments.format, "Form of OUTPUT -", one_of("wav|svg|csv|bin"))->default_str("");
+  app.add_option("--title", arguments.title, "Title of the picture")->type_name("TEXT");
+  app.add_option("SHELL", arguments.shell, "bash, zsh or fish")->required()->transform(one_of("bash|zsh|fish"));
   app.add_option("FILES", arguments.files, "Pattern files, none for a tap; last the .svg file to write, if any");
   auto* const file = app.add_option("FILE", arguments.files, "Pattern in JSON; - is standard input");
   const char* const outputs = "Files to write, in the form that their ending says, see below";
   app.add_option("OUTPUT", arguments.outputs, outputs)->check(output_in(".wav|.svg|.csv|.bin"));
   auto* const picture = app.add_option("PICTURE", arguments.outputs, "The .svg file, or -")->check(output_in(".svg"));
   for (auto* const only : {file, picture}) only->expected(1)->allow_extra_args(false)->required();
-  for (const char* positional : {"FILE", "FILES", "OUTPUT", "PICTURE"}) app.get_option(positional)->type_name("");
+  for (const char* positional : {"FILE", "FILES", "OUTPUT", "PICTURE", "SHELL"})
+    app.get_option(positional)->type_name("");
 }
 
 }  // namespace
@@ -117,6 +131,12 @@ void Arguments::refuse_idle(std::initializer_list<const char*> options, bool idl
   }
 }
 
+void Arguments::note_idle(std::initializer_list<const char*> options, bool idle, const std::string& why) const {
+  for (const char* option : options) {
+    if (idle && has(option)) std::cerr << "lrasynth: note: " << option << ": does nothing " << why << '\n';
+  }
+}
+
 std::vector<lrasynth_profile> Arguments::profiles() const {
   std::vector<lrasynth_profile> profiles;
   for (const std::string& motor : motors) {
@@ -134,8 +154,8 @@ std::vector<lrasynth_profile> Arguments::profiles() const {
     return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return is(profile.motor_type); });
   };
   const std::string why = motors.size() > 1 ? "on these motors" : "on this motor";
-  refuse_idle({"--boost"}, none(design::has_boost), why);
-  refuse_idle({"--in-pattern"}, none(design::has_shares), why);
+  note_idle({"--boost"}, none(design::has_boost), why);
+  note_idle({"--in-pattern"}, none(design::has_shares), why);
   return profiles;
 }
 

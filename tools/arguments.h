@@ -36,12 +36,16 @@ struct Arguments {
   bool strict = false;
   bool audible = false;
   std::string format;
+  std::string title;
   std::vector<std::string> outputs;
+  std::string shell;
 
   bool has(const std::string& option) const;
 
   // Ends the command over an option that is given and does nothing.
   void refuse_idle(std::initializer_list<const char*> options, bool idle, const std::string& why) const;
+  // Only says so, where another motor or chip would heed it: one line serves for all of them.
+  void note_idle(std::initializer_list<const char*> options, bool idle, const std::string& why) const;
 
   // Every combination of motor, chip and boost. Says so where a chip is nothing of its own.
   std::vector<lrasynth_profile> profiles() const;
@@ -59,6 +63,9 @@ struct Command {
 std::vector<Command> commands();
 
 void add_command(CLI::App& app, const Command& command, Arguments& arguments);
+
+// What makes a shell complete the command's words: of bash, zsh or fish, from all that is declared.
+std::string completion_for(const std::string& shell, const CLI::App& app);
 
 // The ending of a file's name in small letters, like ".wav".
 std::string ending_of(const std::string& path);

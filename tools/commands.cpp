@@ -2,6 +2,8 @@
 // What each command does.
 #include "arguments.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -21,15 +23,17 @@ using design::text;
 
 // Prints the warnings of all, and ends the command where they are faults.
 void report(const Arguments& arguments, std::span<const design::Piece> pieces) {
-  size_t count = 0;
+  std::vector<std::string> lines;
   for (size_t i = 0; i < pieces.size(); ++i) {
-    count += pieces[i].warnings.size();
     const std::string name = pieces.size() == 1 ? "" : text("%zu: ", i + 1) + pieces[i].waveform.title + ": ";
-    for (const design::Warning& warning : pieces[i].warnings) {
-      std::cerr << "lrasynth: warning: " << name << line_of(warning) << '\n';
-    }
+    for (const std::string& line : lines_of(pieces[i].warnings)) lines.push_back(name + line);
   }
-  if (arguments.strict && count > 0) refuse("--strict: a warning is a fault");
+  const size_t listed = std::min(lines.size(), design::kMostWarningsListed + 1);
+  const size_t told = lines.size() > listed ? listed - 1 : listed;
+  for (size_t i = 0; i < told; ++i) std::cerr << "lrasynth: warning: " << lines[i] << '\n';
+  if (told < lines.size())
+    std::cerr << text("lrasynth: warning: and %zu more lines of warnings\n", lines.size() - told);
+  if (arguments.strict && !lines.empty()) refuse("--strict: a warning is a fault");
 }
 
 design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& profile, int32_t level) {
@@ -38,11 +42,42 @@ design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& prof
   return design::tap_piece(profile, level, arguments.intensity, in_pattern);
 }
 
-design::Piece pattern_piece(const Arguments& arguments, const lrasynth_profile& profile, const std::string& path,
-                            const std::string& json) {
-  const std::string name = std::filesystem::path(path).filename();
-  auto [file, piece] = design::read_piece(profile, arguments.playback, json, name);
-  if (!piece) refuse(CLI::detail::join(file.faults.lines(shown_path(path)), "\n"));
+// A pattern file: its path, its content, and what titles call it.
+struct PatternText {
+  std::string path;
+  std::string name;
+  std::string json;
+};
+
+// Files are called by as much of their paths as tells them apart.
+std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
+  std::vector<std::filesystem::path> whole;
+  for (const std::string& path : paths) whole.push_back(std::filesystem::path(path).lexically_normal());
+  const auto tail = [](const std::filesystem::path& path, size_t parts) {
+    const auto count = static_cast<size_t>(std::distance(path.begin(), path.end()));
+    std::filesystem::path name;
+    for (auto part = std::next(path.begin(), static_cast<ptrdiff_t>(count - std::min(count, parts)));
+         part != path.end(); ++part) {
+      name /= *part;
+    }
+    return name;
+  };
+  std::vector<PatternText> patterns;
+  for (size_t i = 0; i < paths.size(); ++i) {
+    const auto depth = static_cast<size_t>(std::distance(whole[i].begin(), whole[i].end()));
+    size_t parts = 1;
+    const auto is_twin = [&](const std::filesystem::path& other) {
+      return other != whole[i] && tail(other, parts) == tail(whole[i], parts);
+    };
+    while (parts < depth && std::any_of(whole.begin(), whole.end(), is_twin)) ++parts;
+    patterns.push_back({paths[i], tail(whole[i], parts), content_of(paths[i], design::kLargestFile + 1)});
+  }
+  return patterns;
+}
+
+design::Piece pattern_piece(const Arguments& arguments, const lrasynth_profile& profile, const PatternText& pattern) {
+  auto [file, piece] = design::read_piece(profile, arguments.playback, pattern.json, pattern.name);
+  if (!piece) refuse(CLI::detail::join(file.faults.lines(shown_path(pattern.path)), "\n"));
   return std::move(*piece);
 }
 
@@ -69,11 +104,17 @@ void refuse_idle_outputs(const Arguments& arguments, bool tells) {
   arguments.refuse_idle({"--audible"}, none_is(".wav"), "without a .wav file");
   arguments.refuse_idle({"--response"}, !tells && none_is(".svg"), "without an .svg file");
   arguments.refuse_idle({"--response-hz"}, !tells && !arguments.has("--response"), "without --response");
-  arguments.refuse_idle({"--from", "--to"}, none_is(".svg"), "without an .svg file");
+  arguments.refuse_idle({"--from", "--to", "--title"}, none_is(".svg"), "without an .svg file");
+}
+
+void refuse_terminal(const std::string& form) {
+  if (::isatty(STDOUT_FILENO) == 0) return;
+  refuse("-: standard output is a terminal, which " + form + " would garble: send it to a file or a program");
 }
 
 File file_of(const Arguments& arguments, const design::Piece& piece, const std::string& path) {
   const std::string form = form_of(arguments, path);
+  if (path == kStandardOutput && (form == ".wav" || form == ".bin")) refuse_terminal(form);
   if (piece.is_stream() && form != ".csv" && form != ".bin") {
     refuse("OUTPUT: " + design::shown(path) + " must end in .bin or .csv with --chip 11");
   }
@@ -94,7 +135,8 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
 
 // Warns, then prints a summary where nothing is to be written, or writes every OUTPUT in the form that its ending says,
 // and the other files with them.
-void finish(const Arguments& arguments, const design::Piece& piece, std::vector<File> files = {}) {
+void finish(const Arguments& arguments, design::Piece piece, std::vector<File> files = {}) {
+  if (!arguments.title.empty()) piece.waveform.title = arguments.title;
   refuse_idle_outputs(arguments, files.empty() && arguments.outputs.empty());
   report(arguments, {&piece, 1});
   for (const std::string& path : arguments.outputs) files.push_back(file_of(arguments, piece, path));
@@ -109,17 +151,17 @@ void run_tap(const Arguments& arguments) {
 void run_pattern(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
   arguments.refuse_idle({"--interval"}, arguments.playback.loops == 1, "without --loop 2 or more");
-  arguments.refuse_idle({"--interval", "--limit", "--response", "--response-hz"}, design::is_event_stream(profile),
-                        "with --chip 11");
-  const std::string& path = arguments.files.front();
-  const design::Piece piece = pattern_piece(arguments, profile, path, content_of(path, design::kLargestFile + 1));
+  arguments.note_idle({"--interval", "--limit", "--response", "--response-hz"}, design::is_event_stream(profile),
+                      "with --chip 11");
+  const design::Piece piece = pattern_piece(arguments, profile, read_patterns(arguments.files).front());
   std::vector<File> files;
   if (arguments.has("--save")) {
     const auto& events = piece.score->events();
     files.push_back(text_file(arguments.save_path, canonical_json(events),
                               design::counted(static_cast<int64_t>(events.size()), "event")));
   }
-  if (arguments.print_request) files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request())));
+  if (arguments.print_request)
+    files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request().integers)));
   finish(arguments, piece, std::move(files));
 }
 
@@ -133,13 +175,13 @@ void run_tone(const Arguments& arguments) {
 void run_sheet(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
   const bool has_taps = design::has_taps(profile);
-  arguments.refuse_idle({"--levels", "--intensity"}, !has_taps, "on this motor");
+  arguments.note_idle({"--levels", "--intensity"}, !has_taps, "on this motor");
   std::vector<design::Piece> taps;
   for (const int32_t level : has_taps ? arguments.levels : std::vector<int32_t>()) {
     taps.push_back(tap_piece(arguments, profile, level));
   }
   report(arguments, taps);
-  const design::Sheet sheet = {profile, arguments.levels, arguments.intensity, arguments.in_pattern};
+  const design::Sheet sheet = {profile, arguments.levels, arguments.intensity, arguments.in_pattern, arguments.title};
   write_files({text_file(arguments.outputs.front(), sheet_of(sheet), title_of(sheet))});
 }
 
@@ -147,13 +189,11 @@ void run_sheet(const Arguments& arguments) {
 std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vector<lrasynth_profile>& profiles,
                                      const std::vector<std::string>& files) {
   constexpr size_t kMost = 12;
-  std::vector<std::string> contents;
-  for (const std::string& file : files) contents.push_back(content_of(file, design::kLargestFile + 1));
+  const std::vector<PatternText> patterns = read_patterns(files);
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
-    for (size_t i = 0; i < files.size(); ++i)
-      pieces.push_back(pattern_piece(arguments, profile, files[i], contents[i]));
+    for (const PatternText& pattern : patterns) pieces.push_back(pattern_piece(arguments, profile, pattern));
     if (pieces.size() > kMost) refuse(text("at most %zu waveforms can be compared", kMost));
   }
   return pieces;
@@ -173,7 +213,7 @@ void run_compare(const Arguments& arguments) {
   }
   arguments.refuse_idle({"--boost"}, files.empty(), "for taps");
   arguments.refuse_idle({"--level", "--intensity", "--in-pattern"}, !files.empty(), "beside a pattern");
-  arguments.refuse_idle({"--from", "--to"}, picture.empty(), "without an .svg file");
+  arguments.refuse_idle({"--from", "--to", "--title"}, picture.empty(), "without an .svg file");
   const std::vector<design::Piece> pieces = pieces_of(arguments, profiles, files);
   std::vector<design::Motion> motions;
   design::Span whole = {0, 0};
@@ -183,14 +223,19 @@ void run_compare(const Arguments& arguments) {
     whole.to = std::max(whole.to, felt_span(piece.waveform, &motions.back()).to);
   }
   if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, motions))});
-  const std::string drawn = comparison_of(pieces, motions, shown(arguments, whole));
+  const std::string title = arguments.title.empty() ? "Comparison" : arguments.title;
+  const std::string drawn = comparison_of(title, pieces, motions, shown(arguments, whole));
   write_files({text_file(picture, drawn, design::counted(static_cast<int64_t>(pieces.size()), "waveform"))}, files);
+}
+
+void run_completion(const Arguments& arguments) {
+  write_files({text_file(kStandardOutput, completion_for(arguments.shell, *arguments.command->get_parent()))});
 }
 
 }  // namespace
 
 std::vector<Command> commands() {
-  const std::string view = "--response --response-hz --from --to --strict ";
+  const std::string view = "--response --response-hz --from --to --title --strict ";
   const std::string tap = "--level --intensity --in-pattern ";
   const std::string output = "OUTPUT --audible --format " + view;
   const std::string forms = design::kFormsHelp + std::string(R"(  -     standard output, as --format says
@@ -209,7 +254,7 @@ std::vector<Command> commands() {
       {"tone", "Render a sine burst", "--frequency --half-periods --amplitude --chip " + output,
        forms + example + "tone --frequency 170 --half-periods 20 --amplitude 100 --audible tone.wav", run_tone},
       {"sheet", "Draw a motor model's taps and curves",
-       "PICTURE --motor --chip --boost --levels --intensity --in-pattern --strict ",
+       "PICTURE --motor --chip --boost --levels --intensity --in-pattern --title --strict ",
        example + "sheet --motor 1040 --levels 0,20,40,60,80,100 sheet.svg", run_sheet},
       {"compare", "Draw patterns or a tap on several motors, chips, boost settings",
        "FILES --motor --chip --boost " + tap + view,
@@ -220,6 +265,8 @@ Examples:
   lrasynth compare --level 30 --motor 832,1040,9595 taps.svg
   lrasynth compare old.json new.json --motor 832 --boost on,off patterns.svg)",
        run_compare},
+      {"completion", "Print what makes a shell complete these words", "SHELL ",
+       "Example:\n  lrasynth completion bash > ~/.local/share/bash-completion/completions/lrasynth", run_completion},
   };
 }
 

@@ -36,24 +36,58 @@ std::vector<std::string> words_of(int argc, const char* const* argv) {
   return words;
 }
 
+std::vector<std::string> option_names(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    if (!option->get_positional()) names.push_back(option->get_name());
+  }
+  return names;
+}
+
+// Of a word before any command, which may be an option of some.
+std::string refusal_of_word(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> commands;
+  std::vector<std::string> owners;
+  for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+    commands.push_back(command->get_name());
+    const std::vector<std::string> options = option_names(*command);
+    if (std::find(options.begin(), options.end(), word) != options.end()) owners.push_back(command->get_name());
+  }
+  if (!owners.empty()) return word + ": stands behind its command: " + design::listed(owners);
+  return design::shown(word) + ": is no command; there are " + design::listed(commands, "and") +
+         design::did_you_mean(word, commands);
+}
+
+// Of a word that is left over where a command was called. CLI11 takes options before the command for the command's.
+std::string refusal_of_extra(const CLI::App& app, const CLI::App& command, const std::string& extra,
+                             const std::vector<std::string>& words) {
+  if (!extra.starts_with('-')) return design::shown(extra) + ": is an argument too many";
+  const std::string name = extra.substr(0, extra.find('='));
+  const auto at = std::find(words.begin(), words.end(), extra);
+  const bool stands_before = at < std::find(words.begin(), words.end(), command.get_name());
+  const std::vector<std::string> options = option_names(stands_before ? app : command);
+  const std::vector<std::string> owned = option_names(command);
+  if (stands_before && std::find(owned.begin(), owned.end(), name) != owned.end()) {
+    return name + ": stands behind its command: lrasynth " + command.get_name() + " " + name;
+  }
+  return design::shown(extra) + ": is no option of this command" + design::did_you_mean(name, owned);
+}
+
 // In our words, what CLI11 says otherwise.
-std::string words_of(const CLI::App& app, const CLI::ParseError& error) {
+std::string words_of(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& words) {
   std::vector<std::string> extras = app.remaining(true);
   std::erase(extras, "--");
-  const std::string extra = extras.empty() ? "" : design::shown(extras.front());
   if (app.get_subcommands().empty()) {
     std::vector<std::string> names;
     for (const Command& command : commands()) names.emplace_back(command.name);
-    const std::string all = design::alternatives(names);
-    return extra.empty() ? "a command is required: " + all : extra + ": is no command; there are " + all;
+    return extras.empty() ? "a command is required: " + design::listed(names) : refusal_of_word(app, extras.front());
   }
-  if (extra.starts_with('-')) return extra + ": is no option of this command";
-  if (!extra.empty()) return extra + ": is an argument too many";
-  const std::string words = error.what();
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return words;
-  const size_t flag = words.find(" was given a disallowed flag override");
-  return flag != words.npos ? "--" + words.substr(0, flag) + ": takes no value"
-                            : words.substr(0, words.find(':')) + ": takes one value";
+  if (!extras.empty()) return refusal_of_extra(app, *app.get_subcommands().front(), extras.front(), words);
+  const std::string said = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return said;
+  const size_t flag = said.find(" was given a disallowed flag override");
+  return flag != said.npos ? "--" + said.substr(0, flag) + ": takes no value"
+                           : said.substr(0, said.find(':')) + ": takes one value";
 }
 
 int run(int argc, const char* const* argv) {
@@ -61,7 +95,9 @@ int run(int argc, const char* const* argv) {
                "lrasynth");
   app.set_version_flag("--version", design::text("lrasynth %d.%d.%d", LRASYNTH_VERSION_MAJOR, LRASYNTH_VERSION_MINOR,
                                                  LRASYNTH_VERSION_PATCH));
-  app.footer("Exit status: 0, 1 if something cannot be read, rendered or written, 2 for wrong input.");
+  app.footer(
+      "Examples:\n  lrasynth tap --motor 1040 --level 50 tap.svg tap.wav\n  lrasynth pattern heartbeat.json\n\n"
+      "Exit status: 0, 1 if something cannot be read, rendered or written, 2 for wrong input.");
   app.require_subcommand(1);
   Arguments arguments;
   for (const Command& command : commands()) add_command(app, command, arguments);
@@ -74,7 +110,7 @@ int run(int argc, const char* const* argv) {
       app.exit(error);
       return std::cout.flush() ? 0 : complain("cannot write standard output", kCannotRender);
     }
-    return complain(words_of(app, error), kWrongInput);
+    return complain(words_of(app, error, {argv + 1, argv + argc}), kWrongInput);
   }
 }
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "design/carrier.h"
 #include "design/forms.h"
 #include "design/motor.h"
 #include "design/plot.h"
+#include "design/stretch.h"
 #include "design/summary.h"
 #include "design/text.h"
 
@@ -137,7 +137,7 @@ std::string json_of(const design::Number& number) {
   return '[' + quoted(number.first) + ',' + quoted(number.second) + ']';
 }
 
-std::string json_of(const design::Sweep& sweep, double start_ms) {
+std::string json_of(const design::Stretch& sweep, double start_ms) {
   return text(R"({"from_ms":%.10g,"to_ms":%.10g,"from_hz":%.10g,"to_hz":%.10g,"reached_hz":%.10g})",
               start_ms + sweep.span.from, start_ms + sweep.span.to, sweep.from_hz, sweep.to_hz, sweep.reached_hz());
 }
@@ -179,8 +179,8 @@ std::string fate_of(const design::Score& score, size_t i) {
     return text(R"(,"driven":%d)", design::driven_intensity(profile, event.level, event.intensity)) + when;
   }
   const auto hz = [&](const design::CurvePoint& point) { return text("%d", design::hertz_at(profile, point.offset)); };
-  const auto sweep = [&](const design::Sweep& of_event) { return json_of(of_event, event.start_ms); };
-  return R"(,"hz":)" + list(event.points, hz) + R"(,"sweeps":)" + list(sweeps_of(profile, event), sweep) + when;
+  const auto sweep = [&](const design::Stretch& of_event) { return json_of(of_event, event.start_ms); };
+  return R"(,"hz":)" + list(event.points, hz) + R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) + when;
 }
 
 std::string json_of(const design::Faults& faults, const std::string& file) {
@@ -266,7 +266,7 @@ std::optional<std::string> form_of(Current& current, std::string_view form, cons
   if (form == "csv") return sunk(design::write_csv);
   if (form == "summary") return summary_of(piece, resonator.quality == 0 ? design::Resonator() : resonator);
   if (form == "json" && piece.score != nullptr) return canonical_json(piece.score->events());
-  if (form == "c" && piece.score != nullptr) return design::c_array(piece.score->request());
+  if (form == "c" && piece.score != nullptr) return design::c_array(piece.score->request().integers);
   if (piece.is_stream()) return std::nullopt;
   if (form == "wav") return sunk(design::write_wav);
   if (form == "svg") return picture(current, resonator, shown);
@@ -355,7 +355,8 @@ const double* studio_response(double quality, double hz, double from_ms, double 
   }
   const design::Motion& motion = studio().current->motion({.hz = hz, .quality = quality});
   const design::Response& response = motion.response();
-  studio().text = text(R"({"peak":%.10g,"numbers":)", response.peak) + list(numbers_of(response)) + '}';
+  studio().text = text(R"({"peak":%.10g,"numbers":)", response.peak) +
+                  list(numbers_of(response, studio().current->piece().score == nullptr)) + '}';
   std::vector<double>& pairs = studio().columns;
   pairs.clear();
   for (const auto& [low, high] : motion.columns({from_ms, to_ms}, static_cast<size_t>(columns))) {
