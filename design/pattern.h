@@ -96,7 +96,7 @@ constexpr const char* kPatternHelp = R"(FILE:
   last 600000 ms at most, and a file has 4 MiB at most. Comments (// to the end of a line) are passed over.
 
   Events may stand in any order. Taps play over vibrations; of two events of one kind, the one that starts later plays.
-  With --chip 11 the output is the event stream: .bin, or .csv to read it.
+  With --chip 11 the output is the event stream, of 64 MiB at most: .bin, or .csv to read it.
 
 )";
 

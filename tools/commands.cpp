@@ -258,7 +258,7 @@ std::vector<Command> commands() {
        example + "sheet --motor 1040 --levels 0,20,40,60,80,100 sheet.svg", run_sheet},
       {"compare", "Draw patterns or a tap on several motors, chips, boost settings",
        "FILES --motor --chip --boost " + tap + view,
-       R"(Motors, chips and boost settings may be lists, separated by commas.
+       R"(Motors, chips and boost settings may be lists, separated by commas; 12 waveforms at most.
 Without an .svg file the numbers are printed as a table.
 
 Examples:
