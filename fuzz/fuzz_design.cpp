@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "design/forms.h"
-#include "design/motor.h"
-#include "design/piece.h"
-#include "design/plot.h"
-#include "design/summary.h"
+#include "design/advice/piece.h"
+#include "design/advice/summary.h"
+#include "design/base/motor.h"
+#include "design/picture/plot.h"
+#include "design/waveform/forms.h"
 
 using namespace design;
 

@@ -7,13 +7,13 @@
 #include <numbers>
 #include <random>
 
-#include "design/forms.h"
-#include "design/jumps.h"
-#include "design/motor.h"
-#include "design/piece.h"
-#include "design/response.h"
-#include "design/stretch.h"
-#include "design/text.h"
+#include "design/advice/jumps.h"
+#include "design/advice/piece.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
+#include "design/waveform/forms.h"
+#include "design/waveform/response.h"
+#include "design/waveform/stretch.h"
 
 using namespace design;
 using testing::DoubleNear;

@@ -8,7 +8,7 @@
 #include <limits>
 #include <optional>
 
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace command {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "design/motor.h"
-#include "design/pattern.h"
-#include "design/response.h"
+#include "design/base/motor.h"
+#include "design/pattern/pattern.h"
+#include "design/waveform/response.h"
 #include "files.h"
 
 namespace command {

@@ -6,7 +6,7 @@
 #include <bit>
 #include <memory>
 
-#include "design/forms.h"
+#include "design/waveform/forms.h"
 #include "files.h"
 
 namespace command {

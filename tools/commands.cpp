@@ -10,11 +10,11 @@
 #include <optional>
 #include <span>
 
-#include "design/forms.h"
-#include "design/plot.h"
-#include "design/sheet.h"
-#include "design/summary.h"
-#include "design/text.h"
+#include "design/advice/summary.h"
+#include "design/base/text.h"
+#include "design/picture/plot.h"
+#include "design/picture/sheet.h"
+#include "design/waveform/forms.h"
 
 namespace command {
 namespace {

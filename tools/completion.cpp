@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "arguments.h"
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace command {
 namespace {

@@ -14,7 +14,7 @@
 #include <memory>
 #include <set>
 
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace command {
 namespace {

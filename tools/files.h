@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "design/waveform.h"
+#include "design/waveform/waveform.h"
 
 namespace command {
 

@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "design/forms.h"
-#include "design/motor.h"
-#include "design/plot.h"
-#include "design/stretch.h"
-#include "design/summary.h"
-#include "design/text.h"
+#include "design/advice/summary.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
+#include "design/picture/plot.h"
+#include "design/waveform/forms.h"
+#include "design/waveform/stretch.h"
 
 namespace {
 

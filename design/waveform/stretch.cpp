@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // The carrier and the envelope of a continuous vibration.
-#include "design/stretch.h"
+#include "design/waveform/stretch.h"
 
 #include <cmath>
 #include <numbers>
 
-#include "design/motor.h"
+#include "design/base/motor.h"
 
 namespace design {
 

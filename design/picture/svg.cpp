@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // A picture as SVG.
-#include "design/svg.h"
+#include "design/picture/svg.h"
 
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {

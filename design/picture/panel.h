@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "design/response.h"
-#include "design/svg.h"
-#include "design/waveform.h"
+#include "design/picture/svg.h"
+#include "design/waveform/response.h"
+#include "design/waveform/waveform.h"
 
 namespace design {
 

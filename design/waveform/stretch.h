@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "design/waveform.h"
+#include "design/waveform/waveform.h"
 
 namespace design {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // A grid with curves in it.
-#include "design/panel.h"
+#include "design/picture/panel.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // Pictures of several waveforms.
-#include "design/sheet.h"
+#include "design/picture/sheet.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "design/motor.h"
-#include "design/panel.h"
-#include "design/summary.h"
-#include "design/text.h"
+#include "design/advice/summary.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
+#include "design/picture/panel.h"
 
 namespace design {
 namespace {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a design needs to know of chip and motor.
-#include "design/motor.h"
+#include "design/base/motor.h"
 
-#include "design/length.h"
-#include "design/text.h"
+#include "design/base/length.h"
+#include "design/base/text.h"
 
 namespace design {
 

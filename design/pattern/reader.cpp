@@ -5,9 +5,9 @@
 #include <span>
 #include <string_view>
 
-#include "design/json.h"
-#include "design/pattern.h"
-#include "design/text.h"
+#include "design/base/text.h"
+#include "design/pattern/json.h"
+#include "design/pattern/pattern.h"
 
 namespace design {
 namespace {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns: their faults, their canonical form, their request. Reading JSON has a file of its own.
-#include "design/pattern.h"
+#include "design/pattern/pattern.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "design/length.h"
-#include "design/motor.h"
-#include "design/text.h"
+#include "design/base/length.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {

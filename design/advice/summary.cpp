@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // What there is to know about a waveform, in words and numbers.
-#include "design/summary.h"
+#include "design/advice/summary.h"
 
 #include <algorithm>
 #include <map>
 #include <utility>
 
-#include "design/forms.h"
-#include "design/jumps.h"
-#include "design/motor.h"
-#include "design/text.h"
+#include "design/advice/jumps.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
+#include "design/waveform/forms.h"
 
 namespace design {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The jumps of a pattern, measured in its samples.
-#include "design/jumps.h"
+#include "design/advice/jumps.h"
 
 #include <algorithm>
 #include <cmath>

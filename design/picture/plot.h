@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "design/piece.h"
-#include "design/response.h"
+#include "design/advice/piece.h"
+#include "design/waveform/response.h"
 
 namespace design {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The picture of one waveform over time.
-#include "design/plot.h"
+#include "design/picture/plot.h"
 
 #include <algorithm>
 #include <array>
@@ -8,10 +8,10 @@
 #include <iterator>
 #include <optional>
 
-#include "design/motor.h"
-#include "design/panel.h"
-#include "design/stretch.h"
-#include "design/text.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
+#include "design/picture/panel.h"
+#include "design/waveform/stretch.h"
 
 namespace design {
 namespace {

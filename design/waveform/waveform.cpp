@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Waveforms to be read in windows, and where the events of a pattern lie.
-#include "design/waveform.h"
+#include "design/waveform/waveform.h"
 
 #include <algorithm>
 #include <array>
@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <memory>
 
-#include "design/length.h"
-#include "design/motor.h"
-#include "design/text.h"
+#include "design/base/length.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {

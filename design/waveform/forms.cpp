@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Text forms of samples and requests, and the samples as they are.
-#include "design/forms.h"
+#include "design/waveform/forms.h"
 
 #include <charconv>
 #include <span>
 
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "design/pattern.h"
+#include "design/pattern/pattern.h"
 
 namespace design {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "design/piece.h"
+#include "design/advice/piece.h"
 
 namespace design {
 

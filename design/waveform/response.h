@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "design/waveform.h"
+#include "design/waveform/waveform.h"
 
 namespace design {
 

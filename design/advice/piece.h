@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "design/motor.h"
-#include "design/warnings.h"
-#include "design/waveform.h"
+#include "design/advice/warnings.h"
+#include "design/base/motor.h"
+#include "design/waveform/waveform.h"
 
 namespace design {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Text as strings.
-#include "design/text.h"
+#include "design/base/text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // An estimate of how the motor moves.
-#include "design/response.h"
+#include "design/waveform/response.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
 
-#include "design/motor.h"
-#include "design/text.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
 
 namespace design {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "design/pattern.h"
+#include "design/pattern/pattern.h"
 #include "lrasynth.h"
 
 namespace design {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // JSON as a tree with places, from the events of a parser that knows how far it has read.
-#include "design/json.h"
+#include "design/pattern/json.h"
 
 #include <rapidjson/reader.h>
 #include <rapidjson/stream.h>
 
 #include <algorithm>
 
-#include "design/text.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a designer can and would avoid in a waveform.
-#include "design/warnings.h"
+#include "design/advice/warnings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,11 +9,11 @@
 #include <optional>
 #include <set>
 
-#include "design/jumps.h"
-#include "design/length.h"
-#include "design/motor.h"
-#include "design/stretch.h"
-#include "design/text.h"
+#include "design/advice/jumps.h"
+#include "design/base/length.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
+#include "design/waveform/stretch.h"
 
 namespace design {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "design/waveform.h"
+#include "design/waveform/waveform.h"
 
 namespace design {
 

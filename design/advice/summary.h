@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "design/piece.h"
-#include "design/response.h"
+#include "design/advice/piece.h"
+#include "design/waveform/response.h"
 
 namespace design {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Titled waveforms with all that is known of them.
-#include "design/piece.h"
+#include "design/advice/piece.h"
 
-#include "design/motor.h"
-#include "design/text.h"
+#include "design/base/motor.h"
+#include "design/base/text.h"
 
 namespace design {
 namespace {
