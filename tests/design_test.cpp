@@ -365,7 +365,7 @@ TEST(Stretch, TheCarrierReachesWhatIsTold) {
   for (const int offset : {50, 20, -20}) {
     const std::string points = text("[0,100,0],[1000,100,%d],[1000,0,0],[1000,0,0]", offset);
     const Event event = read_pattern(in_events(curve(0, 1000, points))).events.at(0);
-    const std::vector<Stretch> stretches = stretches_of(profile, event);
+    const std::vector<Stretch> stretches = stretches_of(profile, *event.vibration());
     ASSERT_EQ(stretches.size(), 1U);
     std::vector<uint8_t> codes(2400);
     event_waveform(profile, event).read(24000 - 2400, codes);
@@ -381,7 +381,7 @@ TEST(Stretch, TheEnvelopeIsWhatIsTold) {
   for (const int32_t chip : {0, 1}) {
     const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);
     const Event event = read_pattern(in_events(curve(0, 500, kFade))).events.at(0);
-    const std::vector<Stretch> stretches = stretches_of(profile, event);
+    const std::vector<Stretch> stretches = stretches_of(profile, *event.vibration());
     ASSERT_EQ(stretches.size(), 1U);
     EXPECT_NEAR(stretches[0].reached_amplitude(), chip == 1 ? stretches[0].from_amplitude : 0, 0.001);
     std::vector<uint8_t> codes(static_cast<size_t>(profile.sample_rate / 100));

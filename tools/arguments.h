@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "design/base/motor.h"
-#include "design/pattern/pattern.h"
+#include "design/pattern/file.h"
 #include "design/waveform/response.h"
 #include "files.h"
 

@@ -157,13 +157,7 @@ std::string list(const Items& items) {
 
 // What stands in its file.
 std::string fields_of(const design::Event& event) {
-  const std::string head = text(R"("number":%d,"type":"%s","start":%d)", event.number,
-                                event.continuous ? "continuous" : "transient", event.start_ms);
-  if (!event.continuous) return head + text(R"(,"intensity":%d,"level":%d)", event.intensity, event.level);
-  return head + text(R"(,"duration":%d,"points":)", event.duration_ms) +
-         list(event.points, [](const design::CurvePoint& point) {
-           return text("[%d,%d,%d]", point.time_ms, point.intensity, point.offset);
-         });
+  return text(R"("number":%d,"type":"%s",)", event.number, event.type()) + event.fields_json();
 }
 
 // What becomes of it on this chip and motor.
@@ -172,15 +166,17 @@ std::string fate_of(const design::Score& score, size_t i) {
   const design::Event& event = score.events()[i];
   const bool is_stream = design::is_event_stream(profile);  // its length says nothing about time
   const design::Span span =
-      is_stream ? design::Span{static_cast<double>(event.start_ms), end_ms(event, profile)} : score.span_of(i);
+      is_stream ? design::Span{static_cast<double>(event.start_ms), event.end_ms(profile)} : score.span_of(i);
   const std::string when =
       text(R"(,"end_ms":%.10g,"heard":)", span.to) + list(is_stream ? std::vector{span} : score.heard(i));
-  if (!event.continuous) {
-    return text(R"(,"driven":%d)", design::driven_intensity(profile, event.level, event.intensity)) + when;
+  if (const design::Tap* const tap = event.tap()) {
+    return text(R"(,"driven":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
   }
-  const auto hz = [&](const design::CurvePoint& point) { return text("%d", design::hertz_at(profile, point.offset)); };
-  const auto sweep = [&](const design::Stretch& of_event) { return json_of(of_event, event.start_ms); };
-  return R"(,"hz":)" + list(event.points, hz) + R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) + when;
+  const design::Vibration& vibration = *event.vibration();
+  const auto hz = [&](const lrasynth_point& point) { return text("%d", design::hertz_at(profile, point.offset)); };
+  const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms); };
+  return R"(,"hz":)" + list(vibration.points, hz) + R"(,"sweeps":)" + list(stretches_of(profile, vibration), sweep) +
+         when;
 }
 
 std::string json_of(const design::Faults& faults, const std::string& file) {

@@ -33,9 +33,10 @@ std::vector<Heard> heard_in(const Score& score) {
 
 void add_restarts(const Score& score, const Heard& heard, std::vector<Jump>& jumps) {
   const Event& event = score.events()[heard.event];
-  if (!event.continuous) return;
+  if (event.vibration() == nullptr) return;
   for (size_t point = 1; point < 3; ++point) {
-    const int64_t at = int64_t{score.profile().sample_rate / 1000} * (event.start_ms + event.point_ms(point));
+    const int64_t at =
+        int64_t{score.profile().sample_rate / 1000} * (event.start_ms + event.vibration()->point_ms(point));
     if (heard.from < at && at < heard.to) {
       jumps.push_back({.sample = at, .from = heard.event, .to = heard.event, .is_restart = true});
     }

@@ -10,6 +10,7 @@
 
 #include "design/advice/warnings.h"
 #include "design/base/motor.h"
+#include "design/pattern/file.h"
 #include "design/waveform/waveform.h"
 
 namespace design {

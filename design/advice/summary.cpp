@@ -16,9 +16,9 @@ namespace {
 
 // "0, 80, 40, 0", or one of them where all are the same.
 template <class Value>
-std::string of_points(const Event& event, Value value) {
+std::string of_points(const Vibration& vibration, Value value) {
   std::vector<std::string> values;
-  for (const CurvePoint& point : event.points) values.push_back(text("%d", value(point)));
+  for (const lrasynth_point& point : vibration.points) values.push_back(text("%d", value(point)));
   const auto is_first = [&](const std::string& other) { return other == values.front(); };
   if (std::all_of(values.begin(), values.end(), is_first)) return values.front();
   return values[0] + ", " + values[1] + ", " + values[2] + ", " + values[3];
@@ -32,22 +32,23 @@ class EventLines {
 
   std::string of(const Event& event) {
     return text("  event %d at %d ms: ", event.number, event.start_ms) +
-           (event.continuous ? vibration(event) : tap(event)) + "\n";
+           std::visit([this](const auto& kind) { return words_of(kind); }, event.kind) + "\n";
   }
 
  private:
-  std::string vibration(const Event& event) const {
-    const std::string intensities = of_points(event, [](const CurvePoint& point) { return point.intensity; });
+  std::string words_of(const Vibration& vibration) const {
+    const std::string intensities = of_points(vibration, [](const lrasynth_point& point) { return point.intensity; });
     const std::string hertz =
-        of_points(event, [&](const CurvePoint& point) { return hertz_at(profile_, point.offset); });
-    return text("vibration of %d ms, intensity ", event.duration_ms) + intensities + " %, points at " + hertz + " Hz";
+        of_points(vibration, [&](const lrasynth_point& point) { return hertz_at(profile_, point.offset); });
+    return text("vibration of %d ms, intensity ", vibration.duration_ms) + intensities + " %, points at " + hertz +
+           " Hz";
   }
 
-  std::string tap(const Event& event) {
-    const std::string asked = text("tap, level %d, intensity %d %%", event.level, event.intensity);
+  std::string words_of(const Tap& tap) {
+    const std::string asked = text("tap, level %d, intensity %d %%", tap.level, tap.intensity);
     if (is_stream_) return asked;
-    const int32_t driven = driven_intensity(profile_, event.level, event.intensity);
-    return asked + (driven == event.intensity ? "" : text(", driven at %d %%", driven)) + response(event.level, driven);
+    const int32_t driven = driven_intensity(profile_, tap.level, tap.intensity);
+    return asked + (driven == tap.intensity ? "" : text(", driven at %d %%", driven)) + response(tap.level, driven);
   }
 
   // By itself. A pattern has many taps, but few different ones.

@@ -24,7 +24,6 @@ constexpr double kFarFromPoint = 0.25;     // of the frequency that a point name
 constexpr size_t kFew = 4;                 // warnings alike that are told one by one
 constexpr double kLeastAmplitude = 4;      // that is looked at
 constexpr int32_t kMostStreamMs = 0xFFFF;  // 16 bits
-constexpr int32_t kStreamMsOfTap = 5;
 
 // Samples of 128 that stand between positive ones.
 int64_t false_peaks(const Waveform& waveform) {
@@ -131,7 +130,8 @@ class Inspection {
     for (size_t i = 0; i < score_.events().size(); ++i) {
       inspect_cover(i);
       inspect_end(i);
-      score_.events()[i].continuous ? inspect_curve(i) : inspect_tap(score_.events()[i]);
+      const Event& event = score_.events()[i];
+      std::visit([&](const auto& kind) { inspect_kind(i, event, kind); }, event.kind);
     }
     inspect_jumps();
     inspect_closing();
@@ -145,7 +145,7 @@ class Inspection {
     double since_start_ms = 0;  // of the first of them
     for (const Heard& other : heard_within(score_.span_of(i))) {
       const Event& over = score_.events()[other.event];
-      if (other.event == i || (!never && over.continuous != event.continuous)) continue;
+      if (other.event == i || (!never && !of_one_kind(over, event))) continue;
       if (others.empty()) since_start_ms = std::max(0.0, other.span.from - event.start_ms);
       others.push_back(text("%d", over.number));
     }
@@ -188,25 +188,23 @@ class Inspection {
 
   void inspect_end(size_t i) {
     const Event& event = score_.events()[i];
-    const double missing_ms = end_ms(event, profile_) - score_.span_of(i).to;
+    const double missing_ms = event.end_ms(profile_) - score_.span_of(i).to;
     if (missing_ms <= 0) return;
     warn(event, 0,
          text("its last %.3g ms are cut; a limit of %d ms would let them play", missing_ms,
               score_.request().missing_ms));
   }
 
-  void inspect_tap(const Event& event) {
-    for (std::string& what : concerns_of({profile_, event.level, event.intensity, true}))
-      warn(event, 0, std::move(what));
+  void inspect_kind(size_t, const Event& event, const Tap& tap) {
+    for (std::string& what : concerns_of({profile_, tap.level, tap.intensity, true})) warn(event, 0, std::move(what));
   }
 
-  void inspect_curve(size_t i) {
-    const Event& event = score_.events()[i];
-    const auto is_silent_point = [](const CurvePoint& point) { return point.intensity == 0; };
-    if (std::all_of(event.points.begin(), event.points.end(), is_silent_point)) {
+  void inspect_kind(size_t i, const Event& event, const Vibration& vibration) {
+    const auto is_silent_point = [](const lrasynth_point& point) { return point.intensity == 0; };
+    if (std::all_of(vibration.points.begin(), vibration.points.end(), is_silent_point)) {
       return warn(event, 0, "is silent: the intensity of all its points is 0");
     }
-    for (const Stretch& stretch : stretches_of(profile_, event)) {
+    for (const Stretch& stretch : stretches_of(profile_, vibration)) {
       if (std::max(stretch.from_amplitude, stretch.to_amplitude) < kLeastAmplitude) continue;
       if (!is_heard(i, stretch.span.moved(event.start_ms))) continue;
       inspect_sweep(event, stretch);
@@ -227,7 +225,7 @@ class Inspection {
   // The offset with which the carrier ends nearest to what the point says.
   std::string remedy_of_sweep(const Event& event, const Stretch& stretch) const {
     const auto reached_at = [&](int32_t offset) { return 2 * hertz_at(profile_, offset) - stretch.from_hz; };
-    int32_t best = event.points[stretch.to_point].offset;
+    int32_t best = event.vibration()->points[stretch.to_point].offset;
     for (int32_t offset = -50; offset <= 50; ++offset) {
       const auto off_hz = [&](int32_t at) { return std::fabs(reached_at(at) - stretch.to_hz); };
       if (off_hz(offset) < off_hz(best)) best = offset;
@@ -266,14 +264,15 @@ class Inspection {
   std::string remedy_of(const Jump& jump) const {
     const auto& events = score_.events();
     if (jump.from == Jump::kRest) return "";
-    if (jump.to == Jump::kRest) return events[jump.from].continuous ? remedy_of_end(events[jump.from]) : "";
-    if (events[jump.from].continuous == events[jump.to].continuous) return "";
-    const bool starts = events[jump.from].continuous;
-    return starts ? remedy_of_tap(jump.to, jump.from) : remedy_of_tap(jump.from, jump.to);
+    if (jump.to == Jump::kRest) return events[jump.from].vibration() != nullptr ? remedy_of_end(events[jump.from]) : "";
+    if (of_one_kind(events[jump.from], events[jump.to])) return "";
+    return events[jump.to].tap() != nullptr ? remedy_of_tap(jump.to, jump.from) : remedy_of_tap(jump.from, jump.to);
   }
 
   std::string remedy_of_end(Event event) const {
-    event.points[3].intensity = 0;
+    Vibration fading = *event.vibration();
+    fading.points[3].intensity = 0;
+    event.kind = fading;
     const Waveform faded = event_waveform(profile_, event);
     return std::abs(amplitude_at(faded, faded.length - 1)) < kHighJump ? "; to end at rest set point 4 to intensity 0"
                                                                        : "";
@@ -313,14 +312,14 @@ class Inspection {
     if (last == score_.events().end()) return;
     if (request.added_ms > 0) {
       const int32_t end = request.closing_ms - request.added_ms;
-      warn(*last, end_ms(*last, profile_) - last->start_ms,
+      warn(*last, last->end_ms(profile_) - last->start_ms,
            text("it ends last, at %d ms, which would read as an event: the pattern ends at %d ms; start it %d ms "
                 "earlier to "
                 "end before",
                 end, request.closing_ms, end - LRASYNTH_CONTINUOUS + 1));
     }
     if (request.is_open) {
-      warn(*last, end_ms(*last, profile_) - last->start_ms,
+      warn(*last, last->end_ms(profile_) - last->start_ms,
            text("it ends last but its record does not stand last: take the buffer's size from "
                 "getLongSignalBufferLength; a limit "
                 "of %d ms would let a record close the pattern",
@@ -333,17 +332,16 @@ class Inspection {
       const Event& event = score_.events()[i];
       const int32_t delta_ms = event.start_ms - (i == 0 ? 0 : score_.events()[i - 1].start_ms);
       if (delta_ms > kMostStreamMs) wrap(event.number, event.start_ms, "the time since the event before", delta_ms);
-      if (event.duration_ms > kMostStreamMs) wrap(event.number, event.start_ms, "its duration", event.duration_ms);
-      if (event.continuous && event.points[1].intensity == 0)
-        warn(event, 0, "is silent: the intensity of point 2, which is sent, is 0");
-      if (!event.continuous && event.intensity == 0) warn(event, 0, "is silent: its intensity is 0");
+      if (event.sent_ms() > kMostStreamMs) wrap(event.number, event.start_ms, "its duration", event.sent_ms());
+      const char* const sent = event.tap() != nullptr ? "its intensity" : "the intensity of point 2, which is sent,";
+      if (event.sent_strength() == 0) warn(event, 0, text("is silent: %s is 0", sent));
     }
     inspect_stream_total();
   }
 
   void inspect_stream_total() {
     int64_t total_ms = score_.events().back().start_ms;
-    for (const Event& event : score_.events()) total_ms += event.continuous ? event.duration_ms : kStreamMsOfTap;
+    for (const Event& event : score_.events()) total_ms += event.sent_ms();
     total_ms *= score_.playback().loops;
     if (total_ms > kMostStreamMs) wrap(0, 0, "the total time", total_ms);
   }

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "design/pattern/pattern.h"
+#include "design/base/fault.h"
 
 namespace design {
 

@@ -166,13 +166,13 @@ class Plot {
   double highest_hz() const {
     double highest = 200;
     for (const Event& event : score_->events()) {
-      if (!event.continuous) {
-        for (const TapSegment& segment : tap_segments(score_->profile(), event.level)) {
+      if (const Tap* const tap = event.tap()) {
+        for (const TapSegment& segment : tap_segments(score_->profile(), tap->level)) {
           highest = std::max(highest, static_cast<double>(segment.hz));
         }
         continue;
       }
-      for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+      for (const Stretch& stretch : stretches_of(score_->profile(), *event.vibration())) {
         highest = std::max({highest, stretch.from_hz, stretch.to_hz, std::fabs(stretch.reached_hz())});
       }
     }
@@ -185,7 +185,7 @@ class Plot {
     draw_grid(picture_, panel);
     label_y(picture_, panel);
     const auto is_untold = [&](const Event& event) {
-      return !event.continuous && tap_segments(score_->profile(), event.level).empty();
+      return event.tap() != nullptr && tap_segments(score_->profile(), event.tap()->level).empty();
     };
     const bool untold = std::any_of(score_->events().begin(), score_->events().end(), is_untold);
     write_legend(panel, std::string("line: the carrier; dotted: what the points say") +
@@ -193,17 +193,15 @@ class Plot {
     if (!has_room_for_events(panel)) return;
     for_events([&](size_t i, double start_ms) {
       const Event& event = score_->events()[i];
-      event.continuous ? draw_sweeps(panel, i, start_ms) : draw_tap_frequency(panel, i, start_ms);
+      std::visit([&](const auto& kind) { draw_frequency(panel, i, kind, start_ms + event.start_ms); }, event.kind);
     });
   }
 
-  void draw_sweeps(const Panel& panel, size_t i, double pass_start_ms) {
-    const Event& event = score_->events()[i];
-    const double start_ms = pass_start_ms + event.start_ms;
-    for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+  void draw_frequency(const Panel& panel, size_t i, const Vibration& vibration, double start_ms) {
+    for (const Stretch& stretch : stretches_of(score_->profile(), vibration)) {
       draw_line(panel, stretch.span.moved(start_ms), stretch.from_hz, stretch.to_hz, "aim");
       for (const Span& heard : score_->heard(i)) {
-        const Span part = common(stretch.span, heard.moved(-event.start_ms));
+        const Span part = common(stretch.span, heard.moved(-score_->events()[i].start_ms));
         if (part.length() > 0) draw_carrier(panel, stretch, part, start_ms);
       }
     }
@@ -223,15 +221,15 @@ class Plot {
     draw({turn, part.to});
   }
 
-  void draw_tap_frequency(const Panel& panel, size_t i, double pass_start_ms) {
-    const Event& event = score_->events()[i];
-    double at_ms = event.start_ms;
-    for (const TapSegment& segment : tap_segments(score_->profile(), event.level)) {
+  void draw_frequency(const Panel& panel, size_t i, const Tap& tap, double start_ms) {
+    const double own_ms = score_->events()[i].start_ms;
+    double at_ms = own_ms;
+    for (const TapSegment& segment : tap_segments(score_->profile(), tap.level)) {
       const Span sounds = {at_ms, at_ms + segment.length_ms};
       at_ms = sounds.to;
       if (segment.hz == 0) continue;
       for (const Span& heard : score_->heard(i)) {
-        draw_line(panel, common(sounds, heard).moved(pass_start_ms), segment.hz, segment.hz, "curve");
+        draw_line(panel, common(sounds, heard).moved(start_ms - own_ms), segment.hz, segment.hz, "curve");
       }
     }
   }
@@ -244,28 +242,28 @@ class Plot {
     write_legend(panel,
                  "outlined: the intensity as asked; filled: what plays, as strong as it is driven (of full scale)", 20);
     if (!has_room_for_events(panel)) return;
+    for_events([&](size_t i, double pass_start_ms) {
+      const Event& event = score_->events()[i];
+      if (event.vibration() != nullptr) draw_vibration(panel, i, *event.vibration(), pass_start_ms);
+    });
     LabelRow row;
-    for (const bool continuous : {true, false}) {
-      for_events([&](size_t i, double start_ms) {
-        const Event& event = score_->events()[i];
-        if (event.continuous != continuous) return;
-        continuous ? draw_vibration(panel, i, start_ms) : draw_tap(panel, i, start_ms, row);
-      });
-    }
+    for_events([&](size_t i, double pass_start_ms) {
+      const Event& event = score_->events()[i];
+      if (event.tap() != nullptr) draw_tap(panel, i, *event.tap(), pass_start_ms, row);
+    });
   }
 
   // As asked in outline, straight from point to point; filled where it is what plays, with the envelope that it has.
-  void draw_vibration(const Panel& panel, size_t i, double pass_start_ms) {
-    const Event& event = score_->events()[i];
-    const double start_ms = pass_start_ms + event.start_ms;
-    for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+  void draw_vibration(const Panel& panel, size_t i, const Vibration& vibration, double pass_start_ms) {
+    const double start_ms = pass_start_ms + score_->events()[i].start_ms;
+    for (const Stretch& stretch : stretches_of(score_->profile(), vibration)) {
       for (const Span& heard : score_->heard(i)) {
         const Span part = common(common(stretch.span.moved(start_ms), heard.moved(pass_start_ms)), shown_);
         if (part.length() > 0) draw_envelope(panel, stretch, part, start_ms);
       }
     }
     const Span asked = common(score_->span_of(i).moved(pass_start_ms), shown_);
-    if (asked.length() > 0) draw_intensity(panel, event, asked, start_ms);
+    if (asked.length() > 0) draw_intensity(panel, vibration, asked, start_ms);
   }
 
   void draw_envelope(const Panel& panel, const Stretch& stretch, Span part, double start_ms) {
@@ -281,42 +279,42 @@ class Plot {
     picture_.path(outline, "vibration");
   }
 
-  void draw_intensity(const Panel& panel, const Event& event, Span part, double start_ms) {
+  void draw_intensity(const Panel& panel, const Vibration& vibration, Span part, double start_ms) {
     std::vector<Point> outline = {panel.at(part.from, 0),
-                                  panel.at(part.from, intensity_at(event, part.from - start_ms))};
-    for (size_t i = 0; i < event.points.size(); ++i) {
-      const double ms = start_ms + event.point_ms(i);
-      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, event.points[i].intensity));
+                                  panel.at(part.from, intensity_at(vibration, part.from - start_ms))};
+    for (size_t i = 0; i < vibration.points.size(); ++i) {
+      const double ms = start_ms + vibration.point_ms(i);
+      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, vibration.points[i].intensity));
     }
-    outline.push_back(panel.at(part.to, intensity_at(event, part.to - start_ms)));
+    outline.push_back(panel.at(part.to, intensity_at(vibration, part.to - start_ms)));
     outline.push_back(panel.at(part.to, 0));
     picture_.path(outline, "outline");
   }
 
-  static double intensity_at(const Event& event, double ms) {
+  static double intensity_at(const Vibration& vibration, double ms) {
     size_t to = 1;
-    while (to < 3 && event.point_ms(to) < ms) ++to;
-    const double from_ms = event.point_ms(to - 1);
-    const double length_ms = event.point_ms(to) - from_ms;
+    while (to < 3 && vibration.point_ms(to) < ms) ++to;
+    const double from_ms = vibration.point_ms(to - 1);
+    const double length_ms = vibration.point_ms(to) - from_ms;
     const double share = length_ms <= 0 ? 1 : std::clamp((ms - from_ms) / length_ms, 0.0, 1.0);
-    return event.points[to - 1].intensity + share * (event.points[to].intensity - event.points[to - 1].intensity);
+    return vibration.points[to - 1].intensity +
+           share * (vibration.points[to].intensity - vibration.points[to - 1].intensity);
   }
 
   // As strong as asked in outline, filled as strong as the motor is driven, with level and strength above.
-  void draw_tap(const Panel& panel, size_t i, double pass_start_ms, LabelRow& row) {
-    const Event& event = score_->events()[i];
+  void draw_tap(const Panel& panel, size_t i, const Tap& tap, double pass_start_ms, LabelRow& row) {
     const Span span = common(score_->span_of(i).moved(pass_start_ms), shown_);
-    const int32_t driven = driven_intensity(score_->profile(), event.level, event.intensity);
+    const int32_t driven = driven_intensity(score_->profile(), tap.level, tap.intensity);
     const auto bar = [&](Span part, double height) {
       const Point corner = panel.at(part.from, height);
       return Box{corner.x, corner.y, panel.x_at(part.to) - corner.x, panel.box.bottom() - corner.y};
     };
-    picture_.rectangle(bar(span, event.intensity), "outline");
+    picture_.rectangle(bar(span, tap.intensity), "outline");
     for (const Span& heard : score_->heard(i)) {
       const Span part = common(heard.moved(pass_start_ms), shown_);
       if (part.length() > 0) picture_.rectangle(bar(part, driven), "transient");
     }
-    const std::string words = text("L%d %d %%", event.level, driven);
+    const std::string words = text("L%d %d %%", tap.level, driven);
     const auto x = row.place((panel.x_at(span.from) + panel.x_at(span.to)) / 2, words);
     if (x) picture_.label({*x, panel.box.y - 5}, kMiddle, "small", words);
   }

@@ -14,16 +14,16 @@ double Stretch::amplitude_at(double ms) const {
   return from_amplitude + (to_amplitude - from_amplitude) * turned;
 }
 
-std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Event& event) {
+std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Vibration& vibration) {
   constexpr double kRateOfQuarters = 24000;
-  const auto amplitude_of = [&](const CurvePoint& point) {
+  const auto amplitude_of = [&](const lrasynth_point& point) {
     return static_cast<double>(gain_at(profile, point.offset)) * 128 * point.intensity / 100;
   };
   std::vector<Stretch> stretches;
-  for (size_t to = 1; to < event.points.size(); ++to) {
-    const CurvePoint& from_point = event.points[to - 1];
-    const CurvePoint& to_point = event.points[to];
-    const Span span = {static_cast<double>(event.point_ms(to - 1)), static_cast<double>(event.point_ms(to))};
+  for (size_t to = 1; to < vibration.points.size(); ++to) {
+    const lrasynth_point& from_point = vibration.points[to - 1];
+    const lrasynth_point& to_point = vibration.points[to];
+    const Span span = {static_cast<double>(vibration.point_ms(to - 1)), static_cast<double>(vibration.point_ms(to))};
     if (span.length() <= 0) continue;
     stretches.push_back({.to_point = to,
                          .span = span,

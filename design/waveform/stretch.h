@@ -33,6 +33,6 @@ struct Stretch {
 };
 
 // Those that last.
-std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Event& event);
+std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Vibration& vibration);
 
 }  // namespace design

@@ -116,32 +116,33 @@ lrasynth_pattern Score::pattern() const {
 }
 
 Span Score::span_of(size_t event) const {
-  return {static_cast<double>(events_[event].start_ms), std::min(pass_ms_, end_ms(events_[event], profile_))};
+  return {static_cast<double>(events_[event].start_ms), std::min(pass_ms_, events_[event].end_ms(profile_))};
 }
 
 // Later events of a kind play over earlier ones, and taps over everything. Events ascend, so that from the last to the
 // first each starts before all that plays over it.
 void Score::find_heard() {
-  std::vector<Span> of_kind[2];
-  const auto ascending = [](std::vector<Span> spans) {
-    std::reverse(spans.begin(), spans.end());
-    return spans;
-  };
-  for (const bool continuous : {false, true}) {
-    const std::vector<Span> taps = ascending(of_kind[false]);
-    std::vector<Span>& later = of_kind[continuous];
-    for (size_t i = events_.size(); i-- > 0;) {
-      if (events_[i].continuous != continuous) continue;
-      const Span span = span_of(i);
-      // Of the later ones of its kind only those matter that this one reaches.
-      std::vector<Span> reached;
-      for (size_t j = later.size(); j-- > 0 && later[j].from < span.to;) reached.push_back(later[j]);
-      for (const Span part : without(span, reached)) {
-        const std::vector<Span> parts = continuous ? without(part, taps) : std::vector<Span>{part};
-        heard_[i].insert(heard_[i].end(), parts.begin(), parts.end());
-      }
-      add_before(span, later);
+  std::vector<Span> taps;  // descending
+  find_heard_of<Tap>({}, taps);
+  std::reverse(taps.begin(), taps.end());
+  std::vector<Span> vibrations;
+  find_heard_of<Vibration>(taps, vibrations);
+}
+
+// What is heard of the events of a kind under others, which ascend. Leaves what those of the kind cover, descending.
+template <class Kind>
+void Score::find_heard_of(const std::vector<Span>& others, std::vector<Span>& covered) {
+  for (size_t i = events_.size(); i-- > 0;) {
+    if (!std::holds_alternative<Kind>(events_[i].kind)) continue;
+    const Span span = span_of(i);
+    // Of the later ones of its kind only those matter that this one reaches.
+    std::vector<Span> reached;
+    for (size_t j = covered.size(); j-- > 0 && covered[j].from < span.to;) reached.push_back(covered[j]);
+    for (const Span part : without(span, reached)) {
+      const std::vector<Span> parts = without(part, others);
+      heard_[i].insert(heard_[i].end(), parts.begin(), parts.end());
     }
+    add_before(span, covered);
   }
 }
 
@@ -151,16 +152,15 @@ void Score::read(int64_t first, std::span<uint8_t> window) const {
 }
 
 Waveform event_waveform(const lrasynth_profile& profile, const Event& event) {
-  if (!event.continuous) {
-    return tap_waveform(profile, event.level, driven_intensity(profile, event.level, event.intensity));
+  if (const Tap* const tap = event.tap()) {
+    return tap_waveform(profile, tap->level, driven_intensity(profile, tap->level, tap->intensity));
   }
-  Event alone = event;
-  alone.start_ms = 0;
-  const auto read = [profile, record = record_of(alone)](int64_t first, std::span<uint8_t> window) {
+  const auto read = [profile, record = event.vibration()->record(0)](int64_t first, std::span<uint8_t> window) {
     const lrasynth_pattern pattern = {record.data(), LRASYNTH_RECORD_LENGTH, 1, 0, LRASYNTH_NO_LIMIT};
     lrasynth_pattern_read(&profile, &pattern, first, window.data(), static_cast<int64_t>(window.size()));
   };
-  return {.title = {}, .profile = profile, .length = profile.sample_rate / 1000 * event.duration_ms, .read = read};
+  const int64_t length = int64_t{profile.sample_rate / 1000} * event.vibration()->duration_ms;
+  return {.title = {}, .profile = profile, .length = length, .read = read};
 }
 
 Strength strength_of(const Waveform& waveform) {

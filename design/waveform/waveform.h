@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "design/pattern/pattern.h"
+#include "design/pattern/request.h"
 #include "lrasynth.h"
 
 namespace design {
@@ -98,6 +98,8 @@ class Score {
  private:
   lrasynth_pattern pattern() const;
   void find_heard();
+  template <class Kind>
+  void find_heard_of(const std::vector<Span>& others, std::vector<Span>& covered);
 
   lrasynth_profile profile_;
   Playback playback_;

@@ -1,47 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
-// A pattern from its JSON, with every fault and its place.
+// A pattern from its JSON, with every fault and its place, and back.
+#include "design/pattern/file.h"
+
 #include <algorithm>
 #include <set>
-#include <span>
-#include <string_view>
+#include <variant>
 
 #include "design/base/text.h"
 #include "design/pattern/json.h"
-#include "design/pattern/pattern.h"
 
 namespace design {
 namespace {
 
-using Kind = JsonValue::Kind;
+using JsonKind = JsonValue::Kind;
 
-template <class Owner>
-struct Field {
-  const char* name;
-  int32_t Owner::*value;
-  int32_t least;
-  int32_t most;
-};
-
-using EventField = Field<Event>;
-
-constexpr EventField kStart = {"start", &Event::start_ms, 0, kLongestMs};
-constexpr EventField kTransientFields[] = {
-    kStart, {"intensity", &Event::intensity, 0, 100}, {"level", &Event::level, 0, 100}};
-constexpr EventField kContinuousFields[] = {kStart, {"duration", &Event::duration_ms, 1, kLongestMs}};
-
-constexpr Field<CurvePoint> kPointFields[] = {{"time", &CurvePoint::time_ms, 0, kLongestMs},
-                                              {"intensity", &CurvePoint::intensity, 0, 100},
-                                              {"offset", &CurvePoint::offset, -50, 50}};
-
-std::span<const EventField> fields_of(const Event& event) {
-  if (event.continuous) return kContinuousFields;
-  return kTransientFields;
-}
+constexpr Field<Event> kStart = {"start", &Event::start_ms, 0, kLongestMs};
 
 // What stands at a place where something else should.
 std::string named(const JsonValue& value) {
-  if (value.kind == Kind::kList) return "a list";
-  if (value.kind == Kind::kObject) return "an object";
+  if (value.kind == JsonKind::kList) return "a list";
+  if (value.kind == JsonKind::kObject) return "an object";
   return shown(value.written);
 }
 
@@ -68,20 +46,16 @@ class EventReader {
   }
 
   Event read() {
-    if (json_.kind != Kind::kObject) {
+    if (json_.kind != JsonKind::kObject) {
       fault(json_.place, "must be an object, not " + named(json_));
       return event_;
     }
-    if (!read_type()) return event_;
-    for (const EventField& field : fields_of(event_)) {
-      if (const JsonValue* value = member(field.name)) event_.*field.value = integer(field.name, *value, field);
+    const JsonValue* const type = member("type");
+    if (type != nullptr && !read_kind(type->string, AnyKind())) {
+      const std::vector<std::string> known = {Tap::kType, Vibration::kType};
+      fault(type->place,
+            "type: must be " + listed(known) + ", not " + named(*type) + did_you_mean(type->string, known));
     }
-    if (event_.continuous) read_points();
-    std::vector<std::string> known = {"type"};
-    for (const EventField& field : fields_of(event_)) known.emplace_back(field.name);
-    if (event_.continuous) known.emplace_back("points");
-    report_names(json_, known, event_.continuous ? "a vibration" : "a tap",
-                 [&](Place place, std::string what) { fault(place, std::move(what)); });
     return event_;
   }
 
@@ -94,19 +68,39 @@ class EventReader {
     return value;
   }
 
-  bool read_type() {
-    const JsonValue* const type = member("type");
-    if (type == nullptr) return false;
-    event_.continuous = type->string == "continuous";
-    if (event_.continuous || type->string == "transient") return true;
-    fault(type->place, "type: must be transient or continuous, not " + named(*type) +
-                           did_you_mean(type->string, {"transient", "continuous"}));
-    return false;
+  // The kind of that name, if there is one.
+  template <class... Kinds>
+  bool read_kind(std::string_view type, const std::variant<Kinds...>&) {
+    return ((type == Kinds::kType && read_fields(Kinds())) || ...);
+  }
+
+  template <class Kind>
+  bool read_fields(Kind kind) {
+    std::vector<std::string> known = {"type"};
+    read_field(event_, kStart, known);
+    for (const Field<Kind>& field : Kind::fields()) read_field(kind, field, known);
+    read_rest(kind, known);
+    report_names(json_, known, Kind::kName, [&](Place place, std::string what) { fault(place, std::move(what)); });
+    event_.kind = kind;
+    return true;
+  }
+
+  template <class Owner>
+  void read_field(Owner& owner, const Field<Owner>& field, std::vector<std::string>& known) {
+    known.emplace_back(field.name);
+    if (const JsonValue* value = member(field.name)) owner.*field.value = integer(field.name, *value, field);
+  }
+
+  void read_rest(Tap&, std::vector<std::string>&) {}
+
+  void read_rest(Vibration& vibration, std::vector<std::string>& known) {
+    known.emplace_back("points");
+    if (const JsonValue* points = member("points")) read_points(vibration, *points);
   }
 
   template <class Owner>
   int32_t integer(const std::string& name, const JsonValue& value, const Field<Owner>& field) {
-    const auto whole = value.kind == Kind::kNumber ? whole_number(value.written) : std::nullopt;
+    const auto whole = value.kind == JsonKind::kNumber ? whole_number(value.written) : std::nullopt;
     if (!whole || *whole < field.least || *whole > field.most) {
       fault(value.place, name + ": " + range_fault(field.least, field.most, named(value)));
       return 0;
@@ -118,39 +112,37 @@ class EventReader {
     return *whole;
   }
 
-  void read_points() {
-    const JsonValue* const points = member("points");
-    if (points == nullptr) return;
-    if (points->kind != Kind::kList || points->items.size() != event_.points.size()) {
-      return fault(points->place, "points: must be a list of four");
+  void read_points(Vibration& vibration, const JsonValue& points) {
+    if (points.kind != JsonKind::kList || points.items.size() != vibration.points.size()) {
+      return fault(points.place, "points: must be a list of four");
     }
     const size_t faults_before = faults_.count;
-    for (size_t i = 0; i < event_.points.size(); ++i) read_point(i, points->items[i]);
-    if (faults_.count == faults_before) check_times(*points);
+    for (size_t i = 0; i < vibration.points.size(); ++i) read_point(vibration.points[i], i, points.items[i]);
+    if (faults_.count == faults_before) check_times(vibration, points);
   }
 
-  void read_point(size_t i, const JsonValue& point) {
+  void read_point(lrasynth_point& point, size_t i, const JsonValue& json) {
     const std::string name = text("point %zu", i + 1);
-    if (point.kind != Kind::kList || point.items.size() != std::size(kPointFields)) {
-      return fault(point.place, name + ": must be [time, intensity, offset]");
+    const auto fields = Vibration::point_fields();
+    if (json.kind != JsonKind::kList || json.items.size() != fields.size()) {
+      return fault(json.place, name + ": must be [time, intensity, offset]");
     }
-    for (size_t j = 0; j < std::size(kPointFields); ++j) {
-      const Field<CurvePoint>& field = kPointFields[j];
-      event_.points[i].*field.value = integer(name + ", " + field.name, point.items[j], field);
+    for (size_t j = 0; j < fields.size(); ++j) {
+      point.*fields[j].value = integer(name + ", " + fields[j].name, json.items[j], fields[j]);
     }
   }
 
-  void check_times(const JsonValue& points) {
-    for (size_t i = 1; i < event_.points.size(); ++i) {
-      const int32_t before_ms = event_.points[i - 1].time_ms;
-      const int32_t time_ms = event_.points[i].time_ms;
+  void check_times(const Vibration& vibration, const JsonValue& points) {
+    for (size_t i = 1; i < vibration.points.size(); ++i) {
+      const int32_t before_ms = vibration.points[i - 1].ms;
+      const int32_t time_ms = vibration.points[i].ms;
       if (time_ms >= before_ms) continue;
       fault(points.items[i].items[0].place,
             text("point %zu, time: must be at least %d, the time of point %zu, not %d", i + 1, before_ms, i, time_ms));
     }
-    const int32_t span_ms = event_.point_ms(3);
-    if (span_ms == event_.duration_ms || event_.duration_ms == 0) return;  // 0: already a fault
-    fault(points.place, text("points: times must span the duration, %d ms, not %d ms", event_.duration_ms, span_ms));
+    const int32_t span_ms = vibration.point_ms(3);
+    if (span_ms == vibration.duration_ms || vibration.duration_ms == 0) return;  // 0: already a fault
+    fault(points.place, text("points: times must span the duration, %d ms, not %d ms", vibration.duration_ms, span_ms));
   }
 
   const JsonValue& json_;
@@ -173,7 +165,7 @@ PatternFile read_pattern(std::string_view json) {
   }
   const JsonValue& root = *parsed.root;
   const JsonValue* const events = root.member("events");
-  if (events == nullptr || events->kind != Kind::kList || events->items.empty()) {
+  if (events == nullptr || events->kind != JsonKind::kList || events->items.empty()) {
     const Place place = events == nullptr ? root.place : events->place;
     file.faults.add({0, place, "must be an object with events, a list of at least one"});
     return file;
@@ -190,6 +182,14 @@ PatternFile read_pattern(std::string_view json) {
   const auto earlier = [](const Event& a, const Event& b) { return a.start_ms < b.start_ms; };
   std::stable_sort(file.events.begin(), file.events.end(), earlier);
   return file;
+}
+
+std::string canonical_json(const std::vector<Event>& events) {
+  std::string lines;
+  for (const Event& event : events) {
+    lines += (lines.empty() ? "  {" : ",\n  {") + text("\"type\":\"%s\",", event.type()) + event.fields_json() + "}";
+  }
+  return "{\"events\": [\n" + lines + "\n]}\n";
 }
 
 }  // namespace design

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// Faults as lines.
+#include "design/base/fault.h"
+
+#include "design/base/text.h"
+
+namespace design {
+
+std::string line_of(const Fault& fault, const std::string& file) {
+  std::string line = file + ":";
+  if (fault.place.line > 0) line += text("%zu:%zu:", fault.place.line, fault.place.column);
+  if (fault.event > 0) line += text(" event %d:", fault.event);
+  return line + " " + fault.what;
+}
+
+void Faults::add(Fault fault) {
+  if (++count <= kMostListed) listed.push_back(std::move(fault));
+}
+
+std::vector<std::string> Faults::lines(const std::string& file) const {
+  std::vector<std::string> lines;
+  for (const Fault& fault : listed) lines.push_back(line_of(fault, file));
+  if (count > kMostListed)
+    lines.push_back(file + ": " + counted(static_cast<int64_t>(count - kMostListed), "more fault"));
+  return lines;
+}
+
+}  // namespace design

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is wrong with what people write, and where.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace design {
+
+// In a text, both from 1, a column for each character; 0 where there is no place to name.
+struct Place {
+  size_t line = 0;
+  size_t column = 0;
+};
+
+struct Fault {
+  int32_t event = 0;  // its number; 0: none in particular
+  Place place = {};
+  std::string what;
+};
+
+// "3:12: event 1: level: ...", with the file's name before it.
+std::string line_of(const Fault& fault, const std::string& file);
+
+// The faults of a file as far as anybody reads on, and how many there are.
+struct Faults {
+  static constexpr size_t kMostListed = 20;
+
+  void add(Fault fault);
+  // A line for each, and one for those that are not listed.
+  std::vector<std::string> lines(const std::string& file) const;
+
+  std::vector<Fault> listed;
+  size_t count = 0;
+};
+
+}  // namespace design

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+// The records of a request, and how they end a pass.
+#include "design/pattern/request.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "design/base/motor.h"
+#include "design/base/text.h"
+
+namespace design {
+namespace {
+
+constexpr bool is_type(int32_t value) { return value == LRASYNTH_CONTINUOUS || value == LRASYNTH_TRANSIENT; }
+
+// Closes the pass, in the events' order or by an event of its own.
+void close_pass(std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback,
+                Request& request) {
+  const auto earlier_end = [&](const Event& a, const Event& b) { return a.end_ms(profile) < b.end_ms(profile); };
+  const auto last = std::max_element(events.rbegin(), events.rend(), earlier_end).base() - 1;
+  request.last_event = last->number;
+  const auto same_kind = [&](const Event& event) { return of_one_kind(event, *last); };
+  const bool can_move = std::none_of(last + 1, events.end(), same_kind);
+  const auto end = static_cast<int32_t>(std::ceil(last->end_ms(profile)));
+  const bool is_cut = end != last->end_ms(profile);
+  int32_t closing = end;
+  while (is_type(closing)) ++closing;
+  const bool can_close = playback.limit_ms < 0 || closing <= playback.limit_ms;
+  if (can_close && (is_cut || !can_move)) {
+    request.closing_ms = closing;
+    request.added_ms = closing - end;
+    events.push_back({.start_ms = closing, .kind = Vibration()});
+    return;
+  }
+  if (is_cut || !can_move) request.missing_ms = closing;
+  if (can_move) {
+    std::rotate(last, last + 1, events.end());
+  } else if (playback.loops == 1) {
+    request.is_open = true;
+  } else {
+    request.fault = {
+        last->number, last->place,
+        text("ends last, at %d ms, where passes need a record that closes them: the limit must be at least "
+             "%d, not %d",
+             end, closing, playback.limit_ms)};
+  }
+}
+
+}  // namespace
+
+void add_faults(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback,
+                Faults& faults) {
+  if (is_event_stream(profile)) return;
+  for (const Event& event : events) {
+    const auto fault = [&](std::string what) { faults.add({event.number, event.place, std::move(what)}); };
+    const bool late = playback.limit_ms >= 0 && event.start_ms > playback.limit_ms;
+    if (event.vibration() != nullptr && late) fault(text("start: must be at most %d, the limit", playback.limit_ms));
+    if (event.tap() != nullptr && !has_taps(profile)) fault("type: " + tap_fault(profile));
+  }
+}
+
+Request request_of(std::vector<Event> events, const lrasynth_profile& profile, const Playback& playback) {
+  Request request;
+  if (!is_event_stream(profile) && !events.empty()) close_pass(events, profile, playback, request);
+  for (const Event& event : events) {
+    const Record record = event.record();
+    request.integers.insert(request.integers.end(), record.begin(), record.end());
+  }
+  return request;
+}
+
+}  // namespace design
