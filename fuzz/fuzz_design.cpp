@@ -8,7 +8,7 @@
 #include "design/advice/summary.h"
 #include "design/base/motor.h"
 #include "design/picture/plot.h"
-#include "design/waveform/forms.h"
+#include "design/waveform/samples.h"
 
 using namespace design;
 
@@ -38,11 +38,11 @@ void check(const Piece& piece) {
   const lrasynth_pattern pattern = {request.integers.data(), static_cast<int32_t>(request.integers.size()),
                                     playback.loops, playback.interval_ms, playback.limit_ms};
   const int32_t fault = lrasynth_pattern_check(&piece.waveform.profile, &pattern, nullptr);
-  require(fault == 0 || piece.is_stream() || (fault == LRASYNTH_ERROR_LAST_RECORD && request.is_open));
+  require(fault == 0 || piece.waveform.is_stream || (fault == LRASYNTH_ERROR_LAST_RECORD && request.is_open));
   int64_t written = 0;
-  write_codes(piece, [&](std::string_view bytes) { return written += static_cast<int64_t>(bytes.size()), true; });
+  write_codes(piece.waveform, [&](std::string_view bytes) { return written += static_cast<int64_t>(bytes.size()), true; });
   require(written == piece.waveform.length);
-  require(size_of(piece).find('-') == std::string::npos);
+  require(size_of(piece.waveform).find('-') == std::string::npos);
   require(lines_of(piece.warnings).size() <= kMostWarningsListed + 1);
 }
 
@@ -62,10 +62,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (piece.waveform.length > 200'000) return 0;
   check(piece);
   const std::string summary = summary_of(piece, {});
-  if (!piece.is_stream()) {
+  if (!piece.waveform.is_stream) {
     const Motion motion(piece.waveform, {});
     plot_of(piece, &motion, felt_span(piece.waveform, &motion));
   }
-  write_csv(piece, [](std::string_view) { return true; });
+  write_csv(piece.waveform, [](std::string_view) { return true; });
   return 0;
 }

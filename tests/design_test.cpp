@@ -11,8 +11,8 @@
 #include "design/advice/piece.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
-#include "design/waveform/forms.h"
 #include "design/waveform/response.h"
+#include "design/waveform/samples.h"
 #include "design/waveform/stretch.h"
 
 using namespace design;
@@ -463,7 +463,7 @@ TEST(Forms, NothingIsRenderedForWhoTakesNoMore) {
   const Piece tone = tone_piece(lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1), 100, 2000, 90);
   for (const auto write : {write_csv, write_codes, write_wav}) {
     int calls = 0;
-    write(tone, [&](std::string_view) { return ++calls < 3; });
+    write(tone.waveform, [&](std::string_view) { return ++calls < 3; });
     EXPECT_EQ(calls, 3);
   }
 }
@@ -473,7 +473,7 @@ TEST(Forms, CsvTellsTimeAsPrintfDoes) {
     const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);
     const Piece tone = tone_piece(profile, 100, 600, 90);
     std::string lines;
-    write_csv(tone, [&](std::string_view bytes) {
+    write_csv(tone.waveform, [&](std::string_view bytes) {
       lines += bytes;
       return true;
     });

@@ -138,7 +138,7 @@ pattern p.json --loop 2 --interval 600000 x.wav | 2 | p.json: the waveform .* wi
 pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: must be at most 50, the limit
 pattern nested.json --limit 50 --loop 2 x.wav | 2 | nested.json:1:13: event 1: ends last, at 90 ms, where passes need .* at least 90, not 50
 pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: motor 81540 has no taps
-pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .bin or .csv with --chip 11
+pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .csv or .bin with --chip 11
 pattern p.json --chip 11 --loop 1000 --strict x.csv | 2 | --strict: a warning is a fault
 compare p.json --level 5 x.svg | 2 | --level: does nothing beside a pattern
 compare p.json --in-pattern x.svg | 2 | --in-pattern: does nothing beside a pattern

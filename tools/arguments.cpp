@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "design/base/text.h"
+#include "design/picture/forms.h"
 
 namespace command {
 namespace {
@@ -25,6 +26,8 @@ CLI::Validator number_in(int32_t least, int32_t most) {
   };
   return CLI::Validator(check, text("%d..%d", least, most));
 }
+
+std::string joined(const std::vector<std::string>& words) { return CLI::detail::join(words, "|"); }
 
 CLI::Validator one_of(const std::string& words) {
   const auto check = [all = CLI::detail::split(words, '|')](const std::string& word) -> std::string {
@@ -99,13 +102,13 @@ void add_options(CLI::App& app, const Command& command, Arguments& arguments) {
   add("--to", arguments.to_ms, "Draw up to this time in ms; 0: to the end", time);
   app.add_flag("--strict", arguments.strict, "Take warnings for faults");
   app.add_flag("--audible", arguments.audible, "WAV at 48000 samples a second, for players that refuse less");
-  add("--format", arguments.format, "Form of OUTPUT -", one_of("wav|svg|csv|bin"))->default_str("");
+  add("--format", arguments.format, "Form of OUTPUT -", one_of(joined(design::file_forms(""))))->default_str("");
   app.add_option("--title", arguments.title, "Title of the picture")->type_name("TEXT");
   app.add_option("SHELL", arguments.shell, "bash, zsh or fish")->required()->transform(one_of("bash|zsh|fish"));
   app.add_option("FILES", arguments.files, "Pattern files, none for a tap; last the .svg file to write, if any");
   auto* const file = app.add_option("FILE", arguments.files, "Pattern in JSON; - is standard input");
   const char* const outputs = "Files to write, in the form that their ending says, see below";
-  app.add_option("OUTPUT", arguments.outputs, outputs)->check(output_in(".wav|.svg|.csv|.bin"));
+  app.add_option("OUTPUT", arguments.outputs, outputs)->check(output_in(joined(design::file_forms("."))));
   auto* const picture = app.add_option("PICTURE", arguments.outputs, "The .svg file, or -")->check(output_in(".svg"));
   for (auto* const only : {file, picture}) only->expected(1)->allow_extra_args(false)->required();
   for (const char* positional : {"FILE", "FILES", "OUTPUT", "PICTURE", "SHELL"})

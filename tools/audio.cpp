@@ -6,7 +6,7 @@
 #include <bit>
 #include <memory>
 
-#include "design/waveform/forms.h"
+#include "design/waveform/samples.h"
 #include "files.h"
 
 namespace command {

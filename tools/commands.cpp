@@ -7,14 +7,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <optional>
+#include <memory>
 #include <span>
 
 #include "design/advice/summary.h"
 #include "design/base/text.h"
+#include "design/picture/forms.h"
 #include "design/picture/plot.h"
 #include "design/picture/sheet.h"
-#include "design/waveform/forms.h"
 
 namespace command {
 namespace {
@@ -81,56 +81,54 @@ design::Piece pattern_piece(const Arguments& arguments, const lrasynth_profile& 
   return std::move(*piece);
 }
 
-// The stretch of time that is drawn.
-design::Span shown(const Arguments& arguments, design::Span whole) {
-  const design::Span part = design::part_of(whole, arguments.from_ms, arguments.to_ms);
-  if (!(part.length() > 0)) refuse(text("--from, --to: nothing of 0 to %.6g ms lies between them", whole.to));
-  return part;
+[[noreturn]] void refuse_span(design::Span whole) {
+  refuse(text("--from, --to: nothing of 0 to %.6g ms lies between them", whole.to));
 }
 
-// What an OUTPUT's ending or --format says, like ".wav".
-std::string form_of(const Arguments& arguments, const std::string& path) {
-  if (path != kStandardOutput) return ending_of(path);
-  if (arguments.format.empty()) refuse("--format: OUTPUT - needs wav, svg, csv or bin");
-  return "." + arguments.format;
+// What an OUTPUT's ending or --format says.
+const design::Form& form_of(const Arguments& arguments, const std::string& path) {
+  const std::string name = path == kStandardOutput ? arguments.format : ending_of(path).substr(1);
+  if (name.empty()) refuse("--format: OUTPUT - needs " + design::listed(design::file_forms("")));
+  return *design::form_named(name);
 }
 
 void refuse_idle_outputs(const Arguments& arguments, bool tells) {
   const auto& paths = arguments.outputs;
   const auto none_is = [&](const char* form) {
-    return std::none_of(paths.begin(), paths.end(), [&](const auto& path) { return form_of(arguments, path) == form; });
+    return std::none_of(paths.begin(), paths.end(),
+                        [&](const auto& path) { return form_of(arguments, path).name == std::string_view(form); });
   };
   arguments.refuse_idle({"--format"}, std::count(paths.begin(), paths.end(), kStandardOutput) == 0, "without OUTPUT -");
-  arguments.refuse_idle({"--audible"}, none_is(".wav"), "without a .wav file");
-  arguments.refuse_idle({"--response"}, !tells && none_is(".svg"), "without an .svg file");
+  arguments.refuse_idle({"--audible"}, none_is("wav"), "without a .wav file");
+  arguments.refuse_idle({"--response"}, !tells && none_is("svg"), "without an .svg file");
   arguments.refuse_idle({"--response-hz"}, !tells && !arguments.has("--response"), "without --response");
-  arguments.refuse_idle({"--from", "--to", "--title"}, none_is(".svg"), "without an .svg file");
-}
-
-void refuse_terminal(const std::string& form) {
-  if (::isatty(STDOUT_FILENO) == 0) return;
-  refuse("-: standard output is a terminal, which " + form + " would garble: send it to a file or a program");
+  arguments.refuse_idle({"--from", "--to", "--title"}, none_is("svg"), "without an .svg file");
 }
 
 File file_of(const Arguments& arguments, const design::Piece& piece, const std::string& path) {
-  const std::string form = form_of(arguments, path);
-  if (path == kStandardOutput && (form == ".wav" || form == ".bin")) refuse_terminal(form);
-  if (piece.is_stream() && form != ".csv" && form != ".bin") {
-    refuse("OUTPUT: " + design::shown(path) + " must end in .bin or .csv with --chip 11");
+  const design::Form& form = form_of(arguments, path);
+  if (path == kStandardOutput && !form.is_text && ::isatty(STDOUT_FILENO) == 1) {
+    refuse(text("-: standard output is a terminal, which %s would garble: send it to a file or a program", form.name));
   }
-  if (form == ".svg") {
-    std::optional<design::Motion> motion;
-    if (arguments.has("--response")) motion.emplace(piece.waveform, arguments.resonator);
-    const design::Motion* const drawn = motion ? &*motion : nullptr;
-    return text_file(path, plot_of(piece, drawn, shown(arguments, felt_span(piece.waveform, drawn))), size_of(piece));
+  if (!suits(form, piece)) {
+    refuse("OUTPUT: " + design::shown(path) + " must end in " + design::listed(design::file_forms(".", true)) +
+           " with --chip 11");
   }
-  const auto write = [&piece, form, audible = arguments.audible](Target& target) {
-    const design::Sink sink = [&](std::string_view bytes) { return target.write(bytes); };
-    if (form == ".wav" && audible) return write_audible_wav(piece.waveform, target);
-    if (form == ".wav") return design::write_wav(piece, sink);
-    (form == ".csv" ? design::write_csv : design::write_codes)(piece, sink);
+  std::shared_ptr<const design::Motion> motion;
+  const bool is_picture = form.name == std::string_view("svg");
+  if (is_picture && arguments.has("--response")) {
+    motion = std::make_shared<const design::Motion>(piece.waveform, arguments.resonator);
+  }
+  const double from_ms = arguments.from_ms;
+  const double to_ms = arguments.to_ms;
+  const design::View view = {motion.get(), arguments.resonator, from_ms, to_ms};
+  if (is_picture && !shown_span(piece, view)) refuse_span(felt_span(piece.waveform, motion.get()));
+  const bool is_audible = arguments.audible && form.name == std::string_view("wav");
+  const auto write = [&piece, &form, view, motion, is_audible](Target& target) {
+    if (is_audible) return write_audible_wav(piece.waveform, target);
+    form.write(piece, view, [&](std::string_view bytes) { return target.write(bytes); });
   };
-  return {path, write, size_of(piece)};
+  return {path, write, size_of(piece.waveform)};
 }
 
 // Warns, then prints a summary where nothing is to be written, or writes every OUTPUT in the form that its ending says,
@@ -160,8 +158,7 @@ void run_pattern(const Arguments& arguments) {
     files.push_back(text_file(arguments.save_path, canonical_json(events),
                               design::counted(static_cast<int64_t>(events.size()), "event")));
   }
-  if (arguments.print_request)
-    files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request().integers)));
+  if (arguments.print_request) files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request())));
   finish(arguments, piece, std::move(files));
 }
 
@@ -224,7 +221,9 @@ void run_compare(const Arguments& arguments) {
   }
   if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, motions))});
   const std::string title = arguments.title.empty() ? "Comparison" : arguments.title;
-  const std::string drawn = comparison_of(title, pieces, motions, shown(arguments, whole));
+  const design::Span shown = design::part_of(whole, arguments.from_ms, arguments.to_ms);
+  if (!(shown.length() > 0)) refuse_span(whole);
+  const std::string drawn = comparison_of(title, pieces, motions, shown);
   write_files({text_file(picture, drawn, design::counted(static_cast<int64_t>(pieces.size()), "waveform"))}, files);
 }
 
@@ -238,7 +237,7 @@ std::vector<Command> commands() {
   const std::string view = "--response --response-hz --from --to --title --strict ";
   const std::string tap = "--level --intensity --in-pattern ";
   const std::string output = "OUTPUT --audible --format " + view;
-  const std::string forms = design::kFormsHelp + std::string(R"(  -     standard output, as --format says
+  const std::string forms = design::forms_help() + std::string(R"(  -     standard output, as --format says
   Without OUTPUT the command tells what there is to know about the waveform.
 
 )");

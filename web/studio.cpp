@@ -13,8 +13,7 @@
 #include "design/advice/summary.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
-#include "design/picture/plot.h"
-#include "design/waveform/forms.h"
+#include "design/picture/forms.h"
 #include "design/waveform/stretch.h"
 
 namespace {
@@ -186,7 +185,7 @@ std::string json_of(const design::Faults& faults, const std::string& file) {
 
 std::string json_of(const design::Piece& piece) {
   const design::Waveform& waveform = piece.waveform;
-  const bool is_stream = piece.is_stream();
+  const bool is_stream = piece.waveform.is_stream;
   const double length_ms = is_stream ? 0 : waveform.length_ms();
   const double pass_ms = is_stream || piece.score == nullptr ? length_ms : piece.score->pass_ms();
   std::string json = R"(,"title":)" + quoted(waveform.title);
@@ -236,37 +235,30 @@ std::string facts_of(int32_t motor) {
          curve(plain) + ',' + curve(boosted) + "]}";
 }
 
-// A form whose length is known before it is made, so that memory need not hold it twice.
+// A form, of which the length is measured before it is kept where it is long: memory need not hold it twice.
 template <class Write>
-std::string collected(Write write) {
+std::string collected(bool measure, Write write) {
   size_t length = 0;
-  write([&](std::string_view bytes) { return length += bytes.size(), true; });
+  if (measure) write([&](std::string_view bytes) { return length += bytes.size(), true; });
   std::string all;
   all.reserve(length);
   write([&](std::string_view bytes) { return all += bytes, true; });
   return all;
 }
 
-std::optional<std::string> picture(Current& current, const design::Resonator& resonator, design::Span shown) {
-  const design::Motion* const motion = resonator.quality == 0 ? nullptr : &current.motion(resonator);
-  shown = design::part_of(felt_span(current.piece().waveform, motion), shown.from, shown.to);
-  if (!(shown.length() > 0)) return std::nullopt;
-  return plot_of(current.piece(), motion, shown);
-}
-
-std::optional<std::string> form_of(Current& current, std::string_view form, const design::Resonator& resonator,
+// Without a quality the response is left out of the picture.
+std::optional<std::string> form_of(Current& current, std::string_view name, const design::Resonator& resonator,
                                    design::Span shown) {
   const design::Piece& piece = current.piece();
-  const auto sunk = [&](auto write) { return collected([&](const design::Sink& sink) { write(piece, sink); }); };
-  if (form == "bin") return sunk(design::write_codes);
-  if (form == "csv") return sunk(design::write_csv);
-  if (form == "summary") return summary_of(piece, resonator.quality == 0 ? design::Resonator() : resonator);
-  if (form == "json" && piece.score != nullptr) return canonical_json(piece.score->events());
-  if (form == "c" && piece.score != nullptr) return design::c_array(piece.score->request().integers);
-  if (piece.is_stream()) return std::nullopt;
-  if (form == "wav") return sunk(design::write_wav);
-  if (form == "svg") return picture(current, resonator, shown);
-  return std::nullopt;
+  const design::Form* const form = design::form_named(name);
+  if (form == nullptr || !suits(*form, piece)) return std::nullopt;
+  const bool has_response = resonator.quality != 0;
+  const design::View view = {.motion = has_response && name == "svg" ? &current.motion(resonator) : nullptr,
+                             .resonator = has_response ? resonator : design::Resonator(),
+                             .from_ms = shown.from,
+                             .to_ms = shown.to};
+  if (name == "svg" && !shown_span(piece, view)) return std::nullopt;
+  return collected(form->in_blocks, [&](const design::Sink& sink) { form->write(piece, view, sink); });
 }
 
 bool is_resonator(double quality, double hz) { return is_in(quality, 1, 1000) && is_in(hz, 0, 2000); }
@@ -345,7 +337,7 @@ const int8_t* studio_extremes(double first, double count, int columns) {
 const double* studio_response(double quality, double hz, double from_ms, double to_ms, int columns) {
   const bool is_sound = is_resonator(quality, hz) && is_in(from_ms, -kFar, kFar) && is_in(to_ms, -kFar, kFar) &&
                         is_in(columns, 0, kMostColumns);
-  if (!is_sound || !studio().current || studio().current->piece().is_stream()) {
+  if (!is_sound || !studio().current || studio().current->piece().waveform.is_stream) {
     refuse();
     return nullptr;
   }

@@ -22,7 +22,8 @@ Piece pattern_piece(std::shared_ptr<const Score> score, const std::string& name)
                        .profile = score->profile(),
                        .length = score->length(),
                        .read = read,
-                       .sections = score->sections()},
+                       .sections = score->sections(),
+                       .is_stream = is_event_stream(score->profile())},
           .score = score,
           .warnings = warnings_of(*score)};
 }

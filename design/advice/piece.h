@@ -19,9 +19,6 @@ struct Piece {
   Waveform waveform;
   std::shared_ptr<const Score> score = nullptr;  // of a pattern
   std::vector<Warning> warnings = {};
-
-  // Its waveform is then the bytes of an event stream, which has no time axis.
-  bool is_stream() const { return score != nullptr && is_event_stream(waveform.profile); }
 };
 
 // A tap of its own, perhaps as weak as inside a pattern. The motor has taps.

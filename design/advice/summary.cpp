@@ -9,7 +9,7 @@
 #include "design/advice/jumps.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
-#include "design/waveform/forms.h"
+#include "design/waveform/samples.h"
 
 namespace design {
 namespace {
@@ -89,7 +89,7 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
     EventLines line(*piece.score, resonator);
     for (const Event& event : piece.score->events()) lines += line.of(event);
   }
-  if (piece.is_stream()) return lines + "  " + size_of(piece) + "\n";
+  if (piece.waveform.is_stream) return lines + "  " + size_of(piece.waveform) + "\n";
   for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response())) {
     lines += text("  %-28s %s\n", name.c_str(), value.c_str());
   }

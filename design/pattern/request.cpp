@@ -69,4 +69,12 @@ Request request_of(std::vector<Event> events, const lrasynth_profile& profile, c
   return request;
 }
 
+std::string c_array(const Request& request) {
+  std::string lines = text("static const int32_t pattern[%zu] = {", request.integers.size());
+  for (size_t i = 0; i < request.integers.size(); ++i) {
+    lines += text("%s%d,", i % LRASYNTH_RECORD_LENGTH == 0 ? "\n    " : " ", request.integers[i]);
+  }
+  return lines + "\n};\n";
+}
+
 }  // namespace design

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "design/pattern/event.h"
@@ -39,5 +40,8 @@ struct Request {
 // whole millisecond would be cut; an empty vibration at its end then stands last instead. It must not start beyond the
 // limit. One pass ends without it where its furthest vibration does; more than one cannot do without.
 Request request_of(std::vector<Event> events, const lrasynth_profile& profile, const Playback& playback);
+
+// The integers for a C host.
+std::string c_array(const Request& request);
 
 }  // namespace design

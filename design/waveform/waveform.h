@@ -47,6 +47,7 @@ struct Waveform {
   // Fills the window from that sample on, which lies inside the waveform.
   std::function<void(int64_t first, std::span<uint8_t> window)> read;
   std::vector<Section> sections = {};
+  bool is_stream = false;  // the bytes of an event stream, which has no time axis, in place of samples
 
   double ms_of(int64_t sample) const { return static_cast<double>(sample) * 1000.0 / profile.sample_rate; }
   int64_t sample_at(double ms) const { return static_cast<int64_t>(ms * profile.sample_rate / 1000.0); }

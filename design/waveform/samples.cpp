@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Text forms of samples and requests, and the samples as they are.
-#include "design/waveform/forms.h"
+// Samples and event streams as bytes of files.
+#include "design/waveform/samples.h"
 
 #include <charconv>
 #include <span>
@@ -58,21 +58,21 @@ std::string stream_csv(const std::vector<uint8_t>& stream) {
 
 }  // namespace
 
-void write_csv(const Piece& piece, const Sink& sink) {
-  if (piece.is_stream()) {
-    std::vector<uint8_t> stream(static_cast<size_t>(piece.waveform.length));
-    piece.waveform.read(0, stream);
+void write_csv(const Waveform& waveform, const Sink& sink) {
+  if (waveform.is_stream) {
+    std::vector<uint8_t> stream(static_cast<size_t>(waveform.length));
+    waveform.read(0, stream);
     sink(stream_csv(stream));
     return;
   }
   sink("sample,time_ms,code,amplitude\n");
-  for_blocks(piece.waveform, [&](int64_t first, std::span<const uint8_t> codes) {
-    return sink(csv_lines(first, codes, piece.waveform.profile.sample_rate));
+  for_blocks(waveform, [&](int64_t first, std::span<const uint8_t> codes) {
+    return sink(csv_lines(first, codes, waveform.profile.sample_rate));
   });
 }
 
-void write_codes(const Piece& piece, const Sink& sink) {
-  for_blocks(piece.waveform, [&](int64_t, std::span<const uint8_t> codes) {
+void write_codes(const Waveform& waveform, const Sink& sink) {
+  for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {
     return sink({reinterpret_cast<const char*>(codes.data()), codes.size()});
   });
 }
@@ -86,9 +86,9 @@ std::string wav_head(int32_t sample_rate, int64_t samples) {
          little_endian(bytes, 4);
 }
 
-void write_wav(const Piece& piece, const Sink& sink) {
-  sink(wav_head(piece.waveform.profile.sample_rate, piece.waveform.length));
-  for_blocks(piece.waveform, [&](int64_t, std::span<const uint8_t> codes) {
+void write_wav(const Waveform& waveform, const Sink& sink) {
+  sink(wav_head(waveform.profile.sample_rate, waveform.length));
+  for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {
     std::string samples;
     samples.reserve(2 * codes.size());
     for (const uint8_t code : codes) samples.append({'\0', static_cast<char>(code)});
@@ -96,18 +96,10 @@ void write_wav(const Piece& piece, const Sink& sink) {
   });
 }
 
-std::string size_of(const Piece& piece) {
-  const int64_t length = piece.waveform.length;
-  if (piece.is_stream()) return counted(length, "byte") + " of event stream";
-  return counted(length, "sample") + text(", %.1f ms", piece.waveform.length_ms());
-}
-
-std::string c_array(const std::vector<int32_t>& request) {
-  std::string lines = text("static const int32_t pattern[%zu] = {", request.size());
-  for (size_t i = 0; i < request.size(); ++i) {
-    lines += text("%s%d,", i % LRASYNTH_RECORD_LENGTH == 0 ? "\n    " : " ", request[i]);
-  }
-  return lines + "\n};\n";
+std::string size_of(const Waveform& waveform) {
+  const int64_t length = waveform.length;
+  if (waveform.is_stream) return counted(length, "byte") + " of event stream";
+  return counted(length, "sample") + text(", %.1f ms", waveform.length_ms());
 }
 
 }  // namespace design
