@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the commands take, and how it is refused.
+// What a command is given, and how it is refused.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -51,18 +51,19 @@ struct Arguments {
   std::vector<lrasynth_profile> profiles() const;
 };
 
+class Options;
+
 struct Command {
   const char* name;
   const char* help;
-  std::string options;  // the names of those that it takes, a space behind each; with FILES, they may be lists
+  void (*declare)(Options& options);
+  bool takes_lists;  // of motors, chips and boost settings
   std::string footer;
   void (*run)(const Arguments& arguments);
 };
 
 // All there are.
 std::vector<Command> commands();
-
-void add_command(CLI::App& app, const Command& command, Arguments& arguments);
 
 // What makes a shell complete the command's words: of bash, zsh or fish, from all that is declared.
 std::string completion_for(const std::string& shell, const CLI::App& app);

@@ -15,6 +15,7 @@
 #include "design/picture/forms.h"
 #include "design/picture/plot.h"
 #include "design/picture/sheet.h"
+#include "options.h"
 
 namespace command {
 namespace {
@@ -77,7 +78,11 @@ std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
 
 design::Piece pattern_piece(const Arguments& arguments, const lrasynth_profile& profile, const PatternText& pattern) {
   auto [file, piece] = design::read_piece(profile, arguments.playback, pattern.json, pattern.name);
-  if (!piece) refuse(CLI::detail::join(file.faults.lines(shown_path(pattern.path)), "\n"));
+  if (!piece) {
+    std::string lines;
+    for (const std::string& line : file.faults.lines(shown_path(pattern.path))) lines += line + '\n';
+    refuse(lines);
+  }
   return std::move(*piece);
 }
 
@@ -231,32 +236,71 @@ void run_completion(const Arguments& arguments) {
   write_files({text_file(kStandardOutput, completion_for(arguments.shell, *arguments.command->get_parent()))});
 }
 
+// What each command takes.
+
+void declare_tap(Options& options) {
+  options.motor();
+  options.chip();
+  options.tap();
+  options.output();
+}
+
+void declare_pattern(Options& options) {
+  options.pattern_file();
+  options.motor();
+  options.chip();
+  options.boost();
+  options.passes();
+  options.saving();
+  options.output();
+}
+
+void declare_tone(Options& options) {
+  options.tone();
+  options.chip();
+  options.output();
+}
+
+void declare_sheet(Options& options) {
+  options.picture_file();
+  options.motor();
+  options.chip();
+  options.boost();
+  options.levels();
+  options.picture_view();
+}
+
+void declare_compare(Options& options) {
+  options.pattern_files();
+  options.motor();
+  options.chip();
+  options.boost();
+  options.tap();
+  options.view();
+}
+
+void declare_completion(Options& options) { options.shell(); }
+
 }  // namespace
 
 std::vector<Command> commands() {
-  const std::string view = "--response --response-hz --from --to --title --strict ";
-  const std::string tap = "--level --intensity --in-pattern ";
-  const std::string output = "OUTPUT --audible --format " + view;
-  const std::string forms = design::forms_help() + std::string(R"(  -     standard output, as --format says
+  const std::string forms = design::forms_help() + R"(  -     standard output, as --format says
   Without OUTPUT the command tells what there is to know about the waveform.
 
-)");
+)";
   const std::string example = "Example:\n  lrasynth ";
   return {
-      {"tap", "Render one tap", "--motor --chip " + tap + output,
+      {"tap", "Render one tap", declare_tap, false,
        forms + example + "tap --level 50 --intensity 80 --response tap.svg", run_tap},
-      {"pattern", "Render a pattern of timed events",
-       "FILE --motor --chip --boost --loop --interval --limit --save --print-request " + output,
+      {"pattern", "Render a pattern of timed events", declare_pattern, false,
        design::kPatternHelp + forms + example +
            "pattern heartbeat.json --loop 3 --interval 200 heartbeat.wav heartbeat.svg",
        run_pattern},
-      {"tone", "Render a sine burst", "--frequency --half-periods --amplitude --chip " + output,
+      {"tone", "Render a sine burst", declare_tone, false,
        forms + example + "tone --frequency 170 --half-periods 20 --amplitude 100 --audible tone.wav", run_tone},
-      {"sheet", "Draw a motor model's taps and curves",
-       "PICTURE --motor --chip --boost --levels --intensity --in-pattern --title --strict ",
+      {"sheet", "Draw a motor model's taps and curves", declare_sheet, false,
        example + "sheet --motor 1040 --levels 0,20,40,60,80,100 sheet.svg", run_sheet},
-      {"compare", "Draw patterns or a tap on several motors, chips, boost settings",
-       "FILES --motor --chip --boost " + tap + view,
+      {"compare", "Draw patterns or a tap on several motors, chips, boost settings", declare_compare, true,
        R"(Motors, chips and boost settings may be lists, separated by commas; 12 waveforms at most.
 Without an .svg file the numbers are printed as a table.
 
@@ -264,7 +308,7 @@ Examples:
   lrasynth compare --level 30 --motor 832,1040,9595 taps.svg
   lrasynth compare old.json new.json --motor 832 --boost on,off patterns.svg)",
        run_compare},
-      {"completion", "Print what makes a shell complete these words", "SHELL ",
+      {"completion", "Print what makes a shell complete these words", declare_completion, false,
        "Example:\n  lrasynth completion bash > ~/.local/share/bash-completion/completions/lrasynth", run_completion},
   };
 }

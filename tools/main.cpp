@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <sstream>
@@ -11,6 +12,7 @@
 
 #include "arguments.h"
 #include "design/base/text.h"
+#include "options.h"
 
 namespace command {
 namespace {
@@ -28,9 +30,11 @@ std::vector<std::string> words_of(int argc, const char* const* argv) {
   std::vector<std::string> words;
   for (int i = 1; i < argc; ++i) {
     const std::string next = i + 1 < argc ? argv[i + 1] : "";
-    double number = 0;
+    char* end = nullptr;
+    std::strtod(next.c_str(), &end);
+    const bool is_number = !next.empty() && *end == '\0';
     words.emplace_back(argv[i]);
-    if (words.back() == "--response" && !CLI::detail::lexical_cast(next, number)) words.back() += "=20";
+    if (words.back() == "--response" && !is_number) words.back() += "=20";
   }
   std::reverse(words.begin(), words.end());  // as CLI11 takes them
   return words;
@@ -88,6 +92,16 @@ std::string words_of(const CLI::App& app, const CLI::ParseError& error, const st
   const size_t flag = said.find(" was given a disallowed flag override");
   return flag != said.npos ? "--" + said.substr(0, flag) + ": takes no value"
                            : said.substr(0, said.find(':')) + ": takes one value";
+}
+
+void add_command(CLI::App& app, const Command& command, Arguments& arguments) {
+  CLI::App& called = *app.add_subcommand(command.name, command.help)->footer(command.footer);
+  Options options(called, arguments, command.takes_lists);
+  command.declare(options);
+  called.callback([&called, &arguments, run = command.run] {
+    arguments.command = &called;
+    run(arguments);
+  });
 }
 
 int run(int argc, const char* const* argv) {
