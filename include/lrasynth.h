@@ -600,8 +600,9 @@ int64_t lrasynth_pattern_length(const lrasynth_profile *profile, const lrasynth_
 
 /** Reads a window of a long signal into out, count bytes. Returns how many samples were written, or an error as
  * lrasynth_pattern_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW, or LRASYNTH_ERROR_NULL_POINTER for out, which may be null
- * where nothing is to be written. Finding the events of a window takes a few nanoseconds for each integer of the
- * request. */
+ * where nothing is to be written. Every call looks through the whole request, a fraction of a nanosecond for each
+ * integer where records are laid end to end: 120 records that play once, read in windows of 256, cost at most four
+ * times the whole read at once; up to eight times where all are stored bursts, which are cheap themselves. */
 int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int64_t first,
                               uint8_t *out, int64_t count);
 

@@ -45,7 +45,7 @@ Fault fault_of_times(const Profile& profile, const Record& record, int32_t limit
   if (record.start_ms < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 1};
   if (continuous && record.duration_ms < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 4};
   if (profile.streams()) return kNoFault;
-  const int64_t per_ms = profile.rate.per_ms();
+  const int64_t per_ms = profile.rate.per_ms;
   if (per_ms * end_in_ms(profile, record) > kMostSamples) return {LRASYNTH_ERROR_HUGE_TIME, 1};
   const bool late = per_ms * record.start_ms > limit_in_samples(profile.rate, limit_ms);
   return continuous && late ? Fault{LRASYNTH_ERROR_LATE_EVENT, 1} : kNoFault;
@@ -82,7 +82,7 @@ Fault fault_of_samples(const Profile& profile, const Request& request, const lra
     const Record last = request.record(length - LRASYNTH_RECORD_LENGTH);
     if (end_in_ms(profile, request.record(at)) > end_in_ms(profile, last)) return {LRASYNTH_ERROR_LAST_RECORD, at};
   }
-  const bool fits = std::llabs(int64_t{profile.rate.per_ms()} * pattern.interval_ms) <= kMostSamples;
+  const bool fits = std::llabs(int64_t{profile.rate.per_ms} * pattern.interval_ms) <= kMostSamples;
   if (!fits) return {LRASYNTH_ERROR_HUGE_TIME, length};
   const LongSignal signal(profile, request, pattern.loop_count, pattern.interval_ms);
   return {signal.refusal(kNoLimit), length};
@@ -106,7 +106,7 @@ Fault fault_of_stream(const Request& request, int32_t loop_count) {
 
 Fault fault_of(const Profile& profile, const lrasynth_pattern& pattern) {
   if (pattern.records == nullptr && pattern.length > 0) return {LRASYNTH_ERROR_NULL_POINTER, 0};
-  if (profile.rate.per_ms() < 1 && !profile.streams()) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
+  if (profile.rate.per_ms < 1 && !profile.streams()) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
   const Request request(pattern.records, pattern.length);
   for (int32_t at = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
     if (const Fault fault = fault_of_layout(request, at); fault.error != 0) return fault;
