@@ -534,7 +534,8 @@ typedef struct lrasynth_profile {
 typedef struct lrasynth_pattern {
   const int32_t *records; /**< Integers, 17 to a record, as getLongSignalData takes them. */
   int32_t length;         /**< Number of integers. */
-  int32_t loop_count;     /**< How often it plays; 1 and less: once. */
+  int32_t loop_count;     /**< How often it plays; 1 and less: once. For an event stream at least 1: its header has
+                               the time of one pass times this number, whatever it is. */
   int32_t interval_ms;    /**< Silence between two passes. Negative: the next one begins before the pass ends, and what
                                is left of the pass repeats up to the end of the last one. */
   int32_t limit_ms;       /**< Latest start of a continuous vibration. Does not wrap; negative: no limit. */
@@ -555,19 +556,22 @@ typedef struct lrasynth_pattern {
 
 /** What only lrasynth_pattern_check finds.
  * @{ */
-#define LRASYNTH_ERROR_LENGTH (-16)            /**< The number of integers is no multiple of 17. */
+#define LRASYNTH_ERROR_LENGTH (-16)            /**< The number of integers is negative, or no multiple of 17. */
 #define LRASYNTH_ERROR_NO_RECORD (-17)         /**< An integer that should be a type is none. */
 #define LRASYNTH_ERROR_INCOMPLETE_RECORD (-18) /**< A record that does not fit into the array. */
 #define LRASYNTH_ERROR_READS_AS_RECORD (-19)   /**< A parameter of the value of a type. */
 #define LRASYNTH_ERROR_NEGATIVE_TIME (-20)     /**< A start or duration. */
-#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< An event that ends beyond 2^31 - 1 samples. */
+#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< An event or interval that reaches beyond 2^31 - 1 samples. */
 #define LRASYNTH_ERROR_POINTS_BACKWARDS (-22)  /**< A point before the one that it follows. */
 #define LRASYNTH_ERROR_POINTS_SPAN (-23)       /**< The points do not span the duration. */
 #define LRASYNTH_ERROR_FULL_SCALE (-24)        /**< An amplitude beyond full scale, or a tap beyond 100 %. */
 #define LRASYNTH_ERROR_LAST_RECORD (-25)       /**< The last record is not the event that ends last. */
 #define LRASYNTH_ERROR_STREAM_ORDER (-26)      /**< Records of an event stream not in ascending order of start. */
 #define LRASYNTH_ERROR_STREAM_TIME (-27)       /**< A time beyond the 16 bits of an event stream. */
-#define LRASYNTH_ERROR_SAMPLE_RATE (-28)       /**< A sample rate below 1000. */
+#define LRASYNTH_ERROR_SAMPLE_RATE (-28)       /**< A sample rate below 12000, or no multiple of 1000. */
+#define LRASYNTH_ERROR_STREAM_STRENGTH (-29)   /**< A strength beyond the 8 bits of an event stream. */
+#define LRASYNTH_ERROR_OFFSET (-30)            /**< A frequency offset beyond -50..50. */
+#define LRASYNTH_ERROR_STREAM_LOOPS (-31)      /**< A loop count of an event stream below 1. */
 /** @} */
 
 /** LRASYNTH_VERSION of the library that runs, which may be newer than that of the header. */
@@ -611,8 +615,9 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  *
  * @verbatim
  *     LRASYNTH_ERROR_...   index of                                           what
- *     NULL_POINTER         0
+ *     NULL_POINTER         0: also where lrasynth_pattern_length gives it
  *     SAMPLE_RATE          0                                                  (samples)
+ *     LENGTH               0: negative, or null with fewer than 17 integers
  *   record by record:
  *     NO_RECORD            the integer where a record should begin
  *     LENGTH               the same, with fewer than 17 integers left
@@ -627,18 +632,36 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  *   point by point:
  *     POINTS_BACKWARDS     the time
  *     FULL_SCALE           the intensity: an amplitude beyond -127..127
+ *     OFFSET               the offset                                         (samples)
  *   then:
  *     POINTS_SPAN          the time of point 4: from point 1 it is not the duration
- *     LAST_RECORD          the type of the event that ends later              (samples, in whole ms)
- *     HUGE_TIME            the number of integers: the interval               (samples)
+ *     LAST_RECORD          the type of the first event that ends later than   (samples, in whole ms)
+ *                          the last record
+ *     HUGE_TIME            the number of integers: the interval               (samples, where a pass repeats)
  *     EARLY_COPY           the number of integers                             (samples)
+ *   record by record:
  *     STREAM_ORDER         the start                                          (event stream)
- *     STREAM_TIME          the start, the duration, or, of the total, the     (event stream)
- *                          number of integers
+ *     STREAM_TIME          the start, the duration                            (event stream)
+ *     STREAM_STRENGTH      the intensity that is sent: of a vibration, the    (event stream)
+ *                          one of point 2
+ *   then:
+ *     STREAM_TIME          the number of integers: the total                  (event stream)
+ *     STREAM_LOOPS         the number of integers                             (event stream)
  * @endverbatim
  *
- * A request without a fault plays as its author wrote it on this profile: nothing is passed over or wrapped, and
- * nothing cut but a tap at the end of a pass by less than a millisecond, and passes that overlap. */
+ * A request without a fault plays as its author wrote it on this profile: nothing is passed over, clamped, wrapped or
+ * cut, but for what patterns and signals are like:
+ *   - Of events that overlap the later one plays, and may cover another whole; passes that overlap cut one another. A
+ *     tap at the end of a pass loses less than a millisecond.
+ *   - A tap driven at 100 % on motor 1040 can have single samples of 128 at its positive peaks: see getShortSignalData.
+ *     Levels outside 0..100 have the frequency of the nearest level there. On an unknown motor offsets shift nothing.
+ *   - Only at 24000 samples a second does the envelope run along a quarter sine, and reach the next point. At 12000 it
+ *     goes there and back; between the two it goes back in part; above, it stops short. At every rate but 24000 stored
+ *     bursts take longer or shorter.
+ *   - The carrier's single-precision phase adds noise in long segments: about one percent of the amplitude two minutes
+ *     behind a point, and ten behind it in ten minutes.
+ *   - An event stream holds of a vibration its start, its duration and the intensity of point 2, of a tap its start
+ *     and its intensity, and of the pattern how often it plays: no interval and no limit. */
 int32_t lrasynth_pattern_check(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int32_t *index);
 
 /** One of the four points of a continuous vibration. */

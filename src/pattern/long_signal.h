@@ -36,6 +36,7 @@ class LongSignal {
   // Why it cannot be drawn under a limit, as one of the public header's errors, or 0.
   int32_t refusal(int64_t limit_samples) const;
 
+  bool repeats() const { return repetition_.copies > 0; }
   bool has_vibration() const { return latest_vibration_start_ != kNever; }
 
   // Samples up to the end of whatever may be drawn.

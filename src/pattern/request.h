@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "lrasynth.h"
+#include "profile/profile.h"
 
 namespace lrasynth {
 
@@ -91,5 +92,10 @@ class Types {
   int32_t places_;
   int32_t step_ = LRASYNTH_RECORD_LENGTH;
 };
+
+// Whether records are missing of which something would be read: of samples, whole ones only.
+inline bool lacks_records(const Profile& profile, const lrasynth_pattern& pattern) {
+  return pattern.records == nullptr && pattern.length >= (profile.streams() ? 1 : LRASYNTH_RECORD_LENGTH);
+}
 
 }  // namespace lrasynth
