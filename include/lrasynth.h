@@ -17,10 +17,11 @@
  *
  * ## Terms
  *   - Sample code: one output byte, a two's-complement amplitude: 0 is rest, 1..127 push one way, 255 (weakest) down to
- *     129 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
+ *     128 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
  *   - Offset value: the float 128 + amplitude from which a sample code is made; 128 is rest.
  *   - Level: 0..100, the character of a tap: it selects frequency and shape. 50 is the motor's resonance.
- *   - Intensity: strength in percent of full scale, nominally 0..100. Never clamped.
+ *   - Intensity: strength in percent, nominally 0..100, never clamped. For a tap, of full scale. Continuous vibration
+ *     is also weighed by its frequency offset (getIntensityMax): 100 at offset 0 on motor 1040 peaks at 33 of 127.
  *   - Frequency offset: a shift around the motor's base frequency for continuous vibration, effective range -50..50.
  *
  * ## Promises
@@ -43,6 +44,8 @@
 #include <stdint.h>
 
 /** Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
+ * In the shared library the functions that begin with lrasynth_ have the symbol version LRASYNTH_1.1, all other names
+ * LRASYNTH_1 (for dlvsym).
  * @{ */
 #define LRASYNTH_VERSION_MAJOR 1
 #define LRASYNTH_VERSION_MINOR 1
@@ -86,7 +89,9 @@ extern "C" {
  * Process-wide settings that every other call reads. Set them before the first request and do not change them between a
  * length call and its data call, nor while another thread renders.
  *
- * The variables may be read and written directly; any value is safe.
+ * The variables may be read and written directly; any value is safe. What a host has as a global of one of these names,
+ * of whatever type, the dynamic linker takes for the library's variable: make it static or hidden. The functions that
+ * begin with lrasynth_ neither read nor write them.
  * @{ */
 
 extern int32_t IC_TYPE;     /**< Chip type, 0 at load. */
@@ -138,14 +143,15 @@ float wave_reverse(float offsetValue);
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup frequency Frequency curves
  * Level or frequency offset to whole hertz, piecewise linear and tuned per motor model. The results are truncated
- * toward zero.
+ * toward zero and saturate.
  * @{ */
 
 /** Drive frequency in Hz of a level, clamped to 0..100, for the profile's motor; for an unknown motor the clamped level
  * itself. */
 int32_t getFrequency(int32_t level);
 
-/** Each motor model's level curve, whatever the profile says; the level is not clamped.
+/** Each motor model's level curve, whatever the profile says; the level is not clamped. It counts from 50 on, 32-bit,
+ * so that levels below INT32_MIN + 50 wrap to the curve's other end.
  * @{ */
 int32_t getFrequency_0832_ShortData(int32_t level);
 int32_t getFrequency_1040_ShortData(int32_t level);
@@ -176,8 +182,9 @@ float getFrequencyStepValue(int32_t fromHz, int32_t toHz, int32_t stepCount);
 /** @defgroup intensity Intensity curves
  * @{ */
 
-/** Intensity in percent at which a tap of this level is driven inside a long signal: on motor 1040 the level band's
- * share of it (a tenth for the lowest levels, all of it above 70), on every other motor the intensity unchanged. */
+/** Intensity in percent at which a tap of this level is driven inside a long signal (sample output): on motor 1040 the
+ * level band's share of it (a tenth for the lowest levels, all of it above 70), on every other motor the intensity
+ * unchanged. */
 int32_t getIntensity(int32_t level, int32_t intensity);
 
 /** The same for a fixed motor model; 832 and 9595 return the intensity unchanged.
@@ -215,7 +222,8 @@ int32_t getShortSignalDataLength(int32_t level);
  * a motor model with taps; -1, nothing written, for a model without taps or a null out.
  *
  * On motor 1040 an intensity of 100 can code single samples at the positive peak as 128, which a driver reads as -128;
- * 99 never does. Inside a pattern a tap plays at its level band's share of the intensity: see getIntensity. */
+ * 99 never does. Inside a pattern (sample output) a tap plays at its level band's share of the intensity: see
+ * getIntensity. */
 int32_t getShortSignalData(int32_t level, int32_t intensity, uint8_t *out);
 
 /** The same with the routing of motor 1040; frequencies still follow the profile's motor. Data returns 0, or -1 for a
@@ -453,10 +461,10 @@ int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const i
  * the intensity of its point 2. intervalMs and limitMs are not read.
  *
  * Returns 0: everything was drawn, but for what is cut as said above, records that do not fit into the array and taps
- * that the motor does not have; none of these is reported. Returns -1 with nothing written for a null pointer, an event
- * that starts before the pattern, a negative interval that would start copies before the buffer, and a size beyond
- * 2^31 - 1; -1 with the continuous vibrations before it drawn when one starts beyond the limit. F0 is set to the
- * motor's resonant frequency when there is a continuous vibration to draw or to find too late. */
+ * that the motor does not have; none of these is reported. Returns -1 with nothing written for a null pointer and a
+ * size beyond 2^31 - 1, in sample output also for an event that starts before the pattern and a negative interval that
+ * would start copies before the buffer; -1 with the continuous vibrations before it drawn when one starts beyond the
+ * limit. F0 becomes the motor's resonant frequency when there is a continuous vibration to draw or to find too late. */
 int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, uint8_t *out,
                           int32_t patternLen, int32_t limitMs);
 
@@ -513,9 +521,11 @@ int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float
  *     if (n < 0) puts(lrasynth_error_text(n));
  *
  * The windows of a waveform put together are the bytes that getShortSignalData and getLongSignalData write into a
- * cleared buffer under the same profile and limit, wherever these return 0 and write anything; with
- * LRASYNTH_CHIP_EVENT_STREAM the event stream, to which neither interval nor limit applies. As there, a tap inside a
+ * cleared buffer under the same profile and limit, wherever these return 0 and write anything. As there, a tap inside a
  * pattern plays at its level's share of the intensity (getIntensity).
+ *
+ * With LRASYNTH_CHIP_EVENT_STREAM they are the event stream. It sends a tap's intensity as it is, knows neither
+ * interval nor limit, and is refused neither for them nor for an event that starts before the pattern.
  *
  * What cannot be served is refused with a negative number that says why (LRASYNTH_ERROR_...), by the functions of
  * length and of reading alike, and nothing is written. Of several causes it is the first in the order of the function's
@@ -549,9 +559,9 @@ typedef struct lrasynth_pattern {
 #define LRASYNTH_ERROR_NEGATIVE_WINDOW (-2) /**< first or count is negative. */
 #define LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS (-3)
 #define LRASYNTH_ERROR_LEVEL_WITHOUT_TAP (-4)
-#define LRASYNTH_ERROR_EARLY_EVENT (-5) /**< An event starts before the pattern. */
-#define LRASYNTH_ERROR_LATE_EVENT (-6)  /**< A continuous vibration starts later than the limit. */
-#define LRASYNTH_ERROR_EARLY_COPY (-7)  /**< The interval would start a pass before the first one. */
+#define LRASYNTH_ERROR_EARLY_EVENT (-5) /**< An event starts before the pattern (samples). */
+#define LRASYNTH_ERROR_LATE_EVENT (-6)  /**< A continuous vibration starts later than the limit (samples). */
+#define LRASYNTH_ERROR_EARLY_COPY (-7)  /**< The interval would start a pass before the first one (samples). */
 /** @} */
 
 /** What only lrasynth_pattern_check finds.
@@ -596,10 +606,10 @@ int64_t lrasynth_tap_read(const lrasynth_profile *profile, int32_t level, int32_
                           uint8_t *out, int64_t count);
 
 /** Length of a long signal with all its passes in samples (an event stream: in bytes), or one of
- * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_EARLY_COPY, LRASYNTH_ERROR_LATE_EVENT. An
- * array of fewer than 17 integers (an event stream: of none) is empty and may be null. Where getLongSignalBufferLength
- * has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a pass, and the interval, are 32-bit in
- * samples. */
+ * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_EARLY_COPY, LRASYNTH_ERROR_LATE_EVENT (of an
+ * event stream, the first alone). An array of fewer than 17 integers (an event stream: of none) is empty and may be
+ * null. Where getLongSignalBufferLength has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a
+ * pass, and the interval, are 32-bit in samples. */
 int64_t lrasynth_pattern_length(const lrasynth_profile *profile, const lrasynth_pattern *pattern);
 
 /** Reads a window of a long signal into out, count bytes. Returns how many samples were written, or an error as
