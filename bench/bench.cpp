@@ -44,10 +44,25 @@ Request mixed() {
   return request;
 }
 
-Request one_tap() {
-  Request tap = {4097, 0, 100, 50};
+Request one_tap(int32_t start_ms = 0) {
+  Request tap = {4097, start_ms, 100, 50};
   tap.resize(17);
   return tap;
+}
+
+// As many as a busy pattern has, one behind the other.
+constexpr int32_t kMany = 120;
+
+Request many_taps() {
+  Request request;
+  for (int32_t i = 0; i < kMany; ++i) request = request + one_tap(17 * i);
+  return request;
+}
+
+Request many_vibrations(int32_t duration_ms) {
+  Request request;
+  for (int32_t i = 0; i < kMany; ++i) request = request + fade_and_chirp(duration_ms * i, duration_ms);
+  return request;
 }
 
 int32_t size_of(const Request& request) { return static_cast<int32_t>(request.size()); }
@@ -99,12 +114,11 @@ Case event_stream_case() {
           }};
 }
 
-// A minute read in windows of one size.
-Case windows_case(int32_t window) {
-  const Request request = fade_and_chirp(0, 60000);
-  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
-  const int32_t samples = 60 * 24000;
-  return {"fades_and_chirps_60s_by_" + std::to_string(window), samples, [=](uint8_t* out) {
+// A pattern read in windows of one size.
+Case windows_case(const std::string& name, const Request& request, int32_t window) {
+  const int32_t samples = getLongSignalBufferLength(1, 0, request.data(), size_of(request));
+  return {name + "_by_" + std::to_string(window), samples, [=](uint8_t* out) {
+            const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
             const lrasynth_pattern pattern = {request.data(), size_of(request), 1, 0, LRASYNTH_NO_LIMIT};
             for (int64_t at = 0, n = 1; n > 0; at += n) {
               n = lrasynth_pattern_read(&profile, &pattern, at, out, window);
@@ -112,23 +126,31 @@ Case windows_case(int32_t window) {
           }};
 }
 
+const char* const kManyRecords[] = {"taps_120", "vibrations_120_5ms", "vibrations_120_20ms", "vibrations_120_100ms"};
+
 std::vector<Case> cases() {
-  return {pattern_case("steady_10ms", steady(10)),
-          pattern_case("steady_1s", steady(1000)),
-          pattern_case("steady_60s", steady(60000)),
-          pattern_case("fades_and_chirps_1s", fade_and_chirp(0, 1000)),
-          pattern_case("fades_and_chirps_10s", fade_and_chirp(0, 10000)),
-          pattern_case("fades_and_chirps_60s", fade_and_chirp(0, 60000)),
-          windows_case(1024),
-          windows_case(256),
-          pattern_case("mixed_10s", mixed()),
-          pattern_case("pattern_of_one_tap", one_tap()),
-          tap_case(1040, 10),
-          tap_case(1040, 50),
-          tap_case(1040, 90),
-          tap_case(832, 50),
-          tap_case(9595, 50),
-          event_stream_case()};
+  std::vector<Case> all = {pattern_case("steady_10ms", steady(10)),
+                           pattern_case("steady_1s", steady(1000)),
+                           pattern_case("steady_60s", steady(60000)),
+                           pattern_case("fades_and_chirps_1s", fade_and_chirp(0, 1000)),
+                           pattern_case("fades_and_chirps_10s", fade_and_chirp(0, 10000)),
+                           pattern_case("fades_and_chirps_60s", fade_and_chirp(0, 60000)),
+                           windows_case("fades_and_chirps_60s", fade_and_chirp(0, 60000), 1024),
+                           windows_case("fades_and_chirps_60s", fade_and_chirp(0, 60000), 256),
+                           pattern_case("mixed_10s", mixed()),
+                           pattern_case("pattern_of_one_tap", one_tap()),
+                           tap_case(1040, 10),
+                           tap_case(1040, 50),
+                           tap_case(1040, 90),
+                           tap_case(832, 50),
+                           tap_case(9595, 50),
+                           event_stream_case()};
+  const Request many[] = {many_taps(), many_vibrations(5), many_vibrations(20), many_vibrations(100)};
+  for (std::size_t i = 0; i < std::size(many); ++i) {
+    all.push_back(pattern_case(kManyRecords[i], many[i]));
+    all.push_back(windows_case(kManyRecords[i], many[i], 256));
+  }
+  return all;
 }
 
 template <class Body>
@@ -162,13 +184,17 @@ class Ratios : public benchmark::ConsoleReporter {
   }
 
   void print(const std::vector<Case>& all) const {
-    std::printf("\n%-26s %10s %14s\n", "", "ns/sample", "2 sines / ours");
+    std::printf("\n%-28s %10s %14s\n", "", "ns/sample", "2 sines / ours");
     for (const Case& c : all) {
       const double ours = of(c.name + "/lrasynth");
-      std::printf("%-26s %10.2f %14.1f\n", c.name.c_str(), ours / c.samples, of(c.name + "/two_sines") / ours);
+      std::printf("%-28s %10.2f %14.1f\n", c.name.c_str(), ours / c.samples, of(c.name + "/two_sines") / ours);
     }
     std::printf("\npattern_of_one_tap over tap_1040_50: %.0f ns\n",
                 of("pattern_of_one_tap/lrasynth") - of("tap_1040_50/lrasynth"));
+    for (const std::string name : kManyRecords) {
+      std::printf("%s by 256: %.1f times the whole\n", name.c_str(),
+                  of(name + "_by_256/lrasynth") / of(name + "/lrasynth"));
+    }
   }
 
  private:

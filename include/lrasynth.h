@@ -17,10 +17,11 @@
  *
  * ## Terms
  *   - Sample code: one output byte, a two's-complement amplitude: 0 is rest, 1..127 push one way, 255 (weakest) down to
- *     129 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
+ *     128 (strongest) the other way. Sine waveforms start with 0 and code later rest as 255.
  *   - Offset value: the float 128 + amplitude from which a sample code is made; 128 is rest.
  *   - Level: 0..100, the character of a tap: it selects frequency and shape. 50 is the motor's resonance.
- *   - Intensity: strength in percent of full scale, nominally 0..100. Never clamped.
+ *   - Intensity: strength in percent, nominally 0..100, never clamped. For a tap, of full scale. Continuous vibration
+ *     is also weighed by its frequency offset (getIntensityMax): 100 at offset 0 on motor 1040 peaks at 33 of 127.
  *   - Frequency offset: a shift around the motor's base frequency for continuous vibration, effective range -50..50.
  *
  * ## Promises
@@ -43,6 +44,8 @@
 #include <stdint.h>
 
 /** Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
+ * In the shared library the functions that begin with lrasynth_ have the symbol version LRASYNTH_1.1, all other names
+ * LRASYNTH_1 (for dlvsym).
  * @{ */
 #define LRASYNTH_VERSION_MAJOR 1
 #define LRASYNTH_VERSION_MINOR 1
@@ -86,7 +89,9 @@ extern "C" {
  * Process-wide settings that every other call reads. Set them before the first request and do not change them between a
  * length call and its data call, nor while another thread renders.
  *
- * The variables may be read and written directly; any value is safe.
+ * The variables may be read and written directly; any value is safe. What a host has as a global of one of these names,
+ * of whatever type, the dynamic linker takes for the library's variable: make it static or hidden. The functions that
+ * begin with lrasynth_ neither read nor write them.
  * @{ */
 
 extern int32_t IC_TYPE;     /**< Chip type, 0 at load. */
@@ -138,14 +143,15 @@ float wave_reverse(float offsetValue);
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup frequency Frequency curves
  * Level or frequency offset to whole hertz, piecewise linear and tuned per motor model. The results are truncated
- * toward zero.
+ * toward zero and saturate.
  * @{ */
 
 /** Drive frequency in Hz of a level, clamped to 0..100, for the profile's motor; for an unknown motor the clamped level
  * itself. */
 int32_t getFrequency(int32_t level);
 
-/** Each motor model's level curve, whatever the profile says; the level is not clamped.
+/** Each motor model's level curve, whatever the profile says; the level is not clamped. It counts from 50 on, 32-bit,
+ * so that levels below INT32_MIN + 50 wrap to the curve's other end.
  * @{ */
 int32_t getFrequency_0832_ShortData(int32_t level);
 int32_t getFrequency_1040_ShortData(int32_t level);
@@ -176,8 +182,9 @@ float getFrequencyStepValue(int32_t fromHz, int32_t toHz, int32_t stepCount);
 /** @defgroup intensity Intensity curves
  * @{ */
 
-/** Intensity in percent at which a tap of this level is driven inside a long signal: on motor 1040 the level band's
- * share of it (a tenth for the lowest levels, all of it above 70), on every other motor the intensity unchanged. */
+/** Intensity in percent at which a tap of this level is driven inside a long signal (sample output): on motor 1040 the
+ * level band's share of it (a tenth for the lowest levels, all of it above 70), on every other motor the intensity
+ * unchanged. */
 int32_t getIntensity(int32_t level, int32_t intensity);
 
 /** The same for a fixed motor model; 832 and 9595 return the intensity unchanged.
@@ -215,7 +222,8 @@ int32_t getShortSignalDataLength(int32_t level);
  * a motor model with taps; -1, nothing written, for a model without taps or a null out.
  *
  * On motor 1040 an intensity of 100 can code single samples at the positive peak as 128, which a driver reads as -128;
- * 99 never does. Inside a pattern a tap plays at its level band's share of the intensity: see getIntensity. */
+ * 99 never does. Inside a pattern (sample output) a tap plays at its level band's share of the intensity: see
+ * getIntensity. */
 int32_t getShortSignalData(int32_t level, int32_t intensity, uint8_t *out);
 
 /** The same with the routing of motor 1040; frequencies still follow the profile's motor. Data returns 0, or -1 for a
@@ -453,10 +461,10 @@ int32_t getLongSignalBufferLength(int32_t loopCount, int32_t intervalMs, const i
  * the intensity of its point 2. intervalMs and limitMs are not read.
  *
  * Returns 0: everything was drawn, but for what is cut as said above, records that do not fit into the array and taps
- * that the motor does not have; none of these is reported. Returns -1 with nothing written for a null pointer, an event
- * that starts before the pattern, a negative interval that would start copies before the buffer, and a size beyond
- * 2^31 - 1; -1 with the continuous vibrations before it drawn when one starts beyond the limit. F0 is set to the
- * motor's resonant frequency when there is a continuous vibration to draw or to find too late. */
+ * that the motor does not have; none of these is reported. Returns -1 with nothing written for a null pointer and a
+ * size beyond 2^31 - 1, in sample output also for an event that starts before the pattern and a negative interval that
+ * would start copies before the buffer; -1 with the continuous vibrations before it drawn when one starts beyond the
+ * limit. F0 becomes the motor's resonant frequency when there is a continuous vibration to draw or to find too late. */
 int32_t getLongSignalData(int32_t loopCount, int32_t intervalMs, const int32_t *pattern, uint8_t *out,
                           int32_t patternLen, int32_t limitMs);
 
@@ -513,9 +521,11 @@ int32_t getIncreasingStepIntensity(int32_t count, float *out, float start, float
  *     if (n < 0) puts(lrasynth_error_text(n));
  *
  * The windows of a waveform put together are the bytes that getShortSignalData and getLongSignalData write into a
- * cleared buffer under the same profile and limit, wherever these return 0 and write anything; with
- * LRASYNTH_CHIP_EVENT_STREAM the event stream, to which neither interval nor limit applies. As there, a tap inside a
+ * cleared buffer under the same profile and limit, wherever these return 0 and write anything. As there, a tap inside a
  * pattern plays at its level's share of the intensity (getIntensity).
+ *
+ * With LRASYNTH_CHIP_EVENT_STREAM they are the event stream. It sends a tap's intensity as it is, knows neither
+ * interval nor limit, and is refused neither for them nor for an event that starts before the pattern.
  *
  * What cannot be served is refused with a negative number that says why (LRASYNTH_ERROR_...), by the functions of
  * length and of reading alike, and nothing is written. Of several causes it is the first in the order of the function's
@@ -534,7 +544,8 @@ typedef struct lrasynth_profile {
 typedef struct lrasynth_pattern {
   const int32_t *records; /**< Integers, 17 to a record, as getLongSignalData takes them. */
   int32_t length;         /**< Number of integers. */
-  int32_t loop_count;     /**< How often it plays; 1 and less: once. */
+  int32_t loop_count;     /**< How often it plays; 1 and less: once. For an event stream at least 1: its header has
+                               the time of one pass times this number, whatever it is. */
   int32_t interval_ms;    /**< Silence between two passes. Negative: the next one begins before the pass ends, and what
                                is left of the pass repeats up to the end of the last one. */
   int32_t limit_ms;       /**< Latest start of a continuous vibration. Does not wrap; negative: no limit. */
@@ -548,26 +559,29 @@ typedef struct lrasynth_pattern {
 #define LRASYNTH_ERROR_NEGATIVE_WINDOW (-2) /**< first or count is negative. */
 #define LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS (-3)
 #define LRASYNTH_ERROR_LEVEL_WITHOUT_TAP (-4)
-#define LRASYNTH_ERROR_EARLY_EVENT (-5) /**< An event starts before the pattern. */
-#define LRASYNTH_ERROR_LATE_EVENT (-6)  /**< A continuous vibration starts later than the limit. */
-#define LRASYNTH_ERROR_EARLY_COPY (-7)  /**< The interval would start a pass before the first one. */
+#define LRASYNTH_ERROR_EARLY_EVENT (-5) /**< An event starts before the pattern (samples). */
+#define LRASYNTH_ERROR_LATE_EVENT (-6)  /**< A continuous vibration starts later than the limit (samples). */
+#define LRASYNTH_ERROR_EARLY_COPY (-7)  /**< The interval would start a pass before the first one (samples). */
 /** @} */
 
 /** What only lrasynth_pattern_check finds.
  * @{ */
-#define LRASYNTH_ERROR_LENGTH (-16)            /**< The number of integers is no multiple of 17. */
+#define LRASYNTH_ERROR_LENGTH (-16)            /**< The number of integers is negative, or no multiple of 17. */
 #define LRASYNTH_ERROR_NO_RECORD (-17)         /**< An integer that should be a type is none. */
 #define LRASYNTH_ERROR_INCOMPLETE_RECORD (-18) /**< A record that does not fit into the array. */
 #define LRASYNTH_ERROR_READS_AS_RECORD (-19)   /**< A parameter of the value of a type. */
 #define LRASYNTH_ERROR_NEGATIVE_TIME (-20)     /**< A start or duration. */
-#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< An event that ends beyond 2^31 - 1 samples. */
+#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< An event or interval that reaches beyond 2^31 - 1 samples. */
 #define LRASYNTH_ERROR_POINTS_BACKWARDS (-22)  /**< A point before the one that it follows. */
 #define LRASYNTH_ERROR_POINTS_SPAN (-23)       /**< The points do not span the duration. */
 #define LRASYNTH_ERROR_FULL_SCALE (-24)        /**< An amplitude beyond full scale, or a tap beyond 100 %. */
 #define LRASYNTH_ERROR_LAST_RECORD (-25)       /**< The last record is not the event that ends last. */
 #define LRASYNTH_ERROR_STREAM_ORDER (-26)      /**< Records of an event stream not in ascending order of start. */
 #define LRASYNTH_ERROR_STREAM_TIME (-27)       /**< A time beyond the 16 bits of an event stream. */
-#define LRASYNTH_ERROR_SAMPLE_RATE (-28)       /**< A sample rate below 1000. */
+#define LRASYNTH_ERROR_SAMPLE_RATE (-28)       /**< A sample rate below 12000, or no multiple of 1000. */
+#define LRASYNTH_ERROR_STREAM_STRENGTH (-29)   /**< A strength beyond the 8 bits of an event stream. */
+#define LRASYNTH_ERROR_OFFSET (-30)            /**< A frequency offset beyond -50..50. */
+#define LRASYNTH_ERROR_STREAM_LOOPS (-31)      /**< A loop count of an event stream below 1. */
 /** @} */
 
 /** LRASYNTH_VERSION of the library that runs, which may be newer than that of the header. */
@@ -592,16 +606,17 @@ int64_t lrasynth_tap_read(const lrasynth_profile *profile, int32_t level, int32_
                           uint8_t *out, int64_t count);
 
 /** Length of a long signal with all its passes in samples (an event stream: in bytes), or one of
- * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_EARLY_COPY, LRASYNTH_ERROR_LATE_EVENT. An
- * array of fewer than 17 integers (an event stream: of none) is empty and may be null. Where getLongSignalBufferLength
- * has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a pass, and the interval, are 32-bit in
- * samples. */
+ * LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_EARLY_EVENT, LRASYNTH_ERROR_EARLY_COPY, LRASYNTH_ERROR_LATE_EVENT (of an
+ * event stream, the first alone). An array of fewer than 17 integers (an event stream: of none) is empty and may be
+ * null. Where getLongSignalBufferLength has an answer, it is the same; this one goes beyond 2^31 - 1. Times within a
+ * pass, and the interval, are 32-bit in samples. */
 int64_t lrasynth_pattern_length(const lrasynth_profile *profile, const lrasynth_pattern *pattern);
 
 /** Reads a window of a long signal into out, count bytes. Returns how many samples were written, or an error as
  * lrasynth_pattern_length, or LRASYNTH_ERROR_NEGATIVE_WINDOW, or LRASYNTH_ERROR_NULL_POINTER for out, which may be null
- * where nothing is to be written. Finding the events of a window takes a few nanoseconds for each integer of the
- * request. */
+ * where nothing is to be written. Every call looks through the whole request, a fraction of a nanosecond for each
+ * integer where records are laid end to end: 120 records that play once, read in windows of 256, cost at most four
+ * times the whole read at once; up to eight times where all are stored bursts, which are cheap themselves. */
 int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int64_t first,
                               uint8_t *out, int64_t count);
 
@@ -610,8 +625,9 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  *
  * @verbatim
  *     LRASYNTH_ERROR_...   index of                                           what
- *     NULL_POINTER         0
+ *     NULL_POINTER         0: also where lrasynth_pattern_length gives it
  *     SAMPLE_RATE          0                                                  (samples)
+ *     LENGTH               0: negative, or null with fewer than 17 integers
  *   record by record:
  *     NO_RECORD            the integer where a record should begin
  *     LENGTH               the same, with fewer than 17 integers left
@@ -626,18 +642,36 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  *   point by point:
  *     POINTS_BACKWARDS     the time
  *     FULL_SCALE           the intensity: an amplitude beyond -127..127
+ *     OFFSET               the offset                                         (samples)
  *   then:
  *     POINTS_SPAN          the time of point 4: from point 1 it is not the duration
- *     LAST_RECORD          the type of the event that ends later              (samples, in whole ms)
- *     HUGE_TIME            the number of integers: the interval               (samples)
+ *     LAST_RECORD          the type of the first event that ends later than   (samples, in whole ms)
+ *                          the last record
+ *     HUGE_TIME            the number of integers: the interval               (samples, where a pass repeats)
  *     EARLY_COPY           the number of integers                             (samples)
+ *   record by record:
  *     STREAM_ORDER         the start                                          (event stream)
- *     STREAM_TIME          the start, the duration, or, of the total, the     (event stream)
- *                          number of integers
+ *     STREAM_TIME          the start, the duration                            (event stream)
+ *     STREAM_STRENGTH      the intensity that is sent: of a vibration, the    (event stream)
+ *                          one of point 2
+ *   then:
+ *     STREAM_TIME          the number of integers: the total                  (event stream)
+ *     STREAM_LOOPS         the number of integers                             (event stream)
  * @endverbatim
  *
- * A request without a fault plays as its author wrote it on this profile: nothing is passed over or wrapped, and
- * nothing cut but a tap at the end of a pass by less than a millisecond, and passes that overlap. */
+ * A request without a fault plays as its author wrote it on this profile: nothing is passed over, clamped, wrapped or
+ * cut, but for what patterns and signals are like:
+ *   - Of events that overlap the later one plays, and may cover another whole; passes that overlap cut one another. A
+ *     tap at the end of a pass loses less than a millisecond.
+ *   - A tap driven at 100 % on motor 1040 can have single samples of 128 at its positive peaks: see getShortSignalData.
+ *     Levels outside 0..100 have the frequency of the nearest level there. On an unknown motor offsets shift nothing.
+ *   - Only at 24000 samples a second does the envelope run along a quarter sine, and reach the next point. At 12000 it
+ *     goes there and back; between the two it goes back in part; above, it stops short. At every rate but 24000 stored
+ *     bursts take longer or shorter.
+ *   - The carrier's single-precision phase adds noise in long segments: about one percent of the amplitude two minutes
+ *     behind a point, and ten behind it in ten minutes.
+ *   - An event stream holds of a vibration its start, its duration and the intensity of point 2, of a tap its start
+ *     and its intensity, and of the pattern how often it plays: no interval and no limit. */
 int32_t lrasynth_pattern_check(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int32_t *index);
 
 /** One of the four points of a continuous vibration. */

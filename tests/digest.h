@@ -55,6 +55,7 @@ void every_call(int times, Visit visit) {
   };
   walk_list(calls::kShort<Digest>, 16 * times);
   walk_list(calls::kLong<Digest>, times);
+  walk_list(calls::kChecks<Digest>, times);
 }
 
 // Calls visit() under every profile that makes a difference, and at odd rates; only motor 832 reads the boost flag.

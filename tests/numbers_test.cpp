@@ -63,7 +63,7 @@ bool run(const std::string& name, Host& host) {
     }
     return false;
   };
-  return run_in(calls::kShort<Host>) || run_in(calls::kLong<Host>);
+  return run_in(calls::kShort<Host>) || run_in(calls::kLong<Host>) || run_in(calls::kChecks<Host>);
 }
 
 TEST(Numbers, AreThoseOfTheTable) {

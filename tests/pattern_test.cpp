@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Long signals: how events, copies and gaps are laid out, also those of odd requests.
+#include "digest.h"
 #include "support.h"
 
 namespace {
@@ -77,6 +78,19 @@ TEST(Renderer, VibrationsPublishTheResonantFrequencyLateOrNot) {
   setF0(1);
   EXPECT_EQ(get_4096_wave(steady(10, 5).data(), Bytes(120).data(), 239), -1);
   EXPECT_EQ(F0, 235);
+}
+
+// An integer before the records moves all of them from where they should begin.
+TEST(OddRequests, HaveTheirRecordsWhereverTheyStand) {
+  Digest random;
+  for (const int32_t chip : {0, 11}) {
+    const ScopedProfile profile(1040, chip);
+    for (int i = 0; i < 20; ++i) {
+      const Integers records = calls::make_pattern(random);
+      const Bytes expected = render({records}, 2, 7).bytes;
+      EXPECT_TRUE(render({{5}, records}, 2, 7).bytes == expected);
+    }
+  }
 }
 
 TEST(OddRequests, OfANegativeLengthAreEmpty) {

@@ -9,6 +9,7 @@
 #include "support.h"
 #include "tone/sine.h"
 #include "transient/replay.h"
+#include "transient/tap.h"
 
 namespace lrasynth {
 namespace {
@@ -138,6 +139,18 @@ TEST(Narrowing, IsTruncationBelowItsLimit) {
     }
   }
   EXPECT_NE(narrow(3355445.0F), 3355445);
+}
+
+// Windows pass over taps by this bound, whatever the level.
+TEST(Taps, NoneOutlastsTheLongest) {
+  for (const int32_t motor : {832, 1040, 9595, 81540}) {
+    for (const int32_t rate : {INT32_MIN, 0, 1, 30, 999, 7919, 12000, 24000, 192000, INT32_MAX}) {
+      const Profile profile = profile_of({0, rate, motor, 1});
+      for (int32_t level = -60; level <= 160; ++level) {
+        ASSERT_LE(tap_of(profile, level, 0).length(), longest_tap(profile)) << motor << " at " << rate << ": " << level;
+      }
+    }
+  }
 }
 
 TEST(Scaling, NominalIntensitiesNeedSinglePrecisionOnly) {

@@ -126,29 +126,44 @@ TEST(Windows, RefuseWithACause) {
   EXPECT_EQ(byte, kUntouched);
 }
 
-// Each row bends a sound request of a tap and a vibration in one or two integers.
+using Fault = std::pair<int32_t, int32_t>;  // and its index
+
+Fault check(const lrasynth_profile& profile, const lrasynth_pattern& pattern) {
+  int32_t index = -1;
+  const int32_t error = lrasynth_pattern_check(&profile, &pattern, &index);
+  EXPECT_EQ(lrasynth_pattern_check(&profile, &pattern, nullptr), error);
+  return {error, index};
+}
+
+constexpr Fault kSound = {0, 0};
+
+// Each row bends a sound request of two taps and a vibration between them in one or two integers.
 TEST(Check, FindsTheFirstFault) {
   const struct {
-    int32_t error, index;
+    Fault fault;
     std::vector<std::pair<std::size_t, int32_t>> bends;
     std::size_t length = 51;
-  } rows[] = {{0, 0, {}},
-              {0, 0, {{2, 126}, {23, 100}}},
-              {LRASYNTH_ERROR_NO_RECORD, 17, {{17, 4095}}},
-              {LRASYNTH_ERROR_READS_AS_RECORD, 9, {{9, 4096}}},
-              {LRASYNTH_ERROR_INCOMPLETE_RECORD, 34, {}, 50},
-              {LRASYNTH_ERROR_LENGTH, 34, {{34, 0}}, 50},
-              {LRASYNTH_ERROR_NEGATIVE_TIME, 1, {{1, -1}}},
-              {LRASYNTH_ERROR_NEGATIVE_TIME, 21, {{21, -1}}},
-              {LRASYNTH_ERROR_HUGE_TIME, 18, {{18, 89478480}}},
-              {LRASYNTH_ERROR_LATE_EVENT, 18, {{18, 1001}}},
-              {LRASYNTH_ERROR_FULL_SCALE, 2, {{2, 127}}},
-              {LRASYNTH_ERROR_FULL_SCALE, 2, {{2, -127}}},
-              {LRASYNTH_ERROR_FULL_SCALE, 26, {{26, 397}}},
-              {LRASYNTH_ERROR_POINTS_BACKWARDS, 28, {{28, 9}}},
-              {LRASYNTH_ERROR_POINTS_SPAN, 31, {{31, 41}}},
-              {LRASYNTH_ERROR_POINTS_SPAN, 31, {{22, 1}}},
-              {LRASYNTH_ERROR_LAST_RECORD, 17, {{35, 20}}}};
+  } rows[] = {{kSound, {}},
+              {kSound, {{2, 126}, {23, 100}}},
+              {{LRASYNTH_ERROR_NO_RECORD, 17}, {{17, 4095}}},
+              {{LRASYNTH_ERROR_READS_AS_RECORD, 9}, {{9, 4096}}},
+              {{LRASYNTH_ERROR_INCOMPLETE_RECORD, 34}, {}, 50},
+              {{LRASYNTH_ERROR_LENGTH, 34}, {{34, 0}}, 50},
+              {{LRASYNTH_ERROR_NEGATIVE_TIME, 1}, {{1, -1}}},
+              {{LRASYNTH_ERROR_NEGATIVE_TIME, 21}, {{21, -1}}},
+              {{LRASYNTH_ERROR_HUGE_TIME, 18}, {{18, 89478480}}},
+              {{LRASYNTH_ERROR_LATE_EVENT, 18}, {{18, 1001}}},
+              {{LRASYNTH_ERROR_FULL_SCALE, 2}, {{2, 127}}},
+              {{LRASYNTH_ERROR_FULL_SCALE, 2}, {{2, -127}}},
+              {{LRASYNTH_ERROR_FULL_SCALE, 26}, {{26, 397}}},
+              {kSound, {{24, -50}, {33, 50}}},
+              {{LRASYNTH_ERROR_OFFSET, 24}, {{24, -51}}},
+              {{LRASYNTH_ERROR_OFFSET, 33}, {{33, 51}}},
+              {{LRASYNTH_ERROR_POINTS_BACKWARDS, 28}, {{28, 9}, {24, 50}}},
+              {{LRASYNTH_ERROR_POINTS_SPAN, 31}, {{31, 41}}},
+              {{LRASYNTH_ERROR_POINTS_SPAN, 31}, {{22, 1}}},
+              {{LRASYNTH_ERROR_LAST_RECORD, 17}, {{35, 20}}},
+              {{LRASYNTH_ERROR_LAST_RECORD, 0}, {{1, 100}, {18, 90}}}};
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   for (const auto& row : rows) {
     Integers request =
@@ -156,56 +171,106 @@ TEST(Check, FindsTheFirstFault) {
     for (const auto& [index, value] : row.bends) request[index] = value;
     request.resize(row.length);
     request.shrink_to_fit();
-    const lrasynth_pattern bent = pattern_of(request, 1, 0, 1000);
-    int32_t index = -1;
-    EXPECT_EQ(lrasynth_pattern_check(&profile, &bent, &index), row.error);
-    EXPECT_EQ(index, row.index) << lrasynth_error_text(row.error);
-    EXPECT_EQ(lrasynth_pattern_check(&profile, &bent, nullptr), row.error);
+    EXPECT_EQ(check(profile, pattern_of(request, 1, 0, 1000)), row.fault) << lrasynth_error_text(row.fault.first);
   }
-  const auto check = [](const lrasynth_profile& p, const Integers& records, int32_t loops = 1, int32_t gap_ms = 0) {
-    const lrasynth_pattern whole = pattern_of(records, loops, gap_ms, 50);
-    int32_t index = -1;
-    const int32_t error = lrasynth_pattern_check(&p, &whole, &index);
-    return std::pair(error, index);
-  };
-  // What taps the motor has.
-  const Integers at_120 = request_of({transient(5, 80, 120)});
-  EXPECT_EQ(check(lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1), at_120),
-            std::pair(LRASYNTH_ERROR_LEVEL_WITHOUT_TAP, 3));
-  EXPECT_EQ(check(lrasynth_profile_of(0, 7, 1), at_120), std::pair(LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, 0));
-  EXPECT_EQ(check({0, 999, LRASYNTH_MOTOR_1040, 1}, at_120), std::pair(LRASYNTH_ERROR_SAMPLE_RATE, 0));
-  EXPECT_EQ(check(profile, at_120, 2, 89478486), std::pair(LRASYNTH_ERROR_HUGE_TIME, 17));
-  // An event stream knows neither limit nor interval, but an order and 16 bits.
-  const lrasynth_profile streaming = lrasynth_profile_of(LRASYNTH_CHIP_EVENT_STREAM, LRASYNTH_MOTOR_1040, 1);
-  const auto listed_at = [](int32_t first_ms, int32_t second_ms, int32_t duration_ms) {
-    return request_of(
-        {transient(first_ms, 80, 50), curve(second_ms, duration_ms, {0, 1, 2, duration_ms}, Integers(4))});
-  };
-  const std::pair<Integers, std::pair<int32_t, int32_t>> streams[] = {
-      {listed_at(60, 30060, 2700), {0, 0}},
-      {listed_at(60, 30060, 2703), {LRASYNTH_ERROR_STREAM_TIME, 34}},
-      {listed_at(60, 59, 9), {LRASYNTH_ERROR_STREAM_ORDER, 18}},
-      {listed_at(65536, 65536, 9), {LRASYNTH_ERROR_STREAM_TIME, 1}},
-      {listed_at(0, 0, 65536), {LRASYNTH_ERROR_STREAM_TIME, 21}}};
-  for (const auto& [records, fault] : streams) EXPECT_EQ(check(streaming, records, 2, -30000), fault);
-  EXPECT_EQ(check({LRASYNTH_CHIP_EVENT_STREAM, 0, LRASYNTH_MOTOR_1040, 1}, streams[0].first).first, 0);
-  const Integers first_ends_last = request_of({curve(0, 90, {0, 3, 6, 90}, {9, 9, 9, 9}), transient(20, 80, 50)});
-  const lrasynth_pattern listed = pattern_of(first_ends_last);
-  EXPECT_EQ(lrasynth_pattern_check(&profile, &listed, nullptr), LRASYNTH_ERROR_LAST_RECORD);
-  EXPECT_EQ(lrasynth_pattern_check(&streaming, &listed, nullptr), 0);
-  const Integers fine = request_of({curve(10, 9, {0, 3, 6, 9}, {9, 9, 9, 9})});
-  const lrasynth_pattern overlapping = pattern_of(fine, 2, -20);
+}
+
+TEST(Check, KnowsMotorsRatesLimitsAndPasses) {
+  const auto at_rate = [](int32_t rate) { return lrasynth_profile{0, rate, LRASYNTH_MOTOR_1040, 1}; };
+  const lrasynth_profile usual = at_rate(24000), half = at_rate(12000);
+  const Integers tap = request_of({transient(5, 80, 120)});
+  const Integers vibration = request_of({curve(10, 9, {0, 3, 6, 9}, {9, 9, 9, 9})}), nothing = {};
+  const Integers ends_first = request_of({curve(0, 90, {0, 3, 6, 90}, {9, 9, 9, 9}), transient(20, 80, 50)});
+  // The limit is in samples of the rate, a start in those of its whole kHz.
+  const Integers at_501 = request_of({steady(501, 9)});
+  // A vibration of 0 ms ends where it starts, and needs no room behind a pass that ends before.
+  const Integers empty_behind = request_of({steady(100, 0), steady(0, 50)});
+  const Integers empty_last = request_of({steady(0, 50), steady(100, 0)});
+  const struct {
+    lrasynth_profile profile;
+    lrasynth_pattern pattern;
+    Fault fault;
+    int64_t length;
+  } rows[] = {
+      {lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1), pattern_of(tap), {LRASYNTH_ERROR_LEVEL_WITHOUT_TAP, 3}, 120},
+      {lrasynth_profile_of(0, 7, 1), pattern_of(tap), {LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, 0}, 120},
+      {at_rate(999), pattern_of(tap), {LRASYNTH_ERROR_SAMPLE_RATE, 0}, 0},
+      {at_rate(11000), pattern_of(vibration), {LRASYNTH_ERROR_SAMPLE_RATE, 0}, 11 * 19},
+      {half, pattern_of(vibration), kSound, 12 * 19},
+      {at_rate(13000), pattern_of(vibration), kSound, 13 * 19},
+      {at_rate(24001), pattern_of(vibration), {LRASYNTH_ERROR_SAMPLE_RATE, 0}, 24 * 19},
+      {at_rate(44100), pattern_of(vibration), {LRASYNTH_ERROR_SAMPLE_RATE, 0}, 44 * 19},
+      {usual, pattern_of(vibration, 1, 0, 10), kSound, 24 * 19},
+      {usual, pattern_of(vibration, 1, 0, 9), {LRASYNTH_ERROR_LATE_EVENT, 1}, LRASYNTH_ERROR_LATE_EVENT},
+      {at_rate(44100), pattern_of(at_501, 1, 0, 500), {LRASYNTH_ERROR_SAMPLE_RATE, 0}, 44 * 510},
+      {at_rate(44100), pattern_of(at_501, 1, 0, 499), {LRASYNTH_ERROR_SAMPLE_RATE, 0}, LRASYNTH_ERROR_LATE_EVENT},
+      {usual, pattern_of(ends_first), {LRASYNTH_ERROR_LAST_RECORD, 0}, 24 * 90},
+      {usual, pattern_of(empty_behind), {LRASYNTH_ERROR_LAST_RECORD, 0}, 24 * 50},
+      {usual, pattern_of(empty_last), kSound, 24 * 100},
+      {usual, pattern_of(vibration, 2, 89478486), {LRASYNTH_ERROR_HUGE_TIME, 17}, LRASYNTH_ERROR_EARLY_COPY},
+      {usual, pattern_of(vibration, 1, 89478486), kSound, 24 * 19},
+      {usual, pattern_of(nothing, 2, 89478486), kSound, 0},
+      {usual, pattern_of(vibration, 2, 89478485), kSound, 24 * (int64_t{2} * 19 + 89478485)},
+      {usual, pattern_of(vibration, 2, -20), {LRASYNTH_ERROR_EARLY_COPY, 17}, LRASYNTH_ERROR_EARLY_COPY},
+      {usual, pattern_of(vibration, 2, -19), kSound, 24 * 19},
+      {usual, {nullptr, 0, 1, 0, -1}, kSound, 0},
+      {usual, {nullptr, 16, 1, 0, -1}, {LRASYNTH_ERROR_LENGTH, 0}, 0},
+      {usual, {nullptr, 17, 1, 0, -1}, {LRASYNTH_ERROR_NULL_POINTER, 0}, LRASYNTH_ERROR_NULL_POINTER},
+      {usual, {tap.data(), -1, 1, 0, -1}, {LRASYNTH_ERROR_LENGTH, 0}, 0},
+      {usual, {tap.data(), -17, 1, 0, -1}, {LRASYNTH_ERROR_LENGTH, 0}, 0},
+      {usual, {tap.data(), INT32_MIN, 1, 0, -1}, {LRASYNTH_ERROR_LENGTH, 0}, 0}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(check(row.profile, row.pattern), row.fault) << &row - rows;
+    EXPECT_EQ(lrasynth_pattern_length(&row.profile, &row.pattern), row.length) << &row - rows;
+  }
   int32_t index = -1;
-  EXPECT_EQ(lrasynth_pattern_check(&profile, &overlapping, &index), LRASYNTH_ERROR_EARLY_COPY);
-  EXPECT_EQ(index, 17);
-  EXPECT_EQ(lrasynth_pattern_check(nullptr, &overlapping, &index), LRASYNTH_ERROR_NULL_POINTER);
-  EXPECT_EQ(lrasynth_pattern_check(&profile, nullptr, &index), LRASYNTH_ERROR_NULL_POINTER);
-  const lrasynth_pattern empty = {nullptr, 0, 1, 0, -1};
-  EXPECT_EQ(lrasynth_pattern_check(&profile, &empty, &index), 0);
-  const lrasynth_profile slow_stream = {LRASYNTH_CHIP_EVENT_STREAM, 999, LRASYNTH_MOTOR_1040, 1};
-  EXPECT_EQ(lrasynth_pattern_check(&slow_stream, &overlapping, &index), 0) << "a stream has no samples";
-  const lrasynth_pattern nothing = {nullptr, 17, 1, 0, -1};
-  EXPECT_EQ(lrasynth_pattern_check(&profile, &nothing, &index), LRASYNTH_ERROR_NULL_POINTER);
+  EXPECT_EQ(lrasynth_pattern_check(nullptr, &rows[0].pattern, &index), LRASYNTH_ERROR_NULL_POINTER);
+  EXPECT_EQ(index, 0);
+  index = -1;
+  EXPECT_EQ(lrasynth_pattern_check(&usual, nullptr, &index), LRASYNTH_ERROR_NULL_POINTER);
+  EXPECT_EQ(index, 0);
+}
+
+// An event stream knows no rate, limit, interval and offset, but an order, and 8 and 16 bits.
+TEST(Check, KnowsEventStreams) {
+  const lrasynth_profile streaming = {LRASYNTH_CHIP_EVENT_STREAM, 0, LRASYNTH_MOTOR_1040, 1};
+  const struct {
+    int32_t tap_ms, start_ms, duration_ms;
+    Fault fault;
+    int32_t loops = 2, tap_strength = 80, strength = 90;
+  } rows[] = {{60, 30060, 2700, kSound},
+              {60, 30060, 2702, kSound},
+              {60, 30060, 2703, {LRASYNTH_ERROR_STREAM_TIME, 34}},
+              {60, 30060, 2703, kSound, 1},
+              {60, 59, 9, {LRASYNTH_ERROR_STREAM_ORDER, 18}},
+              {0, 65530, 0, kSound, 1},
+              {0, 65531, 0, {LRASYNTH_ERROR_STREAM_TIME, 34}, 1},
+              {0, 65535, 0, {LRASYNTH_ERROR_STREAM_TIME, 34}, 1},
+              {0, 65536, 0, {LRASYNTH_ERROR_STREAM_TIME, 18}, 1},
+              {65535, 65535, 9, {LRASYNTH_ERROR_STREAM_TIME, 34}, 1},
+              {65536, 65536, 9, {LRASYNTH_ERROR_STREAM_TIME, 1}, 1},
+              {0, 0, 65535, {LRASYNTH_ERROR_STREAM_TIME, 34}, 1},
+              {0, 0, 65536, {LRASYNTH_ERROR_STREAM_TIME, 21}, 1},
+              {0, 9, 9, {LRASYNTH_ERROR_STREAM_LOOPS, 34}, 0},
+              {0, 9, 9, {LRASYNTH_ERROR_STREAM_LOOPS, 34}, INT32_MIN},
+              {0, 65535, 9, {LRASYNTH_ERROR_STREAM_TIME, 34}, -1},
+              {0, 9, 9, kSound, 1, 0, 255},
+              {0, 9, 9, kSound, 1, 255, 0},
+              {0, 9, 9, {LRASYNTH_ERROR_STREAM_STRENGTH, 2}, 1, 256},
+              {0, 9, 9, {LRASYNTH_ERROR_STREAM_STRENGTH, 2}, 1, -1},
+              {0, 9, 9, {LRASYNTH_ERROR_STREAM_STRENGTH, 26}, 1, 80, 256},
+              {0, 9, 9, {LRASYNTH_ERROR_STREAM_STRENGTH, 26}, 1, 80, -1}};
+  for (const auto& row : rows) {
+    const int32_t d = row.duration_ms;
+    Integers records = request_of(
+        {transient(row.tap_ms, row.tap_strength, 0), curve(row.start_ms, d, {0, 0, 0, d}, {0, row.strength, 0, 0})});
+    records[24] = 70;
+    EXPECT_EQ(check(streaming, pattern_of(records, row.loops, -30000, 5)), row.fault) << &row - rows;
+  }
+  const Integers ends_first = request_of({steady(0, 90), transient(20, 80, 50)});
+  EXPECT_EQ(check(streaming, pattern_of(ends_first)), kSound);
+  EXPECT_EQ(check(streaming, {nullptr, 1, 1, 0, -1}), Fault(LRASYNTH_ERROR_NULL_POINTER, 0));
+  EXPECT_EQ(check(streaming, {ends_first.data(), -1, 1, 0, -1}), Fault(LRASYNTH_ERROR_LENGTH, 0));
 }
 
 TEST(Builders, FillEveryIntegerOfARecord) {
@@ -219,9 +284,37 @@ TEST(Builders, FillEveryIntegerOfARecord) {
 
 TEST(Versions, AndTextsOfErrors) {
   EXPECT_EQ(lrasynth_version(), LRASYNTH_VERSION);
-  EXPECT_STREQ(lrasynth_error_text(0), "no error");
-  EXPECT_STREQ(lrasynth_error_text(-1000), "unknown error");
-  EXPECT_STREQ(lrasynth_error_text(LRASYNTH_ERROR_LATE_EVENT), "a continuous vibration starts later than the limit");
+  const std::pair<int64_t, const char*> rows[] = {
+      {0, "no error"},
+      {int64_t{1} << 40U, "no error"},
+      {LRASYNTH_ERROR_NULL_POINTER, "a pointer is null"},
+      {LRASYNTH_ERROR_NEGATIVE_WINDOW, "the window is negative"},
+      {LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, "the motor has no taps"},
+      {LRASYNTH_ERROR_LEVEL_WITHOUT_TAP, "the motor has no tap for this level"},
+      {LRASYNTH_ERROR_EARLY_EVENT, "an event starts before the pattern"},
+      {LRASYNTH_ERROR_LATE_EVENT, "a continuous vibration starts later than the limit"},
+      {LRASYNTH_ERROR_EARLY_COPY, "the interval starts a pass before the first one"},
+      {-8, "unknown error"},
+      {-15, "unknown error"},
+      {LRASYNTH_ERROR_LENGTH, "the number of integers is negative or no multiple of 17"},
+      {LRASYNTH_ERROR_NO_RECORD, "no record begins where one should"},
+      {LRASYNTH_ERROR_INCOMPLETE_RECORD, "a record does not fit into the array"},
+      {LRASYNTH_ERROR_READS_AS_RECORD, "a parameter reads as the type of a record"},
+      {LRASYNTH_ERROR_NEGATIVE_TIME, "a start or duration is negative"},
+      {LRASYNTH_ERROR_HUGE_TIME, "an event or the interval reaches beyond 2^31 - 1 samples"},
+      {LRASYNTH_ERROR_POINTS_BACKWARDS, "the points of a curve run backwards"},
+      {LRASYNTH_ERROR_POINTS_SPAN, "the points of a curve do not span its duration"},
+      {LRASYNTH_ERROR_FULL_SCALE, "an amplitude is beyond full scale"},
+      {LRASYNTH_ERROR_LAST_RECORD, "the last record is not the event that ends last"},
+      {LRASYNTH_ERROR_STREAM_ORDER, "the records of an event stream are not in the order of their starts"},
+      {LRASYNTH_ERROR_STREAM_TIME, "a time does not fit the 16 bits of an event stream"},
+      {LRASYNTH_ERROR_SAMPLE_RATE, "the sample rate is below 12000 or no multiple of 1000"},
+      {LRASYNTH_ERROR_STREAM_STRENGTH, "a strength does not fit the 8 bits of an event stream"},
+      {LRASYNTH_ERROR_OFFSET, "a frequency offset is beyond -50..50"},
+      {LRASYNTH_ERROR_STREAM_LOOPS, "the loop count of an event stream is below 1"},
+      {-32, "unknown error"},
+      {INT64_MIN, "unknown error"}};
+  for (const auto& [error, text] : rows) EXPECT_STREQ(lrasynth_error_text(error), text) << error;
 }
 
 // Eight motors on eight threads, each with its own profile and pattern.

@@ -27,9 +27,9 @@ int32_t on_offsets(const Profile& profile, int32_t base_hz, int32_t offset) {
   return narrow(static_cast<float>(shift + base_hz));
 }
 
-int32_t clamped_offset(int32_t offset) { return std::clamp(offset, -50, 50); }
-
 }  // namespace
+
+int32_t clamped_offset(int32_t offset) { return std::clamp(offset, -50, 50); }
 
 int32_t level_hz(const Profile& profile, int32_t level) { return on_levels(profile, std::clamp(level, 0, 100)); }
 

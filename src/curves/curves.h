@@ -11,7 +11,10 @@ namespace lrasynth {
 // The drive frequency of a level (clamped to 0..100).
 int32_t level_hz(const Profile& profile, int32_t level);
 
-// The frequency at an offset (clamped to -50..50) around a base.
+// The offset within -50..50 at which a vibration plays.
+int32_t clamped_offset(int32_t offset);
+
+// The frequency at an offset (clamped) around a base.
 int32_t offset_hz(const Profile& profile, int32_t base_hz, int32_t offset);
 
 // Hz per step, in single precision throughout; 0 for no difference or no steps.
@@ -20,7 +23,7 @@ float hz_per_step(int32_t from_hz, int32_t to_hz, int32_t step_count);
 // Intensity at which a tap of this level is driven inside a pattern.
 int32_t intensity_in_pattern(const Profile& profile, int32_t level, int32_t intensity);
 
-// Gain of continuous vibration at an offset (clamped to -50..50).
+// Gain of continuous vibration at an offset (clamped).
 float gain_at(const Profile& profile, int32_t offset);
 
 }  // namespace lrasynth

@@ -26,6 +26,10 @@ constexpr Fault kNoFault = {0, 0};
 
 constexpr int64_t kMostSamples = std::numeric_limits<int32_t>::max();  // of a time within a pass
 constexpr int64_t kMostStreamMs = std::numeric_limits<uint16_t>::max();
+constexpr int32_t kMostStreamStrength = std::numeric_limits<uint8_t>::max();
+
+// Whether times are whole samples, and no envelope runs past half a turn: at 12000 it runs through that.
+bool plays_at(Rate rate) { return rate.hz >= 12000 && rate.hz == 1000 * rate.per_ms; }
 
 // Of a record that should begin at an integer, and of its parameters as far as they read as records.
 Fault fault_of_layout(const Request& request, int32_t at) {
@@ -45,7 +49,7 @@ Fault fault_of_times(const Profile& profile, const Record& record, int32_t limit
   if (record.start_ms < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 1};
   if (continuous && record.duration_ms < 0) return {LRASYNTH_ERROR_NEGATIVE_TIME, 4};
   if (profile.streams()) return kNoFault;
-  const int64_t per_ms = profile.rate.per_ms();
+  const int64_t per_ms = profile.rate.per_ms;
   if (per_ms * end_in_ms(profile, record) > kMostSamples) return {LRASYNTH_ERROR_HUGE_TIME, 1};
   const bool late = per_ms * record.start_ms > limit_in_samples(profile.rate, limit_ms);
   return continuous && late ? Fault{LRASYNTH_ERROR_LATE_EVENT, 1} : kNoFault;
@@ -64,6 +68,8 @@ Fault fault_of_curve(const Profile& profile, const Record& record) {
   for (int32_t i = 0; i < kPoints; ++i) {
     if (i > 0 && points[i].ms < points[i - 1].ms) return {LRASYNTH_ERROR_POINTS_BACKWARDS, 5 + 3 * i};
     if (std::fabs(vibration.points[i].amplitude) > kFullScale) return {LRASYNTH_ERROR_FULL_SCALE, 6 + 3 * i};
+    const bool clamped = clamped_offset(points[i].offset) != points[i].offset;
+    if (clamped && !profile.streams()) return {LRASYNTH_ERROR_OFFSET, 7 + 3 * i};
   }
   const int64_t span = int64_t{points[3].ms} - points[0].ms;
   return span != record.duration_ms ? Fault{LRASYNTH_ERROR_POINTS_SPAN, 14} : kNoFault;
@@ -82,9 +88,9 @@ Fault fault_of_samples(const Profile& profile, const Request& request, const lra
     const Record last = request.record(length - LRASYNTH_RECORD_LENGTH);
     if (end_in_ms(profile, request.record(at)) > end_in_ms(profile, last)) return {LRASYNTH_ERROR_LAST_RECORD, at};
   }
-  const bool fits = std::llabs(int64_t{profile.rate.per_ms()} * pattern.interval_ms) <= kMostSamples;
-  if (!fits) return {LRASYNTH_ERROR_HUGE_TIME, length};
   const LongSignal signal(profile, request, pattern.loop_count, pattern.interval_ms);
+  const bool fits = std::llabs(int64_t{profile.rate.per_ms} * pattern.interval_ms) <= kMostSamples;
+  if (signal.repeats() && !fits) return {LRASYNTH_ERROR_HUGE_TIME, length};
   return {signal.refusal(kNoLimit), length};
 }
 
@@ -93,21 +99,27 @@ Fault fault_of_stream(const Request& request, int32_t loop_count) {
   for (int32_t at = 0, before_ms = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
     const Record record = request.record(at);
     const int64_t delta_ms = int64_t{record.start_ms} - before_ms;
-    const int32_t duration_ms = record.type == LRASYNTH_CONTINUOUS ? record.duration_ms : EventStream::kTransientMs;
+    const bool continuous = record.type == LRASYNTH_CONTINUOUS;
+    const int32_t duration_ms = continuous ? record.duration_ms : EventStream::kTransientMs;
+    const int32_t strength = continuous ? record.points[1].intensity : record.intensity;
     if (delta_ms < 0) return {LRASYNTH_ERROR_STREAM_ORDER, at + 1};
     if (delta_ms > kMostStreamMs) return {LRASYNTH_ERROR_STREAM_TIME, at + 1};
     if (duration_ms > kMostStreamMs) return {LRASYNTH_ERROR_STREAM_TIME, at + 4};
+    const bool sendable = strength >= 0 && strength <= kMostStreamStrength;
+    if (!sendable) return {LRASYNTH_ERROR_STREAM_STRENGTH, at + (continuous ? 9 : 2)};
     total_ms += delta_ms + duration_ms;
     before_ms = record.start_ms;
   }
   const bool fits = total_ms <= kMostStreamMs / std::max(1, loop_count);  // a product could overflow
-  return fits ? kNoFault : Fault{LRASYNTH_ERROR_STREAM_TIME, request.length()};
+  if (!fits) return {LRASYNTH_ERROR_STREAM_TIME, request.length()};
+  return loop_count < 1 ? Fault{LRASYNTH_ERROR_STREAM_LOOPS, request.length()} : kNoFault;
 }
 
 Fault fault_of(const Profile& profile, const lrasynth_pattern& pattern) {
-  if (pattern.records == nullptr && pattern.length > 0) return {LRASYNTH_ERROR_NULL_POINTER, 0};
-  if (profile.rate.per_ms() < 1 && !profile.streams()) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
+  if (lacks_records(profile, pattern)) return {LRASYNTH_ERROR_NULL_POINTER, 0};
+  if (!plays_at(profile.rate) && !profile.streams()) return {LRASYNTH_ERROR_SAMPLE_RATE, 0};
   const Request request(pattern.records, pattern.length);
+  if (request.length() != pattern.length) return {LRASYNTH_ERROR_LENGTH, 0};
   for (int32_t at = 0; at < request.length(); at += LRASYNTH_RECORD_LENGTH) {
     if (const Fault fault = fault_of_layout(request, at); fault.error != 0) return fault;
     const Fault fault = fault_of_record(profile, request.record(at), pattern.limit_ms);

@@ -22,6 +22,7 @@ class EventStream {
 
  private:
   Request request_;
+  Types types_;
   Repetition groups_;     // counted from behind the header
   int32_t total_ms_ = 0;  // as the header has it
 };

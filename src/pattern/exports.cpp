@@ -16,8 +16,7 @@ namespace {
 // number; or returns why there is none. An event stream has no limit.
 template <class Use>
 int64_t use_signal(const Profile& profile, const lrasynth_pattern& pattern, int64_t limit_samples, Use use) {
-  const int32_t least = profile.streams() ? 1 : LRASYNTH_RECORD_LENGTH;  // to be read at all
-  if (pattern.records == nullptr && pattern.length >= least) return LRASYNTH_ERROR_NULL_POINTER;
+  if (lacks_records(profile, pattern)) return LRASYNTH_ERROR_NULL_POINTER;
   const Request request(pattern.records, pattern.length);
   if (profile.streams()) return use(EventStream(request, pattern.loop_count));
   const LongSignal signal(profile, request, pattern.loop_count, pattern.interval_ms);

@@ -9,7 +9,7 @@
 namespace lrasynth {
 
 int64_t end_in_ms(const Profile& profile, const Record& record) {
-  const int32_t per_ms = profile.rate.per_ms();
+  const int32_t per_ms = profile.rate.per_ms;
   switch (record.type) {
     case LRASYNTH_CONTINUOUS:
       return int64_t{record.start_ms} + record.duration_ms;
@@ -38,17 +38,21 @@ Repetition repetition_of(const Profile& profile, int32_t pass, int32_t loop_coun
 LongSignal::LongSignal(const Profile& profile, const Request& request, int32_t loop_count, int32_t interval_ms)
     : profile_(profile),
       request_(request),
+      types_(request, std::max(0, request.length() - LRASYNTH_RECORD_LENGTH + 1)),
       repetition_(repetition_of(profile, pass_length(profile, request), loop_count, interval_ms)),
       room_(repetition_.pass) {
-  request_.each(LRASYNTH_CONTINUOUS, [this](const Record& record) {
-    const int64_t start = start_of(record);
-    const int64_t length = profile_.rate.samples(record.duration_ms);
-    earliest_start_ = std::min(earliest_start_, start);
-    latest_vibration_start_ = std::max(latest_vibration_start_, start);
-    if (length > 0) room_ = std::max(room_, start + length);
+  int64_t earliest = 0, latest = kNever, furthest = room_;
+  types_.each([&](int32_t index) {
+    const int64_t start = start_of(index);
+    earliest = std::min(earliest, start);
+    if (request_.type(index) != LRASYNTH_CONTINUOUS) return;
+    const int64_t length = length_of(index);
+    latest = std::max(latest, start);
+    if (length > 0) furthest = std::max(furthest, start + length);
   });
-  request_.each(LRASYNTH_TRANSIENT,
-                [this](const Record& record) { earliest_start_ = std::min(earliest_start_, start_of(record)); });
+  earliest_start_ = earliest;
+  latest_vibration_start_ = latest;
+  room_ = furthest;
 }
 
 int32_t LongSignal::refusal(int64_t limit_samples) const {
@@ -57,33 +61,50 @@ int32_t LongSignal::refusal(int64_t limit_samples) const {
   return latest_vibration_start_ > limit_samples ? LRASYNTH_ERROR_LATE_EVENT : 0;
 }
 
-// Later events replace earlier ones, and any transient any continuous vibration. Nothing is mixed.
 void LongSignal::draw(const Window<uint8_t>& window) const {
   draw_repeated(repetition_, window, [this](const Window<uint8_t>& part) {
-    if (part.first >= room_) return;
-    request_.each(LRASYNTH_CONTINUOUS, [&](const Record& record) { draw_vibration(record, part); });
-    request_.each(LRASYNTH_TRANSIENT, [&](const Record& record) { draw_transient(record, part); });
+    if (part.first < room_) draw_pass(part);
+  });
+}
+
+// Later events replace earlier ones, and any transient any continuous vibration. Nothing is mixed. What lies outside
+// the window is passed over before any of it is resolved.
+void LongSignal::draw_pass(const Window<uint8_t>& window) const {
+  const int64_t longest = longest_tap(profile_);
+  int32_t first_tap = std::numeric_limits<int32_t>::max();
+  int32_t behind_taps = 0;
+  types_.each([&](int32_t index) {
+    const bool continuous = request_.type(index) == LRASYNTH_CONTINUOUS;
+    const int64_t start = start_of(index);
+    if (start >= window.end || start + (continuous ? length_of(index) : longest) <= window.first) return;
+    if (continuous) return draw_vibration(index, window);
+    first_tap = std::min(first_tap, index);
+    behind_taps = index + 1;
+  });
+  types_.each(first_tap, behind_taps, [&](int32_t index) {
+    if (request_.type(index) == LRASYNTH_TRANSIENT) draw_transient(index, window);
   });
 }
 
 void LongSignal::draw_until(int64_t limit_samples, uint8_t* out) const {
   bool in_time = true;
-  request_.each(LRASYNTH_CONTINUOUS, [&](const Record& record) {
-    in_time = in_time && start_of(record) <= limit_samples;
-    if (in_time) draw_vibration(record, {0, room_, out});
+  types_.each([&](int32_t index) {
+    if (request_.type(index) != LRASYNTH_CONTINUOUS) return;
+    in_time = in_time && start_of(index) <= limit_samples;
+    if (in_time) draw_vibration(index, {0, room_, out});
   });
 }
 
-void LongSignal::draw_vibration(const Record& record, const Window<uint8_t>& window) const {
-  const Window<uint8_t> part = window.of_piece(start_of(record), profile_.rate.samples(record.duration_ms));
-  if (!part.empty()) vibration_of(profile_, record).draw(part);
+void LongSignal::draw_vibration(int32_t index, const Window<uint8_t>& window) const {
+  const Window<uint8_t> part = window.of_piece(start_of(index), length_of(index));
+  if (!part.empty()) vibration_of(profile_, request_.record(index)).draw(part);
 }
 
 // As far as the room lasts.
-void LongSignal::draw_transient(const Record& record, const Window<uint8_t>& window) const {
-  const int64_t start = start_of(record);
-  if (start >= window.end) return;
+void LongSignal::draw_transient(int32_t index, const Window<uint8_t>& window) const {
+  const Record record = request_.record(index);
   const Tap tap = tap_in_pattern(profile_, record.level, record.intensity);
+  const int64_t start = start_of(index);
   const Window<uint8_t> part = window.of_piece(start, std::min<int64_t>(tap.length(), room_ - start));
   if (!part.empty()) tap.draw(part);
 }

@@ -36,6 +36,7 @@ class LongSignal {
   // Why it cannot be drawn under a limit, as one of the public header's errors, or 0.
   int32_t refusal(int64_t limit_samples) const;
 
+  bool repeats() const { return repetition_.copies > 0; }
   bool has_vibration() const { return latest_vibration_start_ != kNever; }
 
   // Samples up to the end of whatever may be drawn.
@@ -50,12 +51,16 @@ class LongSignal {
  private:
   static constexpr int64_t kNever = std::numeric_limits<int64_t>::min();
 
-  int64_t start_of(const Record& record) const { return profile_.rate.samples(record.start_ms); }
-  void draw_vibration(const Record& record, const Window<uint8_t>& window) const;
-  void draw_transient(const Record& record, const Window<uint8_t>& window) const;
+  // Of the record that starts at an integer; the length is that of a vibration.
+  int64_t start_of(int32_t index) const { return profile_.rate.samples(request_.start_ms(index)); }
+  int64_t length_of(int32_t index) const { return profile_.rate.samples(request_.duration_ms(index)); }
+  void draw_pass(const Window<uint8_t>& window) const;
+  void draw_vibration(int32_t index, const Window<uint8_t>& window) const;
+  void draw_transient(int32_t index, const Window<uint8_t>& window) const;
 
   Profile profile_;
   Request request_;
+  Types types_;  // of records that lie whole in the array
   Repetition repetition_;
   int64_t room_;  // samples that the first pass may cover: the pass, or up to the furthest continuous vibration's end
   int64_t earliest_start_ = 0;

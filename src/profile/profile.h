@@ -12,17 +12,18 @@ namespace lrasynth {
 
 // A sample rate, and what follows from it. Any value is safe.
 struct Rate {
-  int32_t hz;
-
-  int32_t per_ms() const { return hz / 1000; }
+  constexpr Rate(int32_t rate_hz) : hz(rate_hz), per_ms(rate_hz / 1000) {}
 
   // 32-bit, as all times within a pattern.
-  int32_t samples(int32_t ms) const { return wrap(int64_t{per_ms()} * ms); }
+  int32_t samples(int32_t ms) const { return wrap(int64_t{per_ms} * ms); }
 
   float single() const { return static_cast<float>(hz); }
 
   // Seconds per sample, divided in double precision before the narrowing; 0 for a rate of 0.
   float period() const { return hz == 0 ? 0.0F : static_cast<float>(1.0 / hz); }
+
+  int32_t hz;
+  int32_t per_ms;
 };
 
 struct Profile {

@@ -31,6 +31,12 @@ Tap tap_of(const Profile& profile, int32_t level, int32_t intensity) {
   }
 }
 
+int64_t longest_tap(const Profile& profile) {
+  std::size_t longest_burst = 0;
+  for (const BurstBand& band : profile.motor.bursts) longest_burst = std::max(longest_burst, band.burst.size());
+  return std::max(longest_transient(profile.rate), static_cast<int64_t>(longest_burst));
+}
+
 int32_t missing_tap(const Profile& profile, int32_t level) {
   const Motor& motor = profile.motor;
   if (motor.tap_kind == TapKind::kNone) return LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS;

@@ -26,6 +26,9 @@ struct Tap {
 // A level's tap as the motor makes taps.
 Tap tap_of(const Profile& profile, int32_t level, int32_t intensity);
 
+// Samples that no tap of the profile outlasts, whatever its level.
+int64_t longest_tap(const Profile& profile);
+
 // Why a level has no tap, as one of the public header's errors, or 0.
 int32_t missing_tap(const Profile& profile, int32_t level);
 
