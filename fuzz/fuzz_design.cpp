@@ -23,7 +23,7 @@ struct Choices {
 
 Choices choices_of(const uint8_t* bytes) {
   const int32_t chips[] = {0, LRASYNTH_CHIP_HALF_RATE, LRASYNTH_CHIP_EVENT_STREAM, 2};
-  return {lrasynth_profile_of(chips[bytes[0] % 4], kMotors[bytes[0] / 4 % 4], bytes[0] / 16 % 2),
+  return {lrasynth_profile_of(chips[bytes[0] % 4], motors()[bytes[0] / 4 % 4], bytes[0] / 16 % 2),
           {1 + bytes[1] % 8, bytes[1] / 8, bytes[2] < 250 ? 2 * bytes[2] : LRASYNTH_NO_LIMIT}};
 }
 
@@ -40,7 +40,8 @@ void check(const Piece& piece) {
   const int32_t fault = lrasynth_pattern_check(&piece.waveform.profile, &pattern, nullptr);
   require(fault == 0 || piece.waveform.is_stream || (fault == LRASYNTH_ERROR_LAST_RECORD && request.is_open));
   int64_t written = 0;
-  write_codes(piece.waveform, [&](std::string_view bytes) { return written += static_cast<int64_t>(bytes.size()), true; });
+  write_codes(piece.waveform,
+              [&](std::string_view bytes) { return written += static_cast<int64_t>(bytes.size()), true; });
   require(written == piece.waveform.length);
   require(size_of(piece.waveform).find('-') == std::string::npos);
   require(lines_of(piece.warnings).size() <= kMostWarningsListed + 1);

@@ -44,11 +44,11 @@
 #include <stdint.h>
 
 /** Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
- * In the shared library the functions that begin with lrasynth_ have the symbol version LRASYNTH_1.1, all other names
- * LRASYNTH_1 (for dlvsym).
+ * In the shared library the facts of chips and motors have the symbol version LRASYNTH_1.2, the other functions that
+ * begin with lrasynth_ LRASYNTH_1.1, all other names LRASYNTH_1 (for dlvsym).
  * @{ */
 #define LRASYNTH_VERSION_MAJOR 1
-#define LRASYNTH_VERSION_MINOR 1
+#define LRASYNTH_VERSION_MINOR 2
 #define LRASYNTH_VERSION_PATCH 0
 #define LRASYNTH_VERSION (LRASYNTH_VERSION_MAJOR * 10000 + LRASYNTH_VERSION_MINOR * 100 + LRASYNTH_VERSION_PATCH)
 /** @} */
@@ -673,6 +673,65 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  *   - An event stream holds of a vibration its start, its duration and the intensity of point 2, of a tap its start
  *     and its intensity, and of the pattern how often it plays: no interval and no limit. */
 int32_t lrasynth_pattern_check(const lrasynth_profile *profile, const lrasynth_pattern *pattern, int32_t *index);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup facts Facts of chips and motors
+ * What tools tell of them, for the profile in hand. Nothing but the arguments is read or written; a null profile gives 0
+ * where no error is named.
+ * @{ */
+
+/** The known motor models in ascending order of their numbers, index 0 and up; 0 from their count on. */
+int32_t lrasynth_motor(int32_t index);
+
+/** The known chip types, index 0 and up; -1 from their count on. */
+int32_t lrasynth_chip(int32_t index);
+
+/** Resonant frequency of the motor in Hz, as getF0 returns it. */
+int32_t lrasynth_resonance_hz(const lrasynth_profile *profile);
+
+/** 1 where the boost flag makes a difference to the motor, else 0. */
+int32_t lrasynth_has_boost(const lrasynth_profile *profile);
+
+/** 1 where taps inside a pattern are driven at their level's share of the intensity, else 0. */
+int32_t lrasynth_has_shares(const lrasynth_profile *profile);
+
+/** Frequency in Hz of a continuous vibration at an offset, clamped to -50..50, around the motor's resonance. */
+int32_t lrasynth_offset_hz(const lrasynth_profile *profile, int32_t offset);
+
+/** Gain of a continuous vibration at an offset, clamped to -50..50: its amplitude at intensity 100, of 128. */
+float lrasynth_offset_gain(const lrasynth_profile *profile, int32_t offset);
+
+/** The intensity in percent at which a tap of a level is driven inside a pattern. */
+int32_t lrasynth_tap_driven(const lrasynth_profile *profile, int32_t level, int32_t intensity);
+
+/** A piece of a tap. */
+typedef struct lrasynth_segment {
+  int32_t frequency_hz; /**< 0: silent. */
+  int32_t length;       /**< In samples. */
+} lrasynth_segment;
+
+#define LRASYNTH_SEGMENTS 4 /**< Of a tap that is made of segments: drive, zero time, F1 and F2. */
+
+/** Tells the segments of a level's tap: fills the LRASYNTH_SEGMENTS of the array and returns their number; 0, nothing
+ * written, where the motor's taps are stored bursts; or one of LRASYNTH_ERROR_NULL_POINTER,
+ * LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, LRASYNTH_ERROR_LEVEL_WITHOUT_TAP. */
+int32_t lrasynth_tap_segments(const lrasynth_profile *profile, int32_t level, lrasynth_segment *segments);
+
+/** Length in samples of the burst that sine renders, or LRASYNTH_ERROR_NULL_POINTER. */
+int64_t lrasynth_tone_length(const lrasynth_profile *profile, int32_t frequency_hz, int32_t half_periods);
+
+/** Reads a window of that burst into out, count bytes, with the bytes of sine. amplitude is in sample units. Returns how
+ * many samples were written, or an error as lrasynth_tap_read. */
+int64_t lrasynth_tone_read(const lrasynth_profile *profile, int32_t frequency_hz, int32_t half_periods,
+                           int32_t amplitude, int64_t first, uint8_t *out, int64_t count);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/** @defgroup builders Builders of records
+ * @{ */
 
 /** One of the four points of a continuous vibration. */
 typedef struct lrasynth_point {

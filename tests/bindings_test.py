@@ -22,6 +22,7 @@ TYPES = {
     "char": c_char,
     "lrasynth_profile": lrasynth.Profile,
     "lrasynth_pattern": lrasynth.Pattern,
+    "lrasynth_segment": lrasynth.Segment,
 }
 
 

@@ -332,7 +332,7 @@ TEST(Score, EventsAreHeardWhereNothingPlaysOverThem) {
       events += (events.empty() ? "" : ",") +
                 (up_to(1) ? curve(up_to(120), duration, points) : tap(up_to(120), up_to(100), up_to(100)));
     }
-    const lrasynth_profile profile = lrasynth_profile_of(up_to(1), kMotors[up_to(2)], 1);
+    const lrasynth_profile profile = lrasynth_profile_of(up_to(1), motors()[static_cast<size_t>(up_to(2))], 1);
     const Score score(profile, {2, 3, LRASYNTH_NO_LIMIT}, read_pattern(in_events(events)).events);
     std::vector<uint8_t> expected(static_cast<size_t>(score.length()));
     std::vector<int> heard_times(expected.size());

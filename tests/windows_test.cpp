@@ -340,4 +340,84 @@ TEST(Windows, OfDifferentProfilesRunSideBySide) {
   for (std::thread& thread : threads) thread.join();
 }
 
+// What tools are told with the profile in hand is what the functions without it give.
+TEST(Facts, AreThoseOfTheProcessWideFunctions) {
+  std::vector<int32_t> motors, chips;
+  for (int32_t i = 0; lrasynth_motor(i) != 0; ++i) motors.push_back(lrasynth_motor(i));
+  for (int32_t i = 0; lrasynth_chip(i) >= 0; ++i) chips.push_back(lrasynth_chip(i));
+  EXPECT_THAT(motors, ElementsAre(832, 1040, 9595, 81540));
+  EXPECT_THAT(chips, ElementsAre(0, 1, 11));
+  EXPECT_THAT((std::vector{lrasynth_motor(-1), lrasynth_motor(kMax), lrasynth_chip(-1), lrasynth_chip(kMax)}),
+              ElementsAre(0, 0, -1, -1));
+  motors.push_back(7);
+  for (const int32_t motor : motors) {
+    for (const int32_t boost : {0, 1, 2}) {
+      const ScopedProfile set(motor, 1, boost);
+      const lrasynth_profile profile = lrasynth_profile_of(1, motor, giBoostFlg);
+      EXPECT_EQ(lrasynth_resonance_hz(&profile), getF0());
+      EXPECT_EQ(lrasynth_has_boost(&profile), motor == 832);
+      EXPECT_EQ(lrasynth_has_shares(&profile), motor == 1040);
+      for (int32_t at = -60; at <= 110; ++at) {
+        ASSERT_EQ(lrasynth_offset_hz(&profile, at), getFrequency_4096(getF0(), at)) << motor << " " << at;
+        ASSERT_EQ(lrasynth_offset_gain(&profile, at), getIntensityMax(at)) << motor << " " << at;
+        ASSERT_EQ(lrasynth_tap_driven(&profile, at, 90), getIntensity(at, 90)) << motor << " " << at;
+      }
+    }
+  }
+  EXPECT_THAT((std::vector{lrasynth_resonance_hz(nullptr), lrasynth_has_boost(nullptr), lrasynth_has_shares(nullptr),
+                           lrasynth_offset_hz(nullptr, 9), lrasynth_tap_driven(nullptr, 9, 9)}),
+              Each(0));
+  EXPECT_EQ(lrasynth_offset_gain(nullptr, 9), 0.0F);
+}
+
+TEST(Facts, SegmentsAddUpToTheirTap) {
+  lrasynth_segment segments[LRASYNTH_SEGMENTS];
+  for (const int32_t chip : {0, 1}) {
+    const ScopedProfile set(LRASYNTH_MOTOR_1040, chip);
+    const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);
+    for (int32_t level = 0; level <= 100; ++level) {
+      ASSERT_EQ(lrasynth_tap_segments(&profile, level, segments), LRASYNTH_SEGMENTS);
+      const bool mid = getA1(level, 100) != 0;
+      EXPECT_EQ(segments[0].frequency_hz, getFrequency(level));
+      EXPECT_EQ(segments[0].length, get_sine_wave_len(getFrequency(level), mid ? 1.0F : getC0(level)));
+      EXPECT_EQ(segments[2].frequency_hz, mid ? getF1(level) : 0);
+      EXPECT_EQ(segments[3].frequency_hz, getA2(level, 100) != 0 ? getF2() : 0);
+      int64_t sum = 0;
+      for (const lrasynth_segment& segment : segments) sum += segment.length;
+      EXPECT_EQ(sum, lrasynth_tap_length(&profile, level)) << level;
+    }
+    EXPECT_EQ(lrasynth_tap_segments(&profile, 50, nullptr), LRASYNTH_ERROR_NULL_POINTER);
+  }
+  const lrasynth_profile stored = lrasynth_profile_of(0, LRASYNTH_MOTOR_832, 1);
+  const lrasynth_profile none = lrasynth_profile_of(0, LRASYNTH_MOTOR_81540, 1);
+  EXPECT_THAT(
+      (std::vector{lrasynth_tap_segments(&stored, 50, segments), lrasynth_tap_segments(&stored, 101, segments),
+                   lrasynth_tap_segments(&none, 50, segments), lrasynth_tap_segments(nullptr, 50, segments)}),
+      ElementsAre(0, LRASYNTH_ERROR_LEVEL_WITHOUT_TAP, LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS, LRASYNTH_ERROR_NULL_POINTER));
+}
+
+TEST(Facts, WindowsOfAToneAreItsBytes) {
+  for (const int32_t chip : {0, 1}) {
+    const ScopedProfile set(LRASYNTH_MOTOR_832, chip);
+    const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_832, 1);
+    for (const auto& [hz, half_periods, amplitude] :
+         {std::array{170, 9, 127}, {1, 1, 5}, {6000, 3, 200}, {440, 0, 9}}) {
+      Bytes whole(static_cast<std::size_t>(get_sine_wave_len(hz, static_cast<float>(half_periods) * 0.5F)));
+      EXPECT_EQ(sine(half_periods, hz, amplitude, whole.data()), 0);
+      ASSERT_EQ(lrasynth_tone_length(&profile, hz, half_periods), std::ssize(whole));
+      for (const int64_t first : {0, 1, 300}) {
+        Bytes part(333, kUntouched);
+        const int64_t n = lrasynth_tone_read(&profile, hz, half_periods, amplitude, first, part.data(), 333);
+        ASSERT_EQ(n, std::clamp<int64_t>(std::ssize(whole) - first, 0, 333));
+        EXPECT_TRUE(std::equal(part.begin(), part.begin() + n, whole.begin() + (n > 0 ? first : 0)));
+      }
+    }
+    EXPECT_THAT((std::vector{lrasynth_tone_length(nullptr, 1, 1), lrasynth_tone_read(nullptr, 1, 1, 1, 0, nullptr, 0),
+                             lrasynth_tone_read(&profile, 9, 9, 9, 0, nullptr, 1)}),
+                Each(LRASYNTH_ERROR_NULL_POINTER));
+    EXPECT_EQ(lrasynth_tone_read(&profile, 9, 9, 9, -1, nullptr, 1), LRASYNTH_ERROR_NEGATIVE_WINDOW);
+    EXPECT_EQ(lrasynth_tone_length(&profile, -9, 9), 0);
+  }
+}
+
 }  // namespace

@@ -41,15 +41,15 @@ std::vector<lrasynth_profile> Arguments::profiles() const {
     for (const int32_t chip : chips) {
       for (const std::string& boost : boosts) {
         profiles.push_back(lrasynth_profile_of(chip, *design::whole_number(motor), boost == "on" ? 1 : 0));
-        if (!design::has_boost(profiles.back().motor_type)) break;
+        if (!design::has_boost(profiles.back())) break;
       }
     }
   }
   for (const int32_t chip : chips) {
     if (!design::is_chip(chip)) std::cerr << design::text("lrasynth: note: --chip: type %d acts as 0\n", chip);
   }
-  const auto none = [&](bool (*is)(int32_t motor)) {
-    return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return is(profile.motor_type); });
+  const auto none = [&](bool (*is)(const lrasynth_profile& profile)) {
+    return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return is(profile); });
   };
   const std::string why = motors.size() > 1 ? "on these motors" : "on this motor";
   note_idle({"--boost"}, none(design::has_boost), why);

@@ -39,7 +39,7 @@ void report(const Arguments& arguments, std::span<const design::Piece> pieces) {
 
 design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& profile, int32_t level) {
   if (!design::has_taps(profile)) refuse("--motor: " + design::tap_fault(profile));
-  const bool in_pattern = arguments.in_pattern && design::has_shares(profile.motor_type);
+  const bool in_pattern = arguments.in_pattern && design::has_shares(profile);
   return design::tap_piece(profile, level, arguments.intensity, in_pattern);
 }
 

@@ -64,7 +64,7 @@ CLI::Validator time() { return number_in(0, design::kLongestMs); }
 
 Words motor_words() {
   Words words;
-  for (const int32_t motor : design::kMotors) words.push_back(std::to_string(motor));
+  for (const int32_t motor : design::motors()) words.push_back(std::to_string(motor));
   return words;
 }
 

@@ -213,8 +213,8 @@ int take_piece(design::Piece piece) {
 }
 
 std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
-  const auto& motors = design::kMotors;
-  if (std::find(std::begin(motors), std::end(motors), motor) == std::end(motors)) return std::nullopt;
+  const std::vector<int32_t> motors = design::motors();
+  if (std::find(motors.begin(), motors.end(), motor) == motors.end()) return std::nullopt;
   if (!design::is_chip(chip)) return std::nullopt;
   return lrasynth_profile_of(chip, motor, boost != 0 ? 1 : 0);
 }
@@ -230,7 +230,7 @@ std::string facts_of(int32_t motor) {
   const lrasynth_profile plain = lrasynth_profile_of(0, motor, 0);
   const lrasynth_profile boosted = lrasynth_profile_of(0, motor, 1);
   return text(R"({"motor":%d,"taps":%s,"boost":%s,"shares":%s,"resonance":%.10g,"hz":[)", motor,
-              truth(design::has_taps(plain)), truth(design::has_boost(motor)), truth(design::has_shares(motor)),
+              truth(design::has_taps(plain)), truth(design::has_boost(plain)), truth(design::has_shares(plain)),
               design::resonance_of(plain)) +
          curve(plain) + ',' + curve(boosted) + "]}";
 }
@@ -275,7 +275,7 @@ size_t studio_text_length() { return studio().text.size(); }
 void studio_about() {
   studio().text = text(R"({"version":"%d.%d.%d","longest_ms":%d,"help":)", LRASYNTH_VERSION_MAJOR,
                        LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH, design::kLongestMs) +
-                  quoted(design::kPatternHelp) + R"(,"motors":)" + list(design::kMotors, facts_of) + '}';
+                  quoted(design::kPatternHelp) + R"(,"motors":)" + list(design::motors(), facts_of) + '}';
 }
 
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,

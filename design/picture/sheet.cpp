@@ -69,7 +69,7 @@ void draw_curves(Svg& picture, const lrasynth_profile& profile, Panel& panel, bo
        [](const lrasynth_profile& p, int32_t offset) -> double { return hertz_at(p, offset); },
        {0, 400, 100}},
       {"continuous vibration: gain",
-       [](const lrasynth_profile& p, int32_t offset) { return static_cast<double>(gain_at(p, offset)); },
+       [](const lrasynth_profile& p, int32_t offset) { return gain_at(p, offset); },
        {0, 1, 0.25}},
   };
   for (const auto& curve : curves) {

@@ -17,7 +17,7 @@ double Stretch::amplitude_at(double ms) const {
 std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Vibration& vibration) {
   constexpr double kRateOfQuarters = 24000;
   const auto amplitude_of = [&](const lrasynth_point& point) {
-    return static_cast<double>(gain_at(profile, point.offset)) * 128 * point.intensity / 100;
+    return gain_at(profile, point.offset) * 128 * point.intensity / 100;
   };
   std::vector<Stretch> stretches;
   for (size_t to = 1; to < vibration.points.size(); ++to) {

@@ -73,14 +73,12 @@ Waveform tap_waveform(const lrasynth_profile& profile, int32_t level, int32_t dr
 }
 
 Waveform tone_waveform(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude) {
-  use(profile);
-  const int32_t length = get_sine_wave_len(frequency_hz, static_cast<float>(half_periods) * 0.5F);
-  const auto codes = std::make_shared<std::vector<uint8_t>>(static_cast<size_t>(std::max(0, length)));
-  sine(half_periods, frequency_hz, amplitude, codes->data());
-  const auto read = [codes](int64_t first, std::span<uint8_t> window) {
-    std::copy_n(codes->begin() + first, window.size(), window.begin());
+  const auto read = [=](int64_t first, std::span<uint8_t> window) {
+    lrasynth_tone_read(&profile, frequency_hz, half_periods, amplitude, first, window.data(),
+                       static_cast<int64_t>(window.size()));
   };
-  return {.title = {}, .profile = profile, .length = length, .read = read};
+  const Length length = checked(lrasynth_tone_length(&profile, frequency_hz, half_periods));
+  return {.title = {}, .profile = profile, .length = length.samples, .read = read};
 }
 
 Score::Score(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events)

@@ -20,7 +20,12 @@ class Pattern(Structure):
     _fields_ = [("records", _ints)] + [(name, c_int32) for name in "length loop_count interval_ms limit_ms".split()]
 
 
-_profile, _pattern = POINTER(Profile), POINTER(Pattern)
+class Segment(Structure):
+    """A piece of a tap: its frequency in Hz, 0 where it is silent, and its length in samples."""
+    _fields_ = [("frequency_hz", c_int32), ("length", c_int32)]
+
+
+_profile, _pattern, _segments = POINTER(Profile), POINTER(Pattern), POINTER(Segment)
 
 # Result, arguments, and the functions that have them.
 _SIGNATURES = (
@@ -61,6 +66,14 @@ _SIGNATURES = (
     (c_int64, (_profile, _pattern), "lrasynth_pattern_length"),
     (c_int64, (_profile, _pattern, c_int64, _bytes, c_int64), "lrasynth_pattern_read"),
     (c_int32, (_profile, _pattern, _ints), "lrasynth_pattern_check"),
+    (c_int32, (c_int32,), "lrasynth_motor lrasynth_chip"),
+    (c_int32, (_profile,), "lrasynth_resonance_hz lrasynth_has_boost lrasynth_has_shares"),
+    (c_int32, (_profile, c_int32), "lrasynth_offset_hz"),
+    (c_float, (_profile, c_int32), "lrasynth_offset_gain"),
+    (c_int32, (_profile, c_int32, c_int32), "lrasynth_tap_driven"),
+    (c_int32, (_profile, c_int32, _segments), "lrasynth_tap_segments"),
+    (c_int64, (_profile, c_int32, c_int32), "lrasynth_tone_length"),
+    (c_int64, (_profile,) + (c_int32,) * 3 + (c_int64, _bytes, c_int64), "lrasynth_tone_read"),
 )
 
 FUNCTIONS = {name: (result, arguments) for result, arguments, names in _SIGNATURES for name in names.split()}
@@ -143,6 +156,17 @@ lrasynth_tap_read               Read a window of a tap.
 lrasynth_pattern_length         Length of a pattern in samples.
 lrasynth_pattern_read           Read a window of a pattern.
 lrasynth_pattern_check          Find the faults of a pattern.
+lrasynth_motor                  The known motor models, by index.
+lrasynth_chip                   The known chip types, by index.
+lrasynth_resonance_hz           Resonant frequency of the motor.
+lrasynth_has_boost              Whether the boost flag makes a difference.
+lrasynth_has_shares             Whether taps inside a pattern are weaker.
+lrasynth_offset_hz              Frequency of a continuous vibration at an offset.
+lrasynth_offset_gain            Its gain there.
+lrasynth_tap_driven             Intensity at which a tap is driven inside a pattern.
+lrasynth_tap_segments           The segments of a tap.
+lrasynth_tone_length            Length of a sine burst in samples.
+lrasynth_tone_read              Read a window of a sine burst.
 """
 SUMMARIES = dict(line.split(maxsplit=1) for line in _SUMMARIES.strip().splitlines())
 

@@ -21,7 +21,8 @@ int32_t on_levels(const Profile& profile, int32_t level) {
 // A piece without slope hands the base back exactly, even where it does not fit single precision.
 int32_t on_offsets(const Profile& profile, int32_t base_hz, int32_t offset) {
   const Motor& motor = profile.motor;
-  const OffsetPiece& piece = row_at(profile.boost_flag == 1 ? motor.boosted_offsets : motor.offsets, offset);
+  const OffsetPiece& piece =
+      row_at(profile.boost_flag == 1 && has_boost(motor) ? motor.boosted_offsets : motor.offsets, offset);
   if (piece.slope == 0) return base_hz;
   const double shift = piece.slope * offset + piece.lift_hz;
   return narrow(static_cast<float>(shift + base_hz));
@@ -83,6 +84,16 @@ int32_t getFrequency_9595(int32_t baseHz, int32_t offset) {
 
 int32_t getFrequency_081540(int32_t baseHz, int32_t offset) {
   return on_offsets(with_motor(LRASYNTH_MOTOR_81540), baseHz, offset);
+}
+
+int32_t lrasynth_offset_hz(const lrasynth_profile* profile, int32_t offset) {
+  if (profile == nullptr) return 0;
+  const Profile resolved = profile_of(*profile);
+  return offset_hz(resolved, resolved.motor.base_hz, offset);
+}
+
+float lrasynth_offset_gain(const lrasynth_profile* profile, int32_t offset) {
+  return profile == nullptr ? 0.0F : gain_at(profile_of(*profile), offset);
 }
 
 float getFrequencyStepValue(int32_t fromHz, int32_t toHz, int32_t stepCount) {

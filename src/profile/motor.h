@@ -45,14 +45,6 @@ struct ShareBand {
   double share;
 };
 
-// The stored burst of a level, as sample codes; empty where there is none.
-using Burst = std::span<const uint8_t>;
-
-struct BurstBand {
-  int32_t from;
-  Burst burst;
-};
-
 enum class TapKind { kNone, kFourSegments, kStoredBurst };
 
 struct Motor {
@@ -60,13 +52,14 @@ struct Motor {
   int32_t base_hz;  // the resonant frequency
   std::span<const LevelPiece> levels;
   std::span<const OffsetPiece> offsets;          // without boost
-  std::span<const OffsetPiece> boosted_offsets;  // where the boost flag is 1
+  std::span<const OffsetPiece> boosted_offsets;  // where the boost flag is 1; none: the same
   GainCurve gain;                                // without boost
   GainCurve boosted_gain;                        // where the boost flag is not 0
   std::span<const ShareBand> shares;             // none: all of the intensity
   TapKind tap_kind;
-  std::span<const BurstBand> bursts;
 };
+
+constexpr bool has_boost(const Motor& motor) { return !motor.boosted_offsets.empty(); }
 
 // The row of a motor code; codes that no row names share the one of every other model.
 const Motor& motor_of(int32_t code);

@@ -2,6 +2,8 @@
 // The device profile: five process-wide variables and their setters.
 #include "profile/profile.h"
 
+#include <iterator>
+
 #include "lrasynth.h"
 
 int32_t IC_TYPE = 0;
@@ -13,7 +15,20 @@ int32_t F0 = 170;
 namespace lrasynth {
 namespace {
 
-int32_t rate_of_chip(int32_t chip_type) { return chip_type == LRASYNTH_CHIP_HALF_RATE ? 12000 : 24000; }
+struct Chip {
+  int32_t type;
+  int32_t rate_hz;
+};
+
+// Every other one has the rate of the first.
+constexpr Chip kChips[] = {{0, 24000}, {LRASYNTH_CHIP_HALF_RATE, 12000}, {LRASYNTH_CHIP_EVENT_STREAM, 24000}};
+
+int32_t rate_of_chip(int32_t chip_type) {
+  for (const Chip& chip : kChips) {
+    if (chip.type == chip_type) return chip.rate_hz;
+  }
+  return kChips[0].rate_hz;
+}
 
 void store_f0(int32_t frequency_hz) { __atomic_store_n(&F0, frequency_hz, __ATOMIC_RELAXED); }
 
@@ -62,4 +77,18 @@ int32_t getBoostFlg() { return giBoostFlg; }
 
 lrasynth_profile lrasynth_profile_of(int32_t chip_type, int32_t motor_type, int32_t boost_flag) {
   return {chip_type, rate_of_chip(chip_type), motor_type, boost_flag};
+}
+
+int32_t lrasynth_chip(int32_t index) { return index >= 0 && index < std::ssize(kChips) ? kChips[index].type : -1; }
+
+int32_t lrasynth_resonance_hz(const lrasynth_profile* profile) {
+  return profile == nullptr ? 0 : motor_of(profile->motor_type).base_hz;
+}
+
+int32_t lrasynth_has_boost(const lrasynth_profile* profile) {
+  return profile != nullptr && has_boost(motor_of(profile->motor_type)) ? 1 : 0;
+}
+
+int32_t lrasynth_has_shares(const lrasynth_profile* profile) {
+  return profile != nullptr && !motor_of(profile->motor_type).shares.empty() ? 1 : 0;
 }

@@ -68,6 +68,12 @@ float SineSegment::error(int32_t last) const {
   return offset_error(amplitude, amplitude * relative_error + kSumRounding);
 }
 
+void Tone::draw(const Window<uint8_t>& window) const {
+  const Window<uint8_t> inside = window.of_piece(0, length());
+  render<PlainCoding>(*this, inside);
+  if (!inside.empty() && inside.first == 0) inside.out[0] = kFirstCode;
+}
+
 }  // namespace lrasynth
 
 using namespace lrasynth;
@@ -84,11 +90,16 @@ int32_t get_sine(int32_t frequencyHz, int32_t strength, float* out, float cycles
 }
 
 int32_t sine(int32_t halfPeriods, int32_t frequencyHz, int32_t amplitude, uint8_t* out) {
-  const float cycles = static_cast<float>(halfPeriods) * 0.5F;
-  const Tone tone(current_profile().rate, frequencyHz, cycles, amplitude);
-  if (refuses(out, tone.count())) return -1;
-  if (tone.count() < 1) return 0;
-  render<PlainCoding>(tone, Window<uint8_t>{0, tone.count(), out});
-  out[0] = kFirstCode;
-  return 0;
+  return write(tone_of(current_profile().rate, frequencyHz, halfPeriods, amplitude), out);
+}
+
+int64_t lrasynth_tone_length(const lrasynth_profile* profile, int32_t frequency_hz, int32_t half_periods) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  return tone_of(profile_of(*profile).rate, frequency_hz, half_periods, 0).length();
+}
+
+int64_t lrasynth_tone_read(const lrasynth_profile* profile, int32_t frequency_hz, int32_t half_periods,
+                           int32_t amplitude, int64_t first, uint8_t* out, int64_t count) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  return read(tone_of(profile_of(*profile).rate, frequency_hz, half_periods, amplitude), first, out, count);
 }

@@ -2,6 +2,7 @@
 // Sine bursts: their grid of whole samples, the segment that transients are made of, and the plain tone.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -9,6 +10,7 @@
 #include "profile/sample_code.h"
 #include "tone/ramp.h"
 #include "tone/speculation.h"
+#include "tone/window.h"
 
 namespace lrasynth {
 
@@ -56,6 +58,10 @@ class Tone {
         amplitude_(static_cast<float>(amplitude)) {}
 
   int32_t count() const { return grid_.count; }
+  int64_t length() const { return std::max(0, grid_.count); }
+
+  // As sample codes, of which the first is 0.
+  void draw(const Window<uint8_t>& window) const;
 
   float exact(int32_t i) const {
     const auto s = static_cast<float>(std::sin(static_cast<double>(phase(i))));
@@ -80,5 +86,10 @@ class Tone {
   float angular_;  // radians per second
   float amplitude_;
 };
+
+// A tone of half periods.
+inline Tone tone_of(Rate rate, int32_t frequency_hz, int32_t half_periods, int32_t amplitude) {
+  return {rate, frequency_hz, static_cast<float>(half_periods) * 0.5F, amplitude};
+}
 
 }  // namespace lrasynth

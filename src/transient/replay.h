@@ -5,9 +5,9 @@
 #include <cstdint>
 
 #include "profile/arithmetic.h"
-#include "profile/motor.h"
 #include "profile/sample_code.h"
 #include "tone/window.h"
+#include "transient/bursts.h"
 
 namespace lrasynth {
 

@@ -25,7 +25,7 @@ Tap tap_of(const Profile& profile, int32_t level, int32_t intensity) {
     case TapKind::kFourSegments:
       return {.transient = level_transient(profile, level, intensity)};
     case TapKind::kStoredBurst:
-      return {.replay = {row_at(profile.motor.bursts, level).burst, intensity}};
+      return {.replay = {row_at(bursts_of(profile.motor.code), level).burst, intensity}};
     default:
       return {};
   }
@@ -33,14 +33,15 @@ Tap tap_of(const Profile& profile, int32_t level, int32_t intensity) {
 
 int64_t longest_tap(const Profile& profile) {
   std::size_t longest_burst = 0;
-  for (const BurstBand& band : profile.motor.bursts) longest_burst = std::max(longest_burst, band.burst.size());
+  for (const BurstBand& band : bursts_of(profile.motor.code))
+    longest_burst = std::max(longest_burst, band.burst.size());
   return std::max(longest_transient(profile.rate), static_cast<int64_t>(longest_burst));
 }
 
 int32_t missing_tap(const Profile& profile, int32_t level) {
   const Motor& motor = profile.motor;
   if (motor.tap_kind == TapKind::kNone) return LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS;
-  const bool missing = motor.tap_kind == TapKind::kStoredBurst && row_at(motor.bursts, level).burst.empty();
+  const bool missing = motor.tap_kind == TapKind::kStoredBurst && row_at(bursts_of(motor.code), level).burst.empty();
   return missing ? LRASYNTH_ERROR_LEVEL_WITHOUT_TAP : 0;
 }
 
@@ -89,6 +90,20 @@ int32_t transStringDataToInt(const uint8_t* source, int32_t count, int32_t* dest
   if (refuses(source, count) || refuses(destination, count)) return -1;
   for (int32_t i = 0; i < count; ++i) destination[i] = source[i];
   return 0;
+}
+
+int32_t lrasynth_tap_driven(const lrasynth_profile* profile, int32_t level, int32_t intensity) {
+  return profile == nullptr ? 0 : intensity_in_pattern(profile_of(*profile), level, intensity);
+}
+
+int32_t lrasynth_tap_segments(const lrasynth_profile* profile, int32_t level, lrasynth_segment* segments) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  const Profile resolved = profile_of(*profile);
+  if (const int32_t missing = missing_tap(resolved, level); missing != 0) return missing;
+  if (resolved.motor.tap_kind != TapKind::kFourSegments) return 0;
+  if (segments == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  tell_segments(resolved, level, segments);
+  return LRASYNTH_SEGMENTS;
 }
 
 int64_t lrasynth_tap_length(const lrasynth_profile* profile, int32_t level) {

@@ -35,34 +35,45 @@ const LevelBand& band_of(int32_t level) { return row_at<LevelBand>(kBands, level
 int32_t fortieths(int32_t factor, int32_t intensity) { return static_cast<int32_t>(int64_t{factor} * intensity / 40); }
 
 // The mid-level shape with segments of its own.
-Transient custom_mid_transient(const Profile& profile, int32_t level, int32_t amplitude, int32_t f1_hz,
-                               int32_t f1_amplitude, int32_t f2_hz, int32_t f2_amplitude, float zero_ms) {
-  return {profile.rate,
-          {.drive = {level_hz(profile, level), 1.0F, amplitude},
-           .zero_ms = zero_ms,
-           .f1 = {f1_hz, 0.5F, f1_amplitude},
-           .f2 = {f2_hz, 0.5F, f2_amplitude},
-           .f2_mirrored = true,
-           .code_first = true}};
+TransientShape custom_mid_shape(const Profile& profile, int32_t level, int32_t amplitude, int32_t f1_hz,
+                                int32_t f1_amplitude, int32_t f2_hz, int32_t f2_amplitude, float zero_ms) {
+  return {.drive = {level_hz(profile, level), 1.0F, amplitude},
+          .zero_ms = zero_ms,
+          .f1 = {f1_hz, 0.5F, f1_amplitude},
+          .f2 = {f2_hz, 0.5F, f2_amplitude},
+          .f2_mirrored = true,
+          .code_first = true};
 }
 
 // Any level can be had in either shape. Both are driven at half the intensity; only the mid level also halves what F1
 // and F2 see.
 
-Transient mid_transient(const Profile& profile, int32_t level, int32_t intensity) {
+TransientShape mid_shape(const Profile& profile, int32_t level, int32_t intensity) {
   const LevelBand& band = band_of(level);
   const int32_t half = intensity / 2;
-  return custom_mid_transient(profile, level, half, band.f1_hz, fortieths(band.f1_fortieths, half), kF2Hz,
-                              fortieths(band.f2_fortieths, half), band.zero_ms);
+  return custom_mid_shape(profile, level, half, band.f1_hz, fortieths(band.f1_fortieths, half), kF2Hz,
+                          fortieths(band.f2_fortieths, half), band.zero_ms);
+}
+
+TransientShape edge_shape(const Profile& profile, int32_t level, int32_t intensity) {
+  const LevelBand& band = band_of(level);
+  return {.drive = {level_hz(profile, level), band.drive_cycles, intensity / 2},
+          .zero_ms = band.zero_ms,
+          .f1 = {band.f1_hz, kEdgeF1Cycles, fortieths(band.f1_fortieths, intensity)},
+          .f2 = {kF2Hz, kEdgeF2Cycles, fortieths(band.f2_fortieths, intensity)}};
+}
+
+Transient mid_transient(const Profile& profile, int32_t level, int32_t intensity) {
+  return {profile.rate, mid_shape(profile, level, intensity)};
 }
 
 Transient edge_transient(const Profile& profile, int32_t level, int32_t intensity) {
-  const LevelBand& band = band_of(level);
-  return {profile.rate,
-          {.drive = {level_hz(profile, level), band.drive_cycles, intensity / 2},
-           .zero_ms = band.zero_ms,
-           .f1 = {band.f1_hz, kEdgeF1Cycles, fortieths(band.f1_fortieths, intensity)},
-           .f2 = {kF2Hz, kEdgeF2Cycles, fortieths(band.f2_fortieths, intensity)}}};
+  return {profile.rate, edge_shape(profile, level, intensity)};
+}
+
+lrasynth_segment told(Rate rate, const SegmentShape& segment) {
+  const bool silent = segment.amplitude == 0;
+  return {silent ? 0 : segment.hz, TimeGrid(rate, segment.hz, segment.cycles).count};
 }
 
 int32_t write_integers(const Transient& transient, int32_t* out) {
@@ -75,6 +86,14 @@ int32_t write_integers(const Transient& transient, int32_t* out) {
 
 Transient level_transient(const Profile& profile, int32_t level, int32_t intensity) {
   return (band_of(level).mid ? mid_transient : edge_transient)(profile, level, intensity);
+}
+
+void tell_segments(const Profile& profile, int32_t level, lrasynth_segment* segments) {
+  const TransientShape shape = (band_of(level).mid ? mid_shape : edge_shape)(profile, level, 100);
+  segments[0] = told(profile.rate, shape.drive);
+  segments[1] = {0, zero_count(profile.rate, shape.zero_ms)};
+  segments[2] = told(profile.rate, shape.f1);
+  segments[3] = told(profile.rate, shape.f2);
 }
 
 }  // namespace lrasynth
@@ -105,12 +124,15 @@ int32_t shortWave_func_custom(int32_t level, int32_t intensity, uint8_t* out) {
 }
 
 int32_t get_wave_func_wave_len(int32_t level, int32_t f1Hz, int32_t f2Hz, float zeroTimeMs) {
-  return custom_mid_transient(current_profile(), level, 0, f1Hz, 0, f2Hz, 0, zeroTimeMs).length();
+  const Profile profile = current_profile();
+  return Transient(profile.rate, custom_mid_shape(profile, level, 0, f1Hz, 0, f2Hz, 0, zeroTimeMs)).length();
 }
 
 int32_t wave_func(int32_t level, int32_t intensity, int32_t f1Hz, int32_t a1, int32_t f2Hz, int32_t a2, int32_t* out,
                   float zeroTimeMs) {
-  return write_integers(custom_mid_transient(current_profile(), level, intensity, f1Hz, a1, f2Hz, a2, zeroTimeMs), out);
+  const Profile profile = current_profile();
+  const TransientShape shape = custom_mid_shape(profile, level, intensity, f1Hz, a1, f2Hz, a2, zeroTimeMs);
+  return write_integers({profile.rate, shape}, out);
 }
 
 int32_t get_wave_func_wave_len_custom(int32_t level, int32_t f1Hz, int32_t f2Hz, float c0, float c1, float c2,

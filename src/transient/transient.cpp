@@ -41,7 +41,14 @@ struct EdgeCoding {
   int32_t previous = 0;
 };
 
+float in_samples(Rate rate, float ms) {
+  const float product = rate.single() * ms;
+  return product / 1000.0F;
+}
+
 }  // namespace
+
+int32_t zero_count(Rate rate, float zero_ms) { return truncate(in_samples(rate, zero_ms)); }
 
 // The segments are truncated one by one, the zero time by itself where it is drawn, but in the length only together
 // with their sum, which is single precision.
@@ -50,8 +57,7 @@ Transient::Transient(Rate rate, const TransientShape& shape)
       f1_(rate, shape.f1.hz, shape.f1.cycles, shape.f1.amplitude),
       f2_(rate, shape.f2.hz, shape.f2.cycles, shape.f2.amplitude, shape.f2_mirrored),
       code_first_(shape.code_first) {
-  const float product = rate.single() * shape.zero_ms;
-  const float zero_samples = product / 1000.0F;
+  const float zero_samples = in_samples(rate, shape.zero_ms);
   zero_count_ = truncate(zero_samples);
   const int64_t segments = int64_t{drive_.count()} + f1_.count() + f2_.count();
   length_ = shape.drive.hz > 0 ? truncate(zero_samples + static_cast<float>(segments)) : 0;

@@ -54,6 +54,12 @@ class Transient {
   bool code_first_ = false;
 };
 
+// Samples of the zero time. In the whole's length it is truncated with the rest, not by itself.
+int32_t zero_count(Rate rate, float zero_ms);
+
+// What a level's four segments are: drive, zero time, F1 and F2.
+void tell_segments(const Profile& profile, int32_t level, lrasynth_segment* segments);
+
 // The transient of a level, at the drive frequency of the profile's motor.
 Transient level_transient(const Profile& profile, int32_t level, int32_t intensity);
 
