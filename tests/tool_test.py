@@ -135,9 +135,9 @@ pattern p.json --interval 5 x.wav | 2 | --interval: does nothing without --loop 
 pattern p.json --loop 0 x.wav | 2 | --loop: must be a whole number from 1 to 65535, not 0
 pattern p.json --loop 65535 x.wav | 2 | p.json: the waveform may last 600000 ms at most, with all passes and gaps
 pattern p.json --loop 2 --interval 600000 x.wav | 2 | p.json: the waveform .* with all passes and gaps
-pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: must be at most 50, the limit
+pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: a continuous vibration starts later than the limit: 50 ms
 pattern nested.json --limit 50 --loop 2 x.wav | 2 | nested.json:1:13: event 1: ends last, at 90 ms, where passes need .* at least 90, not 50
-pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: motor 81540 has no taps
+pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: the motor has no taps: motor 81540
 pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .csv or .bin with --chip 11
 pattern p.json --chip 11 --loop 1000 --strict x.csv | 2 | --strict: a warning is a fault
 compare p.json --level 5 x.svg | 2 | --level: does nothing beside a pattern

@@ -46,16 +46,26 @@ void close_pass(std::vector<Event>& events, const lrasynth_profile& profile, con
   }
 }
 
+// In the library's words, with what it is about.
+std::string words_of(int32_t error, const lrasynth_profile& profile, const Playback& playback) {
+  const std::string what = lrasynth_error_text(error);
+  if (error == LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS) return what + text(": motor %d", profile.motor_type);
+  return error == LRASYNTH_ERROR_LATE_EVENT ? what + text(": %d ms", playback.limit_ms) : what;
+}
+
 }  // namespace
 
+// What a file's fields allow can only be at fault in its type and its start. Times beyond the 16 bits of an event
+// stream are warned of.
 void add_faults(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback,
                 Faults& faults) {
-  if (is_event_stream(profile)) return;
   for (const Event& event : events) {
-    const auto fault = [&](std::string what) { faults.add({event.number, event.place, std::move(what)}); };
-    const bool late = playback.limit_ms >= 0 && event.start_ms > playback.limit_ms;
-    if (event.vibration() != nullptr && late) fault(text("start: must be at most %d, the limit", playback.limit_ms));
-    if (event.tap() != nullptr && !has_taps(profile)) fault("type: " + tap_fault(profile));
+    const Record record = event.record();
+    const lrasynth_pattern alone = {record.data(), LRASYNTH_RECORD_LENGTH, 1, 0, playback.limit_ms};
+    int32_t index = 0;
+    const int32_t error = lrasynth_pattern_check(&profile, &alone, &index);
+    if (error == 0 || error == LRASYNTH_ERROR_STREAM_TIME) continue;
+    faults.add({event.number, event.place, (index == 0 ? "type: " : "start: ") + words_of(error, profile, playback)});
   }
 }
 

@@ -18,7 +18,7 @@ struct Playback {
   int32_t limit_ms = LRASYNTH_NO_LIMIT;
 };
 
-// What else is wrong with events on this chip and motor.
+// What else is wrong with events on this chip and motor, as the library judges their records one by one.
 void add_faults(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback,
                 Faults& faults);
 
