@@ -37,6 +37,23 @@ TEST(Windows, LookBackWhereACodeHangsOnTheOneBefore) {
   }
 }
 
+// Each sample by itself: the first and the last of every event, over others and in the copy, are windows of their own.
+TEST(Windows, OfOneSampleAreThoseOfTheWhole) {
+  for (const int32_t motor : {832, 1040}) {
+    const lrasynth_profile profile = lrasynth_profile_of(1, motor, 1);
+    const Integers records = request_of({transient(5, 100, 50), steady(0, 40), steady(19, 11, 50),
+                                         transient(33, 100, 0), steady(60, 0), steady(0, 66)});
+    const lrasynth_pattern twice = pattern_of(records, 2, 3);
+    Bytes whole(12 * 135);
+    ASSERT_EQ(lrasynth_pattern_read(&profile, &twice, 0, whole.data(), std::ssize(whole) + 1), std::ssize(whole));
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+      uint8_t sample = kUntouched;
+      ASSERT_EQ(lrasynth_pattern_read(&profile, &twice, static_cast<int64_t>(i), &sample, 1), 1);
+      ASSERT_EQ(sample, whole[i]) << i << " of motor " << motor;
+    }
+  }
+}
+
 // Passes that overlap repeat the stride up to the end of the last one; an event that reaches beyond stays there.
 TEST(Windows, OfOverlappingPassesEndWithWhatHangsOver) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);

@@ -10,7 +10,7 @@
 namespace lrasynth {
 
 // Every byte depends on plain single and double precision: no wider intermediates, no other formats.
-static_assert(FLT_EVAL_METHOD == 0);
+static_assert(FLT_EVAL_METHOD == 0, "floats must be computed as floats: on x86, compile with -msse2 -mfpmath=sse");
 static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<double>::is_iec559);
 
 // Modulo 2^32, in two's complement: where the interface calls a result 32-bit, it is computed in 64 and wrapped.
