@@ -47,12 +47,16 @@ TEST(Pattern, FaultsHavePlaceAndCause) {
       {"{\"events\": [1 /* ]}", {"f:1:20: is not JSON: a comment has no end"}},
       {"{\"events\" [1]}", {"f:1:10: is not JSON: a colon is missing behind the name"}},
       {"{\"events\": \"\xff\"}", {"f:1:13: is not JSON: a string is not UTF-8"}},
+      {"{\"events\": \"a\n\"}", {"f:1:14: is not JSON: a string is not closed, or holds a control character"}},
       {"{\"events\": tru}", {"f:1:15: is not JSON: a value is expected here"}},
       {in_events(tap(0, 1, 2)) + " x", {"f:1:70: is not JSON: something follows behind its end"}},
       {in_events(tap(0, 1, 2)) + std::string("\0x", 2), {"f:1:69: is not JSON: it holds a NUL character"}},
       {"{\"events\":[1e400]}", {"f:1:12: is not JSON: a number is too large"}},
       {std::string(20, '['), {"f:1:17: is nested too deeply"}},
       {"[]", {"f:1:1: must be an object with events, a list of at least one"}},
+      {"{\"event\":[]}",
+       {"f:1:2: event: is no field of a pattern; did you mean events?",
+        "f:1:1: must be an object with events, a list of at least one"}},
       {in_events(""), {"f:1:12: must be an object with events, a list of at least one"}},
       {"{\"na\\u00e4me\":1,\"events\":[" + tap(0, 1, 2) + "],\"x\\n\":0}",
        {"f:1:2: na\u00e4me: is no field of a pattern", "f:1:83: x\\x0A: is no field of a pattern"}},
@@ -157,21 +161,27 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
        {},
        tap(0, 0, 50) + "," + tap(50, 9, 9) + "," + curve(90, 9, "[0,0,0],[0,0,9],[0,0,0],[9,0,0]"),
        {"event 1 at 0 ms: is silent: its intensity is 0",
-        "event 2 at 50 ms: is silent: level 9 at 9 % is driven at 0 % in a pattern; intensity 10 is the least that is "
-        "felt",
+        "event 2 at 50 ms: is silent: level 9 at intensity 9 %, driven at 0 %, is all rest; intensity 20 is the least "
+        "that drives the motor",
         "event 3 at 90 ms: is silent: the intensity of all its points is 0"}},
       // Jumps: to rest, into and out of a tap, from pass to pass; not at a point.
       {9595,
        0,
        {},
        curve(0, 101, kLoudEnd),
-       {"event 1 at 101 ms: the samples jump by 64, to rest; to end at rest set point 4 to intensity 0"}},
-      {9595, 0, {2, 0, -1}, curve(0, 101, kLoudEnd), {"event 1 at 101 ms: the samples jump by 64, from event 1"}},
+       {"event 1 at 101 ms: the samples jump by 64, to rest; to end event 1 at rest set its point 4 to intensity 0"}},
+      {9595,
+       0,
+       {2, 0, -1},
+       curve(0, 101, kLoudEnd),
+       {"event 1 at 101 ms: the samples jump by 64, from event 1; to end event 1 at rest set its point 4 to intensity "
+        "0"}},
       {9595,
        0,
        {},
        curve(0, 101, kLoudEnd) + "," + curve(101, 300, kLevel),
-       {"event 2 at 101 ms: the samples jump by 64, from event 1"}},
+       {"event 2 at 101 ms: the samples jump by 64, from event 1; to end event 1 at rest set its point 4 to intensity "
+        "0"}},
       {1040,
        0,
        {},
@@ -237,13 +247,15 @@ TEST(Pattern, WarningsThatAreAlikeAreToldOnce) {
   for (int32_t i = 1; i <= 1200; ++i) warnings.push_back({i, 2.0 * i, "is loud"});
   for (int32_t i = 1; i <= 5; ++i) warnings.push_back({i, 3, text("jumps by %d", 30 + i), "jumps"});
   for (int32_t i = 0; i < 4; ++i) warnings.push_back({7, 3, text("falls by %d", 30 + i / 2), "falls"});
-  const std::vector<std::string> few = {
-      "in 1,200 events, first event 1 at 2 ms: is loud", "in 5 events, first event 1 at 3 ms: jumps",
-      "event 7 at 3 ms: falls by 30 (2 places)", "event 7 at 3 ms: falls by 31 (2 places)"};
+  const std::vector<std::string> few = {"in 1,200 events, first event 1 at 2 ms: is loud",
+                                        "in 5 events, first event 1 at 3 ms: jumps by 31; the others likewise",
+                                        "event 7 at 3 ms: falls by 30 (2 places)",
+                                        "event 7 at 3 ms: falls by 31 (2 places)"};
   EXPECT_EQ(lines_of(warnings), few);
   for (int32_t i = 1; i <= 30; ++i) warnings.push_back({i, 4, text("reaches %d Hz", i)});
   EXPECT_EQ(lines_of(warnings).size(), kMostWarningsListed + 1);
   EXPECT_EQ(lines_of(warnings).back(), "and 14 more warnings");
+  EXPECT_EQ(lines_of(warnings, 1).back(), "and 39 more warnings") << "not lines";
 }
 
 // What no limit allows is a fault in words, never a length.

@@ -45,6 +45,7 @@ WRONG_CALLS = rf"""
 wobble | 2 | wobble: is no command; there are tap, pattern, tone, sheet, compare and completion
 patern p.json | 2 | patern: is no command; .*; did you mean pattern\?
 --motor 832 | 2 | --motor: stands behind its command: tap, pattern, sheet or compare
+--hlep | 2 | --hlep: is no option; did you mean --help\?
 --motor 832 tap | 2 | --motor: stands behind its command: lrasynth tap --motor
 completion tcsh | 2 | SHELL: must be bash, zsh or fish, not tcsh
 --fast tap x.wav | 2 | --fast: is no option of this command
@@ -138,6 +139,7 @@ pattern p.json --loop 2 --interval 600000 x.wav | 2 | p.json: the waveform .* wi
 pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: a continuous vibration starts later than the limit: 50 ms
 pattern nested.json --limit 50 --loop 2 x.wav | 2 | nested.json:1:13: event 1: ends last, at 90 ms, where passes need .* at least 90, not 50
 pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: the motor has no taps: motor 81540
+pattern p.json --chip 11 --format wav - | 2 | --format: must be csv or bin with --chip 11
 pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .csv or .bin with --chip 11
 pattern p.json --chip 11 --loop 1000 --strict x.csv | 2 | --strict: a warning is a fault
 compare p.json --level 5 x.svg | 2 | --level: does nothing beside a pattern
@@ -367,7 +369,8 @@ class ToolTest(unittest.TestCase):
         self.assertNotEqual(taps[0], taps[2])
 
     def test_audible_wav_keeps_the_tone(self):
-        self.output_of("tone", "--frequency", 100, "--half-periods", 20, "--amplitude", 100, "--audible", "x.wav")
+        told = self.output_of("tone", "--frequency", 100, "--half-periods", 20, "--amplitude", 100, "--audible", "x.wav")
+        self.assertEqual(told, b"x.wav: 4800 samples at 48000 a second, 100.0 ms\n")
         with wave.open(str(self.directory / "x.wav")) as file:
             self.assertEqual(file.getparams()[:4], (1, 2, 48000, 4800))
             frames = memoryview(file.readframes(4800)).cast("h")

@@ -6,14 +6,28 @@
 #include <bit>
 #include <memory>
 
+#include "design/base/text.h"
 #include "design/waveform/samples.h"
 #include "files.h"
 
 namespace command {
+namespace {
+
+constexpr int32_t kRate = 48000;
+
+int64_t audible_length(const design::Waveform& waveform) {
+  return kRate / waveform.profile.sample_rate * waveform.length;
+}
+
+}  // namespace
+
+std::string audible_size_of(const design::Waveform& waveform) {
+  return design::counted(audible_length(waveform), "sample") +
+         design::text(" at %d a second, %.1f ms", kRate, waveform.length_ms());
+}
 
 // The converter's noise lies at -98 dB (16 bits), that of 8 bits at -50.
 void write_audible_wav(const design::Waveform& waveform, Target& target) {
-  constexpr int32_t kRate = 48000;
   const int32_t ratio = kRate / waveform.profile.sample_rate;
   soxr_io_spec_t exact = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);
   exact.flags = SOXR_NO_DITHER;  // the same file every time
@@ -21,7 +35,7 @@ void write_audible_wav(const design::Waveform& waveform, Target& target) {
   const std::unique_ptr<soxr, void (*)(soxr_t)> resampler(
       soxr_create(waveform.profile.sample_rate, kRate, 1, nullptr, &exact, &quality, nullptr), soxr_delete);
   if (resampler == nullptr) throw Failure(kCannotRender, "cannot resample");
-  int64_t left = ratio * waveform.length;
+  int64_t left = audible_length(waveform);
   target.write(design::wav_head(kRate, left));
   std::vector<int16_t> samples;
   std::vector<int16_t> ready;

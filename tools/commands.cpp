@@ -116,6 +116,8 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
     refuse(text("-: standard output is a terminal, which %s would garble: send it to a file or a program", form.name));
   }
   if (!suits(form, piece)) {
+    if (path == kStandardOutput)
+      refuse("--format: must be " + design::listed(design::file_forms("", true)) + " with --chip 11");
     refuse("OUTPUT: " + design::shown(path) + " must end in " + design::listed(design::file_forms(".", true)) +
            " with --chip 11");
   }
@@ -133,7 +135,7 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
     if (is_audible) return write_audible_wav(piece.waveform, target);
     form.write(piece, view, [&](std::string_view bytes) { return target.write(bytes); });
   };
-  return {path, write, size_of(piece.waveform)};
+  return {path, write, is_audible ? audible_size_of(piece.waveform) : size_of(piece.waveform)};
 }
 
 // Warns, then prints a summary where nothing is to be written, or writes every OUTPUT in the form that its ending says,

@@ -15,6 +15,7 @@ struct OptionWords {
   std::string help;
   std::vector<std::string> values;  // empty: any
   bool takes_value;
+  bool is_optional = false;  // the value
 };
 
 struct CommandWords {
@@ -43,7 +44,8 @@ std::vector<CommandWords> words_of(const CLI::App& app) {
       if (option->get_name() == "SHELL") commands.back().options.push_back({"", "", {"bash", "zsh", "fish"}, true});
       if (option->get_positional()) continue;
       commands.back().options.push_back({option->get_name(), option->get_description(),
-                                         words_of_type(option->get_type_name()), option->get_items_expected_max() > 0});
+                                         words_of_type(option->get_type_name()), option->get_items_expected_max() > 0,
+                                         option->get_type_name().starts_with("[")});
     }
   }
   return commands;
@@ -112,7 +114,8 @@ std::string zsh(const std::vector<CommandWords>& commands) {
       const std::string values = option.values.empty() ? "_files" : "(" + joined(option.values) + ")";
       const std::string described = option.name + "[" + plain(option.help) + "]";
       const std::string spec =
-          option.name.empty() ? "1: :" + values : described + (option.takes_value ? ": :" + values : "");
+          option.name.empty() ? "1: :" + values
+                              : described + (option.takes_value ? (option.is_optional ? ":: :" : ": :") + values : "");
       script += " \\\n        " + quoted(spec);
     }
     script += " \\\n        '*:file:_files' ;;\n";

@@ -54,5 +54,6 @@ void write_files(std::vector<File> files, const std::vector<std::string>& inputs
 
 // Audio at 48000 samples a second, mono, 16 bits.
 void write_audible_wav(const design::Waveform& waveform, Target& target);
+std::string audible_size_of(const design::Waveform& waveform);
 
 }  // namespace command

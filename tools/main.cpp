@@ -57,6 +57,9 @@ std::string refusal_of_word(const CLI::App& app, const std::string& word) {
     const std::vector<std::string> options = option_names(*command);
     if (std::find(options.begin(), options.end(), word) != options.end()) owners.push_back(command->get_name());
   }
+  if (word.starts_with('-') && owners.empty()) {
+    return design::shown(word) + ": is no option" + design::did_you_mean(word, option_names(app));
+  }
   if (!owners.empty()) return word + ": stands behind its command: " + design::listed(owners);
   return design::shown(word) + ": is no command; there are " + design::listed(commands, "and") +
          design::did_you_mean(word, commands);

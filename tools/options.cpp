@@ -68,6 +68,17 @@ Words motor_words() {
   return words;
 }
 
+// Those that render samples, and the one that plays events by itself.
+std::string chip_words(bool with_streams) {
+  Words words;
+  for (const int32_t chip : design::chips()) {
+    const bool is_stream = design::is_event_stream(lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1));
+    if (with_streams || !is_stream) words.push_back(std::to_string(chip));
+  }
+  words.emplace_back("...");
+  return joined(words, '|');
+}
+
 }  // namespace
 
 template <class Value>
@@ -96,7 +107,7 @@ void Options::motor() { add_list("--motor", arguments_.motors, "Motor model", on
 void Options::chip() {
   add_list("--chip", arguments_.chips,
            "Chip type: 0 has 24000 samples a second, 1 has 12000, 11 plays events by itself; others act as 0",
-           number_in(0, std::numeric_limits<int32_t>::max()).description("0|1|11|..."));
+           number_in(0, std::numeric_limits<int32_t>::max()).description(chip_words(!lists_)));
 }
 
 void Options::boost() {

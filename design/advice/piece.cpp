@@ -12,7 +12,8 @@ std::string title_of(const std::string& name, const lrasynth_profile& profile, c
   constexpr size_t kLongestName = 28;  // as wide as a picture's title has room for
   std::string title = "Pattern: " + shown_name(name, kLongestName) + ", " + name_of(profile);
   if (playback.loops > 1) title += text(", %d times", playback.loops);
-  if (playback.loops > 1 && playback.interval_ms > 0) title += text(", %d ms apart", playback.interval_ms);
+  const bool has_gaps = playback.loops > 1 && playback.interval_ms > 0 && !is_event_stream(profile);
+  if (has_gaps) title += text(", %d ms apart", playback.interval_ms);
   return title;
 }
 

@@ -21,7 +21,7 @@ namespace {
 constexpr uint8_t kFalsePeak = 128;        // as a driver reads it, -128
 constexpr int kHighJump = 32;              // sample units: a quarter of full scale
 constexpr double kFarFromPoint = 0.25;     // of the frequency that a point names, and of the stronger amplitude
-constexpr size_t kFew = 4;                 // warnings alike that are told one by one
+constexpr ptrdiff_t kFew = 4;              // warnings alike that are told one by one
 constexpr double kLeastAmplitude = 4;      // that is looked at
 constexpr int32_t kMostStreamMs = 0xFFFF;  // 16 bits
 
@@ -47,6 +47,12 @@ std::string peaks_text(int64_t count, const std::string& most) {
          " coded as 128, which a driver reads as -128; " + most + " has none";
 }
 
+// What is told, and the kind of it; nothing where there is nothing to tell.
+struct Concern {
+  std::string what;
+  std::string kind;
+};
+
 // A tap, by itself or in a pattern.
 struct AskedTap {
   const lrasynth_profile& profile;
@@ -54,41 +60,45 @@ struct AskedTap {
   int32_t intensity;
   bool in_pattern;
 
+  bool is_silent_at(int32_t asked) const { return is_silent(tap_waveform(profile, level, driven(asked))); }
   int32_t driven(int32_t asked) const { return in_pattern ? driven_intensity(profile, level, asked) : asked; }
   int64_t false_peaks_at(int32_t asked) const { return false_peaks(tap_waveform(profile, level, driven(asked))); }
 };
 
-std::string silence_of(const AskedTap& tap) {
-  if (tap.driven(tap.intensity) != 0) return "";
-  if (tap.intensity == 0) return "is silent: its intensity is 0";
+Concern silence_of(const AskedTap& tap) {
+  if (!tap.is_silent_at(tap.intensity)) return {};
+  if (tap.intensity == 0) return {"is silent: its intensity is 0", "is silent"};
   int32_t least = tap.intensity + 1;
-  while (tap.driven(least) == 0) ++least;
-  return text("is silent: level %d at %d %% is driven at 0 %% in a pattern; intensity %d is the least that is felt",
-              tap.level, tap.intensity, least);
+  while (least < 100 && tap.is_silent_at(least)) ++least;
+  const std::string how = tap.in_pattern ? text(", driven at %d %%", tap.driven(tap.intensity)) : "";
+  return {text("is silent: level %d at intensity %d %%%s, is all rest; intensity %d is the least that drives the motor",
+               tap.level, tap.intensity, how.c_str(), least),
+          "is silent"};
 }
 
-std::string false_peaks_of(const AskedTap& tap) {
+Concern false_peaks_of(const AskedTap& tap) {
   const int64_t count = tap.false_peaks_at(tap.intensity);
-  if (count == 0) return "";
+  if (count == 0) return {};
   int32_t most = tap.intensity - 1;
   while (most > 0 && tap.false_peaks_at(most) > 0) --most;
-  return peaks_text(count, text("intensity %d", most));
+  return {peaks_text(count, text("intensity %d", most)), "false peaks"};
 }
 
 // A stored burst keeps its number of samples whatever their rate.
-std::string slowness_of(const AskedTap& tap) {
+Concern slowness_of(const AskedTap& tap) {
   const lrasynth_profile full = lrasynth_profile_of(0, tap.profile.motor_type, tap.profile.boost_flag);
   const auto samples = static_cast<double>(tap_length(tap.profile, tap.level).samples);
   const bool is_same = tap_length(full, tap.level).samples == tap_length(tap.profile, tap.level).samples;
-  if (!is_same || samples == 0 || full.sample_rate == tap.profile.sample_rate) return "";
-  return text("its stored burst is made for %d samples a second and lasts %s ms here, not %s ms", full.sample_rate,
-              ms_text(1000 * samples / tap.profile.sample_rate).c_str(),
-              ms_text(1000 * samples / full.sample_rate).c_str());
+  if (!is_same || samples == 0 || full.sample_rate == tap.profile.sample_rate) return {};
+  return {text("its stored burst is made for %d samples a second and lasts %s ms here, not %s ms", full.sample_rate,
+               ms_text(1000 * samples / tap.profile.sample_rate).c_str(),
+               ms_text(1000 * samples / full.sample_rate).c_str()),
+          "stored burst"};
 }
 
-std::vector<std::string> concerns_of(const AskedTap& tap) {
-  std::vector<std::string> concerns = {silence_of(tap), false_peaks_of(tap), slowness_of(tap)};
-  std::erase(concerns, "");
+std::vector<Concern> concerns_of(const AskedTap& tap) {
+  std::vector<Concern> concerns = {silence_of(tap), false_peaks_of(tap), slowness_of(tap)};
+  std::erase_if(concerns, [](const Concern& concern) { return concern.what.empty(); });
   return concerns;
 }
 
@@ -122,8 +132,8 @@ class Inspection {
     size_t event;
   };
 
-  void warn(const Event& event, double since_start_ms, std::string what, std::string common = {}) {
-    warnings_.push_back({event.number, event.start_ms + since_start_ms, std::move(what), std::move(common)});
+  void warn(const Event& event, double since_start_ms, std::string what, std::string kind = {}) {
+    warnings_.push_back({event.number, event.start_ms + since_start_ms, std::move(what), std::move(kind)});
   }
 
   void inspect_samples() {
@@ -152,10 +162,8 @@ class Inspection {
     if (others.empty()) return;
     const bool one = others.size() == 1;
     const std::string names = (one ? "event " : "events ") + enumerated(std::move(others));
-    if (never)
-      return warn(event, 0, "never plays: " + names + (one ? " covers it" : " cover it"),
-                  "never plays: others cover it");
-    warn(event, since_start_ms, names + (one ? " plays over it" : " play over it"), "others play over it");
+    if (never) return warn(event, 0, "never plays: " + names + (one ? " covers it" : " cover it"), "cover");
+    warn(event, since_start_ms, names + (one ? " plays over it" : " play over it"), "cover");
   }
 
   // As many as a line has room for.
@@ -196,7 +204,9 @@ class Inspection {
   }
 
   void inspect_kind(size_t, const Event& event, const Tap& tap) {
-    for (std::string& what : concerns_of({profile_, tap.level, tap.intensity, true})) warn(event, 0, std::move(what));
+    for (const Concern& concern : concerns_of({profile_, tap.level, tap.intensity, true})) {
+      warn(event, 0, concern.what, concern.kind);
+    }
   }
 
   void inspect_kind(size_t i, const Event& event, const Vibration& vibration) {
@@ -219,7 +229,8 @@ class Inspection {
                                 : text("reaches %.0f Hz, not %.0f Hz", stretch.reached_hz(), stretch.to_hz);
     warn(event, stretch.span.from,
          text("from point %zu to %zu its carrier %s", stretch.to_point, stretch.to_point + 1, way.c_str()) +
-             remedy_of_sweep(event, stretch));
+             remedy_of_sweep(event, stretch),
+         "sweep");
   }
 
   // The offset with which the carrier ends nearest to what the point says.
@@ -242,7 +253,8 @@ class Inspection {
         event, stretch.span.from,
         text("from point %zu to %zu its envelope turns back halfway at %d samples a second: it ends at amplitude %.0f, "
              "not %.0f",
-             stretch.to_point, stretch.to_point + 1, profile_.sample_rate, reached, stretch.to_amplitude));
+             stretch.to_point, stretch.to_point + 1, profile_.sample_rate, reached, stretch.to_amplitude),
+        "envelope");
   }
 
   // Where no curve merely goes on to its next point.
@@ -256,26 +268,30 @@ class Inspection {
       const std::string way = to_rest ? "to rest" : "from " + from;
       const double at_ms = 1000.0 * static_cast<double>(jump.sample) / profile_.sample_rate;
       warn(event, at_ms - event.start_ms,
-           text("the samples jump by %d, ", jump.height) + way + (jumps.size() > kFew ? "" : remedy_of(jump)),
-           text("the samples jump by %d or more", kHighJump));
+           text("the samples jump by %d, ", jump.height) + way + (&jump - jumps.data() < kFew ? remedy_of(jump) : ""),
+           "jump");
     }
   }
 
   std::string remedy_of(const Jump& jump) const {
     const auto& events = score_.events();
     if (jump.from == Jump::kRest) return "";
-    if (jump.to == Jump::kRest) return events[jump.from].vibration() != nullptr ? remedy_of_end(events[jump.from]) : "";
-    if (of_one_kind(events[jump.from], events[jump.to])) return "";
+    const int64_t end = std::llround(score_.span_of(jump.from).to * profile_.sample_rate / 1000);
+    if (events[jump.from].vibration() != nullptr && jump.sample == end) return remedy_of_end(events[jump.from], jump);
+    if (jump.to == Jump::kRest || of_one_kind(events[jump.from], events[jump.to])) return "";
     return events[jump.to].tap() != nullptr ? remedy_of_tap(jump.to, jump.from) : remedy_of_tap(jump.from, jump.to);
   }
 
-  std::string remedy_of_end(Event event) const {
+  // A vibration that ends there fades instead.
+  std::string remedy_of_end(Event event, const Jump& jump) const {
     Vibration fading = *event.vibration();
     fading.points[3].intensity = 0;
     event.kind = fading;
     const Waveform faded = event_waveform(profile_, event);
-    return std::abs(amplitude_at(faded, faded.length - 1)) < kHighJump ? "; to end at rest set point 4 to intensity 0"
-                                                                       : "";
+    uint8_t next = 0;
+    if (jump.sample < score_.length()) score_.read(jump.sample, {&next, 1});
+    const int height = std::abs(amplitude(next) - amplitude_at(faded, faded.length - 1));
+    return height < kHighJump ? text("; to end event %d at rest set its point 4 to intensity 0", event.number) : "";
   }
 
   // The nearest start with which a tap breaks into a vibration and hands back to it by less.
@@ -305,6 +321,17 @@ class Inspection {
     return "";
   }
 
+  // Whether starting an event earlier spares the pattern its longer end.
+  bool ends_before(const Event& event, int32_t by_ms) const {
+    std::vector<Event> events = score_.events();
+    for (Event& moved : events) {
+      if (moved.number == event.number) moved.start_ms -= by_ms;
+    }
+    const auto earlier = [](const Event& a, const Event& b) { return a.start_ms < b.start_ms; };
+    std::stable_sort(events.begin(), events.end(), earlier);
+    return request_of(std::move(events), profile_, score_.playback()).added_ms == 0;
+  }
+
   void inspect_closing() {
     const Request& request = score_.request();
     const auto is_last = [&](const Event& event) { return event.number == request.last_event; };
@@ -312,11 +339,11 @@ class Inspection {
     if (last == score_.events().end()) return;
     if (request.added_ms > 0) {
       const int32_t end = request.closing_ms - request.added_ms;
+      const int32_t by_ms = end - LRASYNTH_CONTINUOUS + 1;
       warn(*last, last->end_ms(profile_) - last->start_ms,
-           text("it ends last, at %d ms, which would read as an event: the pattern ends at %d ms; start it %d ms "
-                "earlier to "
-                "end before",
-                end, request.closing_ms, end - LRASYNTH_CONTINUOUS + 1));
+           text("it ends last, at %d ms, which would read as an event: the pattern ends at %d ms", end,
+                request.closing_ms) +
+               (ends_before(*last, by_ms) ? text("; start it %d ms earlier to end before", by_ms) : ""));
     }
     if (request.is_open) {
       warn(*last, last->end_ms(profile_) - last->start_ms,
@@ -331,7 +358,9 @@ class Inspection {
     for (size_t i = 0; i < score_.events().size(); ++i) {
       const Event& event = score_.events()[i];
       const int32_t delta_ms = event.start_ms - (i == 0 ? 0 : score_.events()[i - 1].start_ms);
-      if (delta_ms > kMostStreamMs) wrap(event.number, event.start_ms, "the time since the event before", delta_ms);
+      if (delta_ms > kMostStreamMs) {
+        wrap(event.number, event.start_ms, i == 0 ? "its start" : "the time since the event before", delta_ms);
+      }
       if (event.sent_ms() > kMostStreamMs) wrap(event.number, event.start_ms, "its duration", event.sent_ms());
       const char* const sent = event.tap() != nullptr ? "its intensity" : "the intensity of point 2, which is sent,";
       if (event.sent_strength() == 0) warn(event, 0, text("is silent: %s is 0", sent));
@@ -358,21 +387,20 @@ class Inspection {
   std::vector<Warning> warnings_;
 };
 
-const std::string& common_of(const Warning& warning) { return warning.common.empty() ? warning.what : warning.common; }
+const std::string& kind_of(const Warning& warning) { return warning.kind.empty() ? warning.what : warning.kind; }
 
-using Alike = std::vector<const Warning*>;
-
-// Of warnings that say the same, which may be one.
-std::string line_of_several(const Alike& alike, const std::string& what) {
+// Of warnings that say the same, or nearly so: what the first of them says.
+std::string line_of_several(const std::vector<const Warning*>& alike) {
   const Warning& first = *alike.front();
   if (alike.size() == 1) return line_of(first);
   std::set<int32_t> events;
   for (const Warning* const warning : alike) events.insert(warning->event);
   const auto count = static_cast<int64_t>(events.size());
-  const std::string where = count > 1 ? "in " + grouped(count) + " events, first event" : "event";
-  const std::string places = text(" (%s places)", grouped(static_cast<int64_t>(alike.size())).c_str());
-  return where + text(" %d at %s ms: ", first.event, ms_text(first.at_ms).c_str()) + what +
-         (alike.size() > events.size() ? places : "");
+  const bool differ = std::any_of(alike.begin(), alike.end(), [&](auto* other) { return other->what != first.what; });
+  std::string line = count > 1 ? "in " + grouped(count) + " events, first " : "";
+  line += line_of(first) + (differ ? "; the others likewise" : "");
+  if (alike.size() > events.size()) line += text(" (%s places)", grouped(static_cast<int64_t>(alike.size())).c_str());
+  return line;
 }
 
 }  // namespace
@@ -383,30 +411,33 @@ std::string line_of(const Warning& warning) {
 }
 
 std::vector<std::string> lines_of(const std::vector<Warning>& warnings, size_t most) {
-  std::map<std::string_view, std::set<std::string_view>> ways;  // to say what is common
-  for (const Warning& warning : warnings) ways[common_of(warning)].insert(warning.what);
+  std::map<std::string_view, std::set<std::string_view>> ways;  // to say the same
+  for (const Warning& warning : warnings) ways[kind_of(warning)].insert(warning.what);
   const auto said = [&](const Warning& warning) -> const std::string& {
-    return ways[common_of(warning)].size() > kFew ? common_of(warning) : warning.what;
+    return std::ssize(ways[kind_of(warning)]) > kFew ? kind_of(warning) : warning.what;
   };
-  std::map<std::string_view, Alike> alike;
+  std::map<std::string_view, std::vector<const Warning*>> alike;
   for (const Warning& warning : warnings) alike[said(warning)].push_back(&warning);
   std::vector<std::string> lines;
+  size_t untold = 0;
   for (const Warning& warning : warnings) {
-    const Alike& same = alike[said(warning)];
-    if (same.front() == &warning) lines.push_back(line_of_several(same, said(warning)));
+    const auto& same = alike[said(warning)];
+    if (same.front() != &warning) continue;
+    lines.size() < most ? lines.push_back(line_of_several(same)) : void(untold += same.size());
   }
-  if (lines.size() <= most) return lines;
-  const size_t rest = lines.size() - most;
-  lines.resize(most);
-  lines.push_back("and " + grouped(static_cast<int64_t>(rest)) + (rest == 1 ? " more warning" : " more warnings"));
+  if (untold > 0) {
+    lines.push_back("and " + grouped(static_cast<int64_t>(untold)) +
+                    (untold == 1 ? " more warning" : " more warnings"));
+  }
   return lines;
 }
 
 std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t level, int32_t intensity,
                                      bool in_pattern) {
   std::vector<Warning> warnings;
-  for (std::string& what : concerns_of({profile, level, intensity, in_pattern}))
-    warnings.push_back({0, 0, std::move(what)});
+  for (const Concern& concern : concerns_of({profile, level, intensity, in_pattern})) {
+    warnings.push_back({0, 0, concern.what, concern.kind});
+  }
   return warnings;
 }
 

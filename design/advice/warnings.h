@@ -10,17 +10,17 @@
 namespace design {
 
 struct Warning {
-  int32_t event = 0;        // its number in its file; 0: none in particular
-  double at_ms = 0;         // in the first pass
-  std::string what;         // with the remedy, where there is one
-  std::string common = {};  // what is said in its place of several events; empty: the same
+  int32_t event = 0;      // its number in its file; 0: none in particular
+  double at_ms = 0;       // in the first pass
+  std::string what;       // with the remedy, where there is one
+  std::string kind = {};  // of which many may be told as one; empty: what it says
 };
 
 // "event 2 at 40 ms: ..."
 std::string line_of(const Warning& warning);
 
-// A line for each, those that say the same as one ("in 1,200 events, ..."), so many at most and a last one that counts
-// the rest.
+// A line for each, those that say the same as one ("in 1,200 events, ..."), of more than four also those of one kind;
+// so many lines at most, and a last one that counts the warnings that are left.
 constexpr size_t kMostWarningsListed = 20;
 std::vector<std::string> lines_of(const std::vector<Warning>& warnings, size_t most = kMostWarningsListed);
 

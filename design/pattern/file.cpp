@@ -165,14 +165,14 @@ PatternFile read_pattern(std::string_view json) {
   }
   const JsonValue& root = *parsed.root;
   const JsonValue* const events = root.member("events");
+  report_names(root, {"events"}, "a pattern", [&](Place place, std::string what) {
+    file.faults.add({0, place, std::move(what)});
+  });
   if (events == nullptr || events->kind != JsonKind::kList || events->items.empty()) {
     const Place place = events == nullptr ? root.place : events->place;
     file.faults.add({0, place, "must be an object with events, a list of at least one"});
     return file;
   }
-  report_names(root, {"events"}, "a pattern", [&](Place place, std::string what) {
-    file.faults.add({0, place, std::move(what)});
-  });
   int32_t number = 0;
   for (const JsonValue& entry : events->items) {
     const size_t faults_before = file.faults.count;

@@ -36,7 +36,7 @@ constexpr const char* kPatternHelp = R"(FILE:
 
   Times are whole milliseconds: starts and point times 0..600000, durations 1..600000; 4096 and 4097 stand for events
   and are taken for nothing else. Point times span the duration and need not begin at 0. All passes and gaps together
-  last 600000 ms at most, and a file has 4 MiB at most. Comments (// to the end of a line) are passed over.
+  last 600000 ms at most, and a file has 4 MiB at most. Comments (// and /* */) are passed over.
 
   Events may stand in any order. Taps play over vibrations; of two events of one kind, the one that starts later plays.
   With --chip 11 the output is the event stream, of 64 MiB at most: .bin, or .csv to read it.

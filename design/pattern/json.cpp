@@ -67,6 +67,10 @@ class TreeBuilder {
     const auto is_code = [&](const Cause& cause) { return cause.code == result.Code(); };
     const Cause* const cause = std::find_if(std::begin(kCauses), std::end(kCauses), is_code);
     if (cause == std::end(kCauses)) return refused(result.Offset(), "a number is too large");
+    const bool is_control = result.Offset() < text_.size() && static_cast<uint8_t>(text_[result.Offset()]) < 0x20;
+    if (cause->code == rapidjson::kParseErrorStringEscapeInvalid && is_control) {
+      return refused(result.Offset(), "a string is not closed, or holds a control character");
+    }
     return refused(cause->is_missing ? end_ : std::min(result.Offset(), text_.size()), cause->words);
   }
 

@@ -120,7 +120,8 @@ void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform) {
 }
 
 void draw_response(Svg& picture, const Panel& panel, const Motion& motion, double full) {
-  if (full == 0) return;
+  constexpr double kNothing = 0.002;  // of rest's two codes
+  if (full < kNothing) return;
   constexpr double kPixelsPerSwing = 8;  // that can be told apart
   const auto columns = motion.columns(panel.span(), static_cast<size_t>(panel.box.width));
   const double pixels = 1000.0 * panel.box.width / (panel.span().length() * motion.response().resonator.hz);

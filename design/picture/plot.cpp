@@ -49,7 +49,7 @@ class Plot {
         time_(time_axis(shown, kWidth)) {}
 
   std::string draw(const Motion* motion) {
-    picture_.label({kLeft, 32}, kStart, title_style(waveform_.title, kWidth), waveform_.title);
+    picture_.title({kLeft, 32}, kWidth, waveform_.title);
     std::vector<std::string> foot;
     draw_samples(motion, foot);
     if (score_ != nullptr) {
@@ -60,7 +60,7 @@ class Plot {
     picture_.label({kLeft, bottom_ + 36}, kStart, "",
                    counted(waveform_.length, "sample") + text(", %d a second", waveform_.profile.sample_rate));
     bottom_ += 53;
-    for (const std::string& line : foot) write_line("", line);
+    for (const std::string& line : foot) write_line(line);
     write_warnings();
     return picture_.finished(kLeft + kWidth + 24, bottom_, waveform_.title);
   }
@@ -315,13 +315,21 @@ class Plot {
       if (part.length() > 0) picture_.rectangle(bar(part, driven), "transient");
     }
     const std::string words = text("L%d %d %%", tap.level, driven);
-    const auto x = row.place((panel.x_at(span.from) + panel.x_at(span.to)) / 2, words);
-    if (x) picture_.label({*x, panel.box.y - 5}, kMiddle, "small", words);
+    for (const Span& heard : score_->heard(i)) {
+      const Span part = common(heard.moved(pass_start_ms), shown_);
+      if (part.length() <= 0) continue;
+      const auto x = row.place((panel.x_at(part.from) + panel.x_at(part.to)) / 2, words);
+      if (x) picture_.label({*x, panel.box.y - 5}, kMiddle, "small", words);
+      return;
+    }
   }
 
-  void write_line(const char* style, const std::string& line) {
-    picture_.label({kLeft, bottom_ + 4}, kStart, style, line);
-    bottom_ += kLine;
+  // In as many lines as it takes.
+  void write_line(const std::string& words) {
+    for (const std::string& line : wrapped(words, kWidth)) {
+      picture_.label({kLeft, bottom_ + 4}, kStart, "", line);
+      bottom_ += kLine;
+    }
   }
 
   // What colours and dashes mean, at the right above a panel.
@@ -335,10 +343,9 @@ class Plot {
     std::vector<Warning> shown;
     std::copy_if(warnings_.begin(), warnings_.end(), std::back_inserter(shown),
                  [&](const Warning& warning) { return is_shown(warning); });
-    for (const std::string& line : lines_of(shown, kMost)) write_line("", "! " + line);
+    for (const std::string& line : lines_of(shown, kMost)) write_line("! " + line);
     const size_t hidden = warnings_.size() - shown.size();
-    if (hidden > 0)
-      write_line("", "! and " + counted(static_cast<int64_t>(hidden), "warning") + " beside what is shown");
+    if (hidden > 0) write_line("! and " + counted(static_cast<int64_t>(hidden), "warning") + " beside what is shown");
   }
 
   bool is_shown(const Warning& warning) const {

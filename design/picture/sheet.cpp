@@ -97,7 +97,7 @@ std::string title_of(const Sheet& sheet) {
 std::string sheet_of(const Sheet& sheet) {
   const std::string title = title_of(sheet);
   Svg picture;
-  picture.label({kLeft, 32}, kStart, "title", title);
+  picture.title({kLeft, 32}, 880, title);
   Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 410, .height = 260}, .x = {-50, 50, 10}, .y = {}};
   if (!has_taps(sheet.profile)) {
     draw_curves(picture, sheet.profile, panel, true);
@@ -120,7 +120,7 @@ std::string comparison_of(const std::string& title, const std::vector<Piece>& pi
   double full = 0;
   for (const Motion& motion : motions) full = std::max(full, motion.response().peak);
   Svg picture;
-  picture.label({kLeft, 24}, kStart, "title", title);
+  picture.title({kLeft, 24}, 880, title);
   picture.label(
       {kLeft, 42}, kStart, "small",
       text("soft band: the displacement, estimated; full height is %.1f %% of what a lasting full-scale tone at "

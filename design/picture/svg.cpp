@@ -2,6 +2,8 @@
 // A picture as SVG.
 #include "design/picture/svg.h"
 
+#include <algorithm>
+
 #include "design/base/text.h"
 
 namespace design {
@@ -45,9 +47,30 @@ std::string escaped(const std::string& raw) {
 
 double label_width(const std::string& words) { return 7 * static_cast<double>(words.size()); }
 
-const char* title_style(const std::string& words, double room) {
-  constexpr double kWidthOfLetter = 11;  // in a bold title
-  return kWidthOfLetter * static_cast<double>(words.size()) <= room ? "title" : "strong";
+std::vector<std::string> wrapped(const std::string& words, double width) {
+  std::vector<std::string> lines;
+  size_t from = 0;
+  while (label_width(words.substr(from)) > width) {
+    const auto most = static_cast<size_t>(width / label_width("x"));
+    const size_t space = words.rfind(' ', from + most);
+    const bool fits = space != words.npos && space > from;
+    lines.push_back(words.substr(from, fits ? space - from : most));
+    from = fits ? space + 1 : from + most;
+  }
+  lines.push_back(words.substr(from));
+  return lines;
+}
+
+void Svg::title(Point at, double room, const std::string& words) {
+  constexpr double kWidestLetter = 19;  // in a title; in a small one two thirds of it
+  constexpr double kUsualLetter = 11;
+  const auto letters = static_cast<double>(words.size());
+  const char* const style = kUsualLetter * letters <= room ? "title" : "strong";
+  const bool may_run_over = kWidestLetter * letters > room;
+  const double estimate = (style[0] == 't' ? kUsualLetter : kUsualLetter * 2 / 3) * letters;
+  const std::string length = text(" textLength=\"%.0f\" lengthAdjust=\"spacingAndGlyphs\"", std::min(estimate, room));
+  body_ += text("<text x=\"%.2f\" y=\"%.2f\" class=\"%s\"%s>%s</text>\n", at.x, at.y, style,
+                may_run_over ? length.c_str() : "", escaped(words).c_str());
 }
 
 void Svg::rectangle(const Box& box, const char* style) {

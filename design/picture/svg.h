@@ -30,8 +30,8 @@ constexpr const char* kEnd = "end";
 // About the width of a label, for what must not overlap.
 double label_width(const std::string& words);
 
-// How a title is written that has that much room.
-const char* title_style(const std::string& words, double room);
+// Words in lines of at most about that width.
+std::vector<std::string> wrapped(const std::string& words, double width);
 
 class Svg {
  public:
@@ -39,6 +39,8 @@ class Svg {
   void rectangle(const Box& box, const char* style);
   void line(Point from, Point to, const char* style);
   void path(const std::vector<Point>& points, const char* style);
+  // Smaller where it would not fit into that room.
+  void title(Point at, double room, const std::string& words);
   void label(Point at, const char* anchor, const char* style, const std::string& words);
 
   std::string finished(double width, double height, const std::string& title) const;

@@ -161,6 +161,16 @@ Waveform event_waveform(const lrasynth_profile& profile, const Event& event) {
   return {.title = {}, .profile = profile, .length = length, .read = read};
 }
 
+bool is_silent(const Waveform& waveform) {
+  constexpr uint8_t kRest = 255;
+  bool silent = true;
+  for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {
+    const auto is_rest = [](uint8_t code) { return code == 0 || code == kRest; };
+    return silent = std::all_of(codes.begin(), codes.end(), is_rest);
+  });
+  return silent;
+}
+
 Strength strength_of(const Waveform& waveform) {
   std::array<int64_t, 256> count = {};  // of each code
   for_blocks(waveform, [&](int64_t, std::span<const uint8_t> codes) {

@@ -115,6 +115,9 @@ class Score {
 // An event by itself, as a pattern plays it, from its start on.
 Waveform event_waveform(const lrasynth_profile& profile, const Event& event);
 
+// Whether no sample is anything but rest, which has two codes.
+bool is_silent(const Waveform& waveform);
+
 // Samples as people read them.
 struct Strength {
   int peak;          // largest magnitude, in sample units
