@@ -2,8 +2,6 @@
 // A picture as SVG.
 #include "design/picture/svg.h"
 
-#include <algorithm>
-
 #include "design/base/text.h"
 
 namespace design {
@@ -62,15 +60,10 @@ std::vector<std::string> wrapped(const std::string& words, double width) {
 }
 
 void Svg::title(Point at, double room, const std::string& words) {
-  constexpr double kWidestLetter = 19;  // in a title; in a small one two thirds of it
-  constexpr double kUsualLetter = 11;
-  const auto letters = static_cast<double>(words.size());
-  const char* const style = kUsualLetter * letters <= room ? "title" : "strong";
-  const bool may_run_over = kWidestLetter * letters > room;
-  const double estimate = (style[0] == 't' ? kUsualLetter : kUsualLetter * 2 / 3) * letters;
-  const std::string length = text(" textLength=\"%.0f\" lengthAdjust=\"spacingAndGlyphs\"", std::min(estimate, room));
-  body_ += text("<text x=\"%.2f\" y=\"%.2f\" class=\"%s\"%s>%s</text>\n", at.x, at.y, style,
-                may_run_over ? length.c_str() : "", escaped(words).c_str());
+  constexpr double kLetter = 11;  // about; in a small title two thirds of it
+  const bool fits = kLetter * static_cast<double>(words.size()) <= room;
+  const auto most = static_cast<size_t>(room * 3 / (2 * kLetter));
+  label(at, kStart, fits ? "title" : "strong", shown_name(words, most));
 }
 
 void Svg::rectangle(const Box& box, const char* style) {

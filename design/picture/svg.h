@@ -39,7 +39,7 @@ class Svg {
   void rectangle(const Box& box, const char* style);
   void line(Point from, Point to, const char* style);
   void path(const std::vector<Point>& points, const char* style);
-  // Smaller where it would not fit into that room.
+  // Smaller, and cut in the middle, where it would not fit into that room.
   void title(Point at, double room, const std::string& words);
   void label(Point at, const char* anchor, const char* style, const std::string& words);
 

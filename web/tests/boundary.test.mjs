@@ -71,7 +71,9 @@ function compare(...words) {
   const said = native(...words).complaints.filter((line) => !line.startsWith('lrasynth: note: '));
   // The command tells what several events have in common once, of the first of them.
   const once = lines.filter((line, i) => i === lines.findIndex((other) => without(other) === without(line)));
-  assert.deepEqual(said.map((line) => line.replace(/in \d+ events, first /, '')), once, `${words}`);
+  const firsts = said.map((line) => line.replace(/in \d+ events, first |; the others likewise| \(\d+ places\)/g, ''));
+  const isShort = said.some((line) => line.includes('; the others likewise'));
+  assert.deepEqual(isShort ? firsts.filter((line) => !once.includes(line)) : firsts, isShort ? [] : once, `${words}`);
   for (const [name, view, options] of forms) {
     const made = form(name, ...view) ?? Buffer.alloc(0);
     assert.ok(native(...words, ...options).printed.equals(made), `${words}: ${name}`);
