@@ -678,8 +678,8 @@ int32_t lrasynth_pattern_check(const lrasynth_profile *profile, const lrasynth_p
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup facts Facts of chips and motors
- * What tools tell of them, for the profile in hand. Nothing but the arguments is read or written; a null profile gives 0
- * where no error is named.
+ * What tools tell of them, for the profile in hand. Nothing but the arguments is read or written; a null profile gives
+ * 0 where no error is named.
  * @{ */
 
 /** The known motor models in ascending order of their numbers, index 0 and up; 0 from their count on. */
@@ -722,8 +722,8 @@ int32_t lrasynth_tap_segments(const lrasynth_profile *profile, int32_t level, lr
 /** Length in samples of the burst that sine renders, or LRASYNTH_ERROR_NULL_POINTER. */
 int64_t lrasynth_tone_length(const lrasynth_profile *profile, int32_t frequency_hz, int32_t half_periods);
 
-/** Reads a window of that burst into out, count bytes, with the bytes of sine. amplitude is in sample units. Returns how
- * many samples were written, or an error as lrasynth_tap_read. */
+/** Reads a window of that burst into out, count bytes, with the bytes of sine. amplitude is in sample units. Returns
+ * how many samples were written, or an error as lrasynth_tap_read. */
 int64_t lrasynth_tone_read(const lrasynth_profile *profile, int32_t frequency_hz, int32_t half_periods,
                            int32_t amplitude, int64_t first, uint8_t *out, int64_t count);
 
