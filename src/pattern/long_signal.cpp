@@ -41,7 +41,10 @@ LongSignal::LongSignal(const Profile& profile, const Request& request, int32_t l
       types_(request, std::max(0, request.length() - LRASYNTH_RECORD_LENGTH + 1)),
       repetition_(repetition_of(profile, pass_length(profile, request), loop_count, interval_ms)),
       room_(repetition_.pass) {
-  int64_t earliest = 0, latest = kNever, furthest = room_;
+  // In registers: through the members every record would wait for the one before.
+  int64_t earliest = 0;
+  int64_t latest = kNever;
+  int64_t furthest = room_;
   types_.each([&](int32_t index) {
     const int64_t start = start_of(index);
     earliest = std::min(earliest, start);

@@ -79,7 +79,7 @@ class Types {
     each(0, places_, visit);
   }
 
-  // The same from one of them on.
+  // The same from one of them on, up to `end`.
   template <class Visit>
   void each(int32_t first, int32_t end, Visit visit) const {
     for (int64_t i = first; i < end; i += step_) {
