@@ -74,7 +74,7 @@ export const shown = (page) => page.evaluate(() => new Promise((done) => request
 /** The bytes of an export as a buffer, null where there are none. */
 export async function exported(page, kind) {
   const text = await page.evaluate(async (kind) => {
-    const bytes = (await import('./files.js')).exported(kind);
+    const bytes = (await import('./panels/files.js')).exported(kind);
     return bytes && Array.from(bytes, (byte) => String.fromCharCode(byte)).join('');
   }, kind);
   return text === null ? null : Buffer.from(text, 'latin1');
@@ -93,9 +93,9 @@ export const openDemo = (page, name) => openFile(page, join(demos, `${name}.json
 
 /** Where a point of a lane is on the screen. */
 export const pointOnScreen = (page, lane, event, point) => page.evaluate(async ([lane, event, point]) => {
-  const lanes = await import('./lanes.js');
+  const lanes = await import('./lanes/lanes.js');
   const { canvas, plot } = lanes[lane];
-  const { current } = await import('./state.js');
+  const { current } = await import('./model/state.js');
   const curve = current().design.events[event];
   const [x, y] = point === 'grip' ? lanes.gripOf(plot, curve) : lanes.placeOf(lanes[lane], plot, curve, point);
   const box = canvas.getBoundingClientRect();

@@ -136,7 +136,7 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await page.fill('#interval', '70');
   const bytes = await exported(page, 'bin');
   const linkTo = (changes) => page.evaluate(async (changes) => {
-    const [{ fragmentOf }, { current }] = [await import('./files.js'), await import('./state.js')];
+    const [{ fragmentOf }, { current }] = [await import('./panels/files.js'), await import('./model/state.js')];
     return fragmentOf({ ...current().design, ...changes });
   }, changes);
   const link = await linkTo({});
@@ -217,7 +217,7 @@ test('keys alone build a pattern', async () => {
   // What keys select is brought into view.
   for (const [keys, ms] of [['Escape End + + +', 241], ['Home', 0], ['PageDown +', 8], ['PageDown', 146]]) {
     await press(keys);
-    const { from, to } = await page.evaluate(async () => (await import('./view.js')).shownSpan());
+    const { from, to } = await page.evaluate(async () => (await import('./lanes/view.js')).shownSpan());
     assert.ok(from <= ms && ms <= to && to - from < 60, `${keys}: ${from} to ${to}`);
   }
   for (let i = 0; i < 60; ++i) await keyboard.press('Control+z');
@@ -277,7 +277,7 @@ test('a field belongs to its event, and is undone as a whole', async () => {
     await page.keyboard.type(text);
   };
   const plot = await page.locator('#intensity-lane').boundingBox();
-  const x = await page.evaluate(async () => (await import('./lanes.js')).intensityLane.plot.x(707));
+  const x = await page.evaluate(async () => (await import('./lanes/lanes.js')).intensityLane.plot.x(707));
   for (const [field, text] of [[start, '-'], [level, '1.5'], [start, '20e9']]) {
     await page.locator('.event').first().click();
     await shown(page);
@@ -315,8 +315,8 @@ test('a field belongs to its event, and is undone as a whole', async () => {
   await page.selectOption('#motor', '9595');
   await shown(page);
   const end = await page.evaluate(async () => {
-    const [{ intensityLane }, { current }] = [await import('./lanes.js'), await import('./state.js')];
-    const { facts } = (await import('./wasm.js')).patternPiece(current().design);
+    const [{ intensityLane }, { current }] = [await import('./lanes/lanes.js'), await import('./model/state.js')];
+    const { facts } = (await import('./library/wasm.js')).patternPiece(current().design);
     return intensityLane.plot.x(facts.events[1].end_ms);
   });
   await page.mouse.click(plot.x + end - 2, plot.y + plot.height - 10);
@@ -335,7 +335,7 @@ test('the value under the cursor is the sample, however near, and what sounds ha
     const at = width * 0.4 + by;
     await page.mouse.move(x + at, y + 60);
     await shown(page);
-    const span = await page.evaluate(async () => (await import('./view.js')).shownSpan());
+    const span = await page.evaluate(async () => (await import('./lanes/view.js')).shownSpan());
     const ms = span.from + ((at - 40) / (width - 50)) * (span.to - span.from);
     const [, sample, amplitude] = /sample (\d+) · amplitude (-?\d+)/.exec(await page.textContent('#reading'));
     assert.ok(Math.abs(sample - Math.round(ms * 24)) <= (closer + by === 0 ? 30 : 0), `${sample} at ${ms} ms`);

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Which stretch of time the lanes and the waveform show.
 
-import { roundStep } from './canvas.js';
-import { endOf } from './edits.js';
-import { element } from './page.js';
-import { current, show } from './state.js';
-import { about, patternPiece } from './wasm.js';
+import { endOf } from '../model/edits.js';
+import { current, show } from '../model/state.js';
+import { about, patternPiece } from '../library/wasm.js';
+import { roundStep } from '../page/canvas.js';
+import { element } from '../page/elements.js';
 
-/** @import {Design, Span} from './state.js' */
+/** @import {Design, Span} from '../model/state.js' */
 
 const shortestMs = 0.5;
 

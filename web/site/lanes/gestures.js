@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // Mouse, touch and keys in the lanes.
 
-import { box } from './canvas.js';
-import { add, addCurve, addTap, change, duplicate, remove, selectNext } from './commands.js';
-import { endOf, newCurve, newTap, restretched, startedAt, strengthened, withPoint } from './edits.js';
+import { add, addCurve, addTap, change, duplicate, remove, selectNext } from '../model/commands.js';
+import { endOf, newCurve, newTap, restretched, startedAt, strengthened, withPoint } from '../model/edits.js';
+import { cancelStep, current, edit, endStep, show } from '../model/state.js';
+import { patternPiece } from '../library/wasm.js';
+import { box } from '../page/canvas.js';
 import { frequencyLane, gripOf, intensityLane, placeOf, tapEnd, waveformLane } from './lanes.js';
-import { cancelStep, current, edit, endStep, show } from './state.js';
 import { bringIntoView, pan, shownSpan, watchZoom } from './view.js';
-import { patternPiece } from './wasm.js';
 import { forgetReading, readAt } from './waveform.js';
 
-/** @import {Place, Places, Plot} from './canvas.js' */
+/** @import {Place, Places, Plot} from '../page/canvas.js' */
 /** @import {Lane} from './lanes.js' */
-/** @import {CurvePoint, PatternEvent, Span} from './state.js' */
+/** @import {CurvePoint, PatternEvent, Span} from '../model/state.js' */
 
 /**
  * @typedef {{event: number, part: 'point' | 'end' | 'whole', point: number}} Target what is under the pointer

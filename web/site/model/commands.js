@@ -2,8 +2,7 @@
 // What buttons and keys do with events.
 
 import { endOf, newCurve, newTap } from './edits.js';
-import { element } from './page.js';
-import { canRedo, canUndo, current, edit, endStep, redo, show, undo } from './state.js';
+import { current, edit, show } from './state.js';
 
 /** @import {PatternEvent} from './state.js' */
 
@@ -40,25 +39,4 @@ export function selectNext(by) {
 export function change(change, kind) {
   const { design, event } = current();
   if (event >= 0) edit({ events: design.events.with(event, change(design.events[event])) }, kind);
-}
-
-const buttons = { 'add-tap': addTap, 'add-curve': addCurve, duplicate, delete: remove, undo, redo };
-
-for (const [id, command] of Object.entries(buttons)) element(id, HTMLButtonElement).onclick = command;
-// A field is one step, from when it is entered until it is left or its value is confirmed.
-for (const type of ['focusin', 'change']) document.addEventListener(type, endStep);
-document.addEventListener('keydown', (event) => {
-  if (!(event.ctrlKey || event.metaKey) || event.altKey) return;
-  const key = event.key.toLowerCase();
-  const isText = event.target instanceof HTMLInputElement && event.target.type === 'text';
-  if (isText || (key !== 'z' && key !== 'y')) return;
-  event.preventDefault();
-  if (key === 'y' || event.shiftKey) redo();
-  else undo();
-});
-
-export function showCommands() {
-  element('undo', HTMLButtonElement).disabled = !canUndo();
-  element('redo', HTMLButtonElement).disabled = !canRedo();
-  for (const id of ['duplicate', 'delete']) element(id, HTMLButtonElement).disabled = current().event < 0;
 }

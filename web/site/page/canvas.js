@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Plots on canvases: a place for every pair of values, what is drawn there, and the colours of the style sheet.
 
-/** @import {Span} from './state.js' */
+/** @import {Span} from '../model/state.js' */
 
 /**
  * @typedef {{draw: CanvasRenderingContext2D, left: number, right: number, top: number, bottom: number,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Elements of the page.
 
-import { cancelStep, show } from './state.js';
+import { cancelStep, show } from '../model/state.js';
 
 /** @template {HTMLElement} T @param {string} id @param {{new (): T}} kind @returns {T} */
 export function element(id, kind) {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns in files, links and the browser's own store.
 
-import { wordItems } from './events.js';
-import { element, isInteger, make, setValue } from './page.js';
-import { current, edit, emptyDesign, forgetPast, show } from './state.js';
-import { form, patternPiece, readPattern } from './wasm.js';
+import { current, edit, emptyDesign, forgetPast, show } from '../model/state.js';
+import { form, patternPiece, readPattern } from '../library/wasm.js';
+import { element, isInteger, make, setValue } from '../page/elements.js';
+import { wordItems } from '../page/words.js';
 
-/** @import {Design, State, Words} from './state.js' */
+/** @import {Design, State, Words} from '../model/state.js' */
 
 const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
 const store = 'lrasynth studio';

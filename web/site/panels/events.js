@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // The events as a list, each with its warnings and faults, and the exact values of the selected one.
 
-import { change } from './commands.js';
-import { endOf, restretched } from './edits.js';
-import { element, make, putValue, takeNumbers } from './page.js';
-import { current, show } from './state.js';
-import { motorOf, patternPiece } from './wasm.js';
+import { change } from '../model/commands.js';
+import { endOf, restretched } from '../model/edits.js';
+import { current, show } from '../model/state.js';
+import { motorOf, patternPiece } from '../library/wasm.js';
+import { element, make, putValue, takeNumbers } from '../page/elements.js';
+import { wordItems } from '../page/words.js';
 
-/** @import {PatternEvent, Words} from './state.js' */
-/** @import {Facts} from './wasm.js' */
+/** @import {PatternEvent, Words} from '../model/state.js' */
+/** @import {Facts} from '../library/wasm.js' */
 
 const fields = element('fields', HTMLDivElement);
 const list = element('events', HTMLOListElement);
@@ -27,9 +28,6 @@ function wordsOf(facts) {
   for (const { event, line } of facts.warnings) put(event, { line, kind: 'warning' });
   return words;
 }
-
-/** @param {readonly Words[]} words */
-export const wordItems = (words = []) => words.map(({ line, kind }) => make('li', { className: kind }, line));
 
 /** @param {PatternEvent} event */
 const kindOf = (event) => (event.type === 'transient' ? 'Tap' : 'Curve');

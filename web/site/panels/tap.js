@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // One tap: its waveform, and all levels side by side.
 
-import { clipped, colour, drawGrid, plotOn } from './canvas.js';
-import { add } from './commands.js';
-import { clamp, newTap } from './edits.js';
-import { wordItems } from './events.js';
+import { add } from '../model/commands.js';
+import { clamp, newTap } from '../model/edits.js';
+import { current, show } from '../model/state.js';
+import { motorOf, samples, tapPiece } from '../library/wasm.js';
+import { clipped, colour, drawGrid, plotOn } from '../page/canvas.js';
+import { element, onNumber, setValue } from '../page/elements.js';
+import { wordItems } from '../page/words.js';
+import { drawSamples, drawSections } from '../lanes/waveform.js';
 import { play } from './listen.js';
-import { element, onNumber, setValue } from './page.js';
-import { current, show } from './state.js';
-import { drawSamples, drawSections } from './waveform.js';
-import { motorOf, samples, tapPiece } from './wasm.js';
 
-/** @import {Profile, State} from './state.js' */
-/** @import {Piece} from './wasm.js' */
+/** @import {Profile, State} from '../model/state.js' */
+/** @import {Piece} from '../library/wasm.js' */
 
 const strip = element('levels', HTMLCanvasElement);
 

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The timeline: what the events' points say in a lane for intensity and one for frequency, and what becomes of it.
 
-import { box, clipped, drawGrid, fill, plotOn, roundStep, stroke, within, write } from './canvas.js';
-import { endOf } from './edits.js';
-import { element } from './page.js';
-import { current } from './state.js';
+import { endOf } from '../model/edits.js';
+import { current } from '../model/state.js';
+import { hertzOf, patternPiece } from '../library/wasm.js';
+import { box, clipped, drawGrid, fill, plotOn, roundStep, stroke, within, write } from '../page/canvas.js';
+import { element } from '../page/elements.js';
 import { shownSpan } from './view.js';
-import { hertzOf, patternPiece } from './wasm.js';
 
-/** @import {Place, Places, Plot} from './canvas.js' */
-/** @import {Curve, Tap} from './state.js' */
-/** @import {EventFacts, Facts, Sweep} from './wasm.js' */
+/** @import {Place, Places, Plot} from '../page/canvas.js' */
+/** @import {Curve, Tap} from '../model/state.js' */
+/** @import {EventFacts, Facts, Sweep} from '../library/wasm.js' */
 
 /**
  * A lane shows one field of a point; `field` is its index in it, 0: none.

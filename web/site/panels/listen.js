@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Waveforms as sound, at the device's own rate.
 
-import { element } from './page.js';
-import { current, onChange } from './state.js';
-import { shownSpan } from './view.js';
-import { isPlayable, patternPiece, samples } from './wasm.js';
-import { xOnWaveform } from './waveform.js';
+import { current, onChange } from '../model/state.js';
+import { isPlayable, patternPiece, samples } from '../library/wasm.js';
+import { element } from '../page/elements.js';
+import { shownSpan } from '../lanes/view.js';
+import { xOnWaveform } from '../lanes/waveform.js';
 
-/** @import {Piece} from './wasm.js' */
+/** @import {Piece} from '../library/wasm.js' */
 
 /** @type {AudioContext | null} */
 let audio = null;

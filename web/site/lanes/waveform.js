@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // A waveform over time, of which only what is shown is read, and the motor's estimated response over it.
 
-import { box, clipped, colour, drawGrid, fill, plotOn, stroke, write } from './canvas.js';
+import { current, show } from '../model/state.js';
+import { extremes, isPlayable, motorOf, patternPiece, response, samples } from '../library/wasm.js';
+import { box, clipped, colour, drawGrid, fill, plotOn, stroke, write } from '../page/canvas.js';
+import { element, make, onNumber, setValue } from '../page/elements.js';
 import { waveformLane } from './lanes.js';
-import { element, make, onNumber, setValue } from './page.js';
-import { current, show } from './state.js';
 import { shownSpan } from './view.js';
-import { extremes, isPlayable, motorOf, patternPiece, response, samples } from './wasm.js';
 
-/** @import {Places, Plot} from './canvas.js' */
-/** @import {Span, State} from './state.js' */
-/** @import {Piece, Response} from './wasm.js' */
+/** @import {Places, Plot} from '../page/canvas.js' */
+/** @import {Span, State} from '../model/state.js' */
+/** @import {Piece, Response} from '../library/wasm.js' */
 
 const reading = element('reading', HTMLOutputElement);
 const hair = element('hair', HTMLDivElement);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The library and its design room, compiled to WebAssembly. Nothing that they know is known anywhere else in the page.
 
-/** @import {Design, Profile, Span, State} from './state.js' */
+/** @import {Design, Profile, Span, State} from '../model/state.js' */
 
 /**
  * @typedef {{from_ms: number, to_ms: number, from_hz: number, to_hz: number, reached_hz: number}} Sweep
