@@ -3,12 +3,13 @@
 
 import { onChange } from './model/state.js';
 import { isDragging } from './lanes/gestures.js';
+import './lanes/keys.js';
 import { showLanes } from './lanes/lanes.js';
 import { showView } from './lanes/view.js';
-import { showWaveform } from './lanes/waveform.js';
 import { showButtons } from './panels/buttons.js';
 import { showEvents } from './panels/events.js';
-import { keep, restore, showFiles } from './panels/files.js';
+import { showFields } from './panels/fields.js';
+import { restore, showFiles } from './panels/files.js';
 import { showListen } from './panels/listen.js';
 import { showProfile } from './panels/profile.js';
 import { showTap } from './panels/tap.js';
@@ -29,11 +30,10 @@ function drawAll() {
   const began = performance.now();
   waiting = false;
   showLanes(isDragging());
-  for (const show of [showWaveform, showEvents, showProfile, showButtons, showView, showListen, showFiles]) show();
+  for (const show of [showEvents, showFields, showProfile, showButtons, showView, showListen, showFiles]) show();
   showTap(anew);
   anew = false;
   performance.measure('draw', { start: began });
-  keep();
 }
 
 await restore();

@@ -91,13 +91,13 @@ export async function openFile(page, file) {
 
 export const openDemo = (page, name) => openFile(page, join(demos, `${name}.json`));
 
-/** Where a point of a lane is on the screen. */
+/** Where a point of an event, or its grip, is on the screen. */
 export const pointOnScreen = (page, lane, event, point) => page.evaluate(async ([lane, event, point]) => {
-  const lanes = await import('./lanes/lanes.js');
-  const { canvas, plot } = lanes[lane];
+  const { lanes } = await import('./lanes/lanes.js');
   const { current } = await import('./model/state.js');
-  const curve = current().design.events[event];
-  const [x, y] = point === 'grip' ? lanes.gripOf(plot, curve) : lanes.placeOf(lanes[lane], plot, curve, point);
-  const box = canvas.getBoundingClientRect();
+  const found = lanes.find(({ canvas }) => canvas.id === lane);
+  const { points, grip } = found.handles(current().design.events[event]);
+  const [x, y] = point === 'grip' ? grip : points[point];
+  const box = found.canvas.getBoundingClientRect();
   return { x: box.left + x, y: box.top + y };
 }, [lane, event, point]);

@@ -75,7 +75,7 @@ test('exports are the bytes of the command, and so are faults and warnings', asy
 test('dragging a point changes that point alone, and undo brings the old bytes back', async () => {
   const page = await openPage();
   await openDemo(page, 'sunrise');
-  for (const [lane, field, dy] of [['intensityLane', 1, -20], ['frequencyLane', 2, -12]]) {
+  for (const [lane, field, dy] of [['intensity-lane', 1, -20], ['frequency-lane', 2, -12]]) {
     const [before, bytes] = [await savedEvents(page), await exported(page, 'bin')];
     await drag(page, await pointOnScreen(page, lane, 0, 1), { x: 30, y: dy });
     const after = await savedEvents(page);
@@ -100,7 +100,7 @@ test('a finger stretches a curve, which keeps its shape', async () => {
   await openDemo(page, 'fade');
   await page.locator('.event').first().click();
   await shown(page);
-  const { x, y } = await pointOnScreen(page, 'intensityLane', 0, 'grip');
+  const { x, y } = await pointOnScreen(page, 'intensity-lane', 0, 'grip');
   const finger = await page.context().newCDPSession(page);
   for (const [type, by] of [['touchStart', 0], ['touchMove', 60], ['touchMove', 120], ['touchEnd', 0]]) {
     await finger.send('Input.dispatchTouchEvent', { type, touchPoints: type === 'touchEnd' ? [] : [{ x: x + by, y }] });
@@ -149,7 +149,7 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await other.click('#undo');
   await shown(other);
   await page.fill('#quality', '35');
-  await shown(page);
+  await page.keyboard.press('Tab');
   const tab = await openPage({ context: page.context() });
   assert.ok((await exported(tab, 'bin')).equals(bytes));
   await tab.click('#new');
@@ -228,7 +228,7 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   const page = await openPage();
   await openDemo(page, 'heartbeat');
   const before = await savedEvents(page);
-  const { x, y } = await pointOnScreen(page, 'intensityLane', 1, 1);
+  const { x, y } = await pointOnScreen(page, 'intensity-lane', 1, 1);
   await page.mouse.move(x, y);
   await page.mouse.down();
   await page.mouse.move(x + 20, y);
@@ -277,7 +277,7 @@ test('a field belongs to its event, and is undone as a whole', async () => {
     await page.keyboard.type(text);
   };
   const plot = await page.locator('#intensity-lane').boundingBox();
-  const x = await page.evaluate(async () => (await import('./lanes/lanes.js')).intensityLane.plot.x(707));
+  const x = await page.evaluate(async () => (await import('./lanes/intensity.js')).intensityLane.plot.x(707));
   for (const [field, text] of [[start, '-'], [level, '1.5'], [start, '20e9']]) {
     await page.locator('.event').first().click();
     await shown(page);
@@ -315,8 +315,8 @@ test('a field belongs to its event, and is undone as a whole', async () => {
   await page.selectOption('#motor', '9595');
   await shown(page);
   const end = await page.evaluate(async () => {
-    const [{ intensityLane }, { current }] = [await import('./lanes/lanes.js'), await import('./model/state.js')];
-    const { facts } = (await import('./library/wasm.js')).patternPiece(current().design);
+    const [{ intensityLane }, { current }] = [await import('./lanes/intensity.js'), await import('./model/state.js')];
+    const { facts } = (await import('./library/pieces.js')).patternPiece(current().design);
     return intensityLane.plot.x(facts.events[1].end_ms);
   });
   await page.mouse.click(plot.x + end - 2, plot.y + plot.height - 10);

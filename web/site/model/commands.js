@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 // What buttons and keys do with events.
 
-import { endOf, newCurve, newTap } from './edits.js';
-import { current, edit, show } from './state.js';
+import { newCurve } from './curve.js';
+import { kindOf } from './events.js';
+import { chosenEvent, current, edit, show } from './state.js';
+import { newTap } from './tap.js';
 
-/** @import {PatternEvent} from './state.js' */
+/** @import {PatternEvent} from './events.js' */
 
 /** Selected, with the cursor behind it. @param {PatternEvent} event */
 export function add(event) {
   const { events } = current().design;
-  const cursor = event.type === 'transient' ? event.start + 50 : endOf(event);
+  const cursor = kindOf(event).next(event);
   edit({ events: [...events, event] }, '', { event: events.length, point: -1, cursor });
 }
 
@@ -17,8 +19,8 @@ export const addTap = () => add(newTap(current().cursor));
 export const addCurve = () => add(newCurve(current().cursor));
 
 export function duplicate() {
-  const event = current().design.events[current().event];
-  if (event !== undefined) add({ ...event, start: event.type === 'transient' ? event.start + 50 : endOf(event) });
+  const event = chosenEvent();
+  if (event !== undefined) add({ ...event, start: kindOf(event).next(event) });
 }
 
 export function remove() {
@@ -37,6 +39,6 @@ export function selectNext(by) {
 
 /** Of the selected one. @param {(event: PatternEvent) => PatternEvent} change @param {string} kind */
 export function change(change, kind) {
-  const { design, event } = current();
-  if (event >= 0) edit({ events: design.events.with(event, change(design.events[event])) }, kind);
+  const old = chosenEvent();
+  if (old !== undefined) edit({ events: current().design.events.with(current().event, change(old)) }, kind);
 }

@@ -2,7 +2,7 @@
 // Motor, chip and boost, and how often the pattern plays.
 
 import { current, edit } from '../model/state.js';
-import { about, motorOf, patternPiece } from '../library/wasm.js';
+import { about, motorOf, patternPiece } from '../library/pieces.js';
 import { element, onNumber, setValue } from '../page/elements.js';
 
 /** @import {Profile} from '../model/state.js' */
