@@ -120,8 +120,9 @@ test('taps', () => {
 test('the types are those of studio.h, and the texts those of the types', () => {
   const web = fileURLToPath(new URL('..', import.meta.url));
   assert.equal(readFileSync(join(web, 'exports.d.ts'), 'utf8'), declarations, 'npm run types prints it anew');
-  const own = Object.entries(wasm).filter(([name]) => name.startsWith('studio_')).map(([name, { length }]) => [name, length]);
-  assert.deepEqual(own.sort(), declared.map(({ name, arguments: all }) => [name, all.length]).sort());
+  const own = Object.entries(wasm).filter(([name]) => name.startsWith('studio_'));
+  assert.deepEqual(own.map(([name, { length }]) => [name, length]).sort(),
+    declared.map(({ name, arguments: all }) => [name, all.length]).sort());
   const texts = [];
   const take = (type) => texts.push(`(${result()}) satisfies ${type};`);
   wasm.studio_about();
@@ -138,7 +139,8 @@ test('the types are those of studio.h, and the texts those of the types', () => 
   writeFileSync(join(work, 'texts.ts'), imported + texts.join('\n'));
   const options = ['--noEmit', '--strict', '--skipLibCheck', '--target', 'es2023', '--module', 'es2022',
     '--moduleResolution', 'bundler', '--types', '', '--allowJs'];
-  const { stdout } = spawnSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), ...options, 'texts.ts'], { cwd: work });
+  const compiler = join(web, 'node_modules/typescript/bin/tsc');
+  const { stdout } = spawnSync(process.execPath, [compiler, ...options, 'texts.ts'], { cwd: work });
   assert.equal(stdout.toString(), '');
 });
 

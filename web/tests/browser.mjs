@@ -101,3 +101,30 @@ export const pointOnScreen = (page, lane, event, point) => page.evaluate(async (
   const box = found.canvas.getBoundingClientRect();
   return { x: box.left + x, y: box.top + y };
 }, [lane, event, point]);
+
+/**
+ * Which of these places on a canvas, in pixels from its left top, have a colour of the style sheet beside them. A thin
+ * line is mixed with what is below it, and so is told with more tolerance.
+ */
+export const coloured = (page, id, name, places, tolerance = 20) => page.evaluate(([id, name, places, tolerance]) => {
+  const hex = getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
+  const wanted = [1, 3, 5].map((at) => parseInt(hex.slice(at, at + 2), 16));
+  const canvas = document.getElementById(id);
+  const draw = new OffscreenCanvas(canvas.width, canvas.height).getContext('2d', { willReadFrequently: true });
+  draw.drawImage(canvas, 0, 0);
+  return places.map(([x, y]) => {
+    const { data } = draw.getImageData(Math.round(x) - 1, Math.round(y) - 1, 3, 3);
+    return Array.from({ length: 9 }, (_, i) => data.slice(4 * i, 4 * i + 4))
+      .some((pixel) => pixel[3] > 24 && wanted.every((value, i) => Math.abs(value - pixel[i]) <= tolerance));
+  });
+}, [id, name, places, tolerance]);
+
+export const shownSpan = (page) => page.evaluate(async () => (await import('./lanes/view.js')).shownSpan());
+
+/** Where a time and a value are on a canvas with such axes, in pixels from its left top. */
+export async function plotOf(page, id, { from, to }, [low, high], [above, below]) {
+  const { width, height } = await page.locator(`#${id}`).evaluate((canvas) =>
+    ({ width: canvas.clientWidth, height: canvas.clientHeight }));
+  return (ms, value) => [40 + ((ms - from) / (to - from)) * (width - 50),
+    height - below - ((value - low) / (high - low)) * (height - below - above)];
+}

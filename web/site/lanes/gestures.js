@@ -91,7 +91,10 @@ function place(lane, event) {
   add(event.shiftKey ? newCurve(start, strength) : newTap(start, current().tap.level, strength));
 }
 
-/** A finger on something drags it, one on the free ground may scroll the page. @param {Lane} lane @param {TouchEvent} event */
+/**
+ * A finger on something drags it, one on the free ground may scroll the page.
+ * @param {Lane} lane @param {TouchEvent} event
+ */
 function touch(lane, event) {
   const [one, other] = event.touches;
   if (one === undefined) return;

@@ -115,7 +115,7 @@ export class EventLane {
     return pointsOf(event).map((point) => this.#placeOf(plot, event, point));
   }
 
-  /** Where parts of an event are on the canvas: its points, and the grip that stretches it. @param {PatternEvent} event */
+  /** Where the points of an event, and the grip that stretches it, are on the canvas. @param {PatternEvent} event */
   handles(event) {
     const { plot } = this;
     return plot === null ? { points: [], grip: null }
@@ -128,7 +128,8 @@ export class EventLane {
     const chosen = current().event;
     const order = [...events.entries()].reverse();
     order.sort(([i], [j]) => Number(j === chosen) - Number(i === chosen));
-    const near = (/** @type {Place | null} */ place) => place !== null && Math.hypot(place[0] - x, place[1] - y) <= reach;
+    const near = (/** @type {Place | null} */ place) =>
+      place !== null && Math.hypot(place[0] - x, place[1] - y) <= reach;
     for (const [i, event] of order) {
       const { points, grip } = this.handles(event);
       // Of points in one place the later one, which alone may be free to move.
@@ -168,7 +169,10 @@ export class EventLane {
     }, event, i);
   }
 
-  /** By keys, in the units of a point's fields. @param {PatternEvent} event @param {Part} part @param {number} ms @param {number} by */
+  /**
+   * By keys, in the units of a point's fields.
+   * @param {PatternEvent} event @param {Part} part @param {number} ms @param {number} by
+   */
   moved(event, { part, point }, ms, by) {
     const { field, hasStrength } = this.#face;
     const kind = kindOf(event);
@@ -180,7 +184,10 @@ export class EventLane {
     return kind.withPoint(event, point, changed(old, ms, field, by));
   }
 
-  /** By the pointer, in the units of the plot. @param {PatternEvent} event @param {Part} part @param {number} ms @param {number} by */
+  /**
+   * By the pointer, in the units of the plot.
+   * @param {PatternEvent} event @param {Part} part @param {number} ms @param {number} by
+   */
   dragged(event, { part, point }, ms, by) {
     const { field, shown, value, hasStrength } = this.#face;
     const old = part === 'point' ? pointsOf(event)[point] : undefined;

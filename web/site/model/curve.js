@@ -31,7 +31,10 @@ const replaced = (points, index, point) => /** @type {any} @returns {CurvePoints
 /** @param {CurvePoints} points @param {(point: CurvePoint) => CurvePoint} change @returns {CurvePoints} */
 const changed = ([a, b, c, d], change) => [change(a), change(b), change(c), change(d)];
 
-/** The last point takes the end of the event with it. @param {Curve} event @param {number} index @param {CurvePoint} to */
+/**
+ * The last point takes the end of the event with it.
+ * @param {Curve} event @param {number} index @param {CurvePoint} to
+ */
 function put(event, index, to) {
   const points = replaced(event.points, index, to);
   return { ...event, points, duration: index === last ? to[0] - event.points[0][0] : event.duration };
@@ -61,7 +64,7 @@ function withValue(event, name, value) {
   return put(event, Number(index), /** @type {CurvePoint} */ (point.with(Number(column), value)));
 }
 
-/** What was stretched last, and the shape that it had before the first time. @type {{shape: Curve, made: Curve} | null} */
+/** What was stretched last, and its shape before the first time. @type {{shape: Curve, made: Curve} | null} */
 let stretching = null;
 
 /** All points keep their share of the time; once more, too. @type {Kind<Curve>['stretched']} */

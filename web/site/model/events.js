@@ -15,8 +15,8 @@ import { tap } from './tap.js';
  */
 
 /**
- * What is known of a kind: its word; its canonical form of anything of its type, null where that is no such event, right
- * or wrong; a summary; the points, if it has such; its span, or that of a point, for a tap nominal; where a next one may
+ * What is known of a kind: its word; the canonical form of a value of its type, null where that is no event, right or
+ * wrong; a summary; its points, if it has such; its span, or that of a point, nominal for a tap; where a next one may
  * start. And what can be done to an event, each a function from the old to the new one: another value in a field,
  * another place for a point, more strength, what a drag up does to all of it, another length.
  * @template E
@@ -42,7 +42,8 @@ import { tap } from './tap.js';
  */
 
 /** @template R @param {ByKind<R>} by @param {PatternEvent} event @param {number} i @returns {R} */
-export const applied = (by, event, i) => /** @type {(event: PatternEvent, i: number) => R} */ (by[event.type])(event, i);
+export const applied = (by, event, i) =>
+  /** @type {(event: PatternEvent, i: number) => R} */ (by[event.type])(event, i);
 
 /** By their types in files. @type {{[T in Type]: Kind<Extract<PatternEvent, {type: T}>>}} */
 const kinds = { transient: tap, continuous: curve };
@@ -63,5 +64,8 @@ export const endOf = (event) => kindOf(event).span(event, -1).to;
 /** @type {(event: PatternEvent, start: number) => PatternEvent} */
 export const startedAt = (event, start) => ({ ...event, start: clamp(start, 0, Infinity) });
 
-/** When a point is; their times count from that of the first one. @type {(event: PatternEvent, point: CurvePoint) => number} */
+/**
+ * When a point is; their times count from that of the first one.
+ * @type {(event: PatternEvent, point: CurvePoint) => number}
+ */
 export const timeOf = (event, point) => event.start + point[0] - (pointsOf(event)[0] ?? point)[0];

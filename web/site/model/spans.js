@@ -5,7 +5,10 @@
 
 const shortestMs = 0.5;
 
-/** Within 0 to `longest`, and of a length that can be shown. @param {Span} span @param {number} longest @returns {Span} */
+/**
+ * Within 0 to `longest`, and of a length that can be shown.
+ * @param {Span} span @param {number} longest @returns {Span}
+ */
 export function held({ from, to }, longest) {
   const length = Math.min(longest, Math.max(shortestMs, to - from));
   const start = Math.min(Math.max(0, from), Math.max(0, longest - length));
