@@ -2,7 +2,7 @@
 // The built site in Debian's browser, and the command beside it.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import { mkdtempSync, readFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { tmpdir } from 'node:os';
 import { basename, extname, join } from 'node:path';
@@ -69,7 +69,28 @@ export async function openPage({ context, link = '', ...options } = {}) {
 export const drawn = (page) => page.waitForFunction(() => performance.getEntriesByName('draw').length > 0);
 
 /** What was done is on the screen, and kept. */
-export const shown = (page) => page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
+export const shown = (page) =>
+  page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
+
+export const click = async (page, selector) => (await page.click(selector), shown(page));
+export const fill = async (page, selector, text) => (await page.fill(selector, text), shown(page));
+export const reload = async (page) => (await page.reload(), drawn(page));
+
+/** From the list. */
+export const choose = async (page, event) => (await page.locator('.event').nth(event).click(), shown(page));
+export const chosen = (page) => page.locator('.event[aria-pressed=true]').textContent();
+
+export async function openEvents(page, ...events) {
+  const file = join(scratch, 'events.json');
+  writeFileSync(file, JSON.stringify({ events }));
+  await openFile(page, file);
+}
+
+/** Fingers, in steps of a type and places. */
+export async function touch(page, steps) {
+  const hand = await page.context().newCDPSession(page);
+  for (const [type, ...points] of steps) await hand.send('Input.dispatchTouchEvent', { type, touchPoints: points });
+}
 
 /** The bytes of an export as a buffer, null where there are none. */
 export async function exported(page, kind) {

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // What is seen on the canvases, heard, and reached with wheel and fingers.
 import assert from 'node:assert/strict';
-import { readFileSync, writeFileSync } from 'node:fs';
-import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 import * as studio from './browser.mjs';
 
-const { coloured, exported, lrasynth, openFile, openPage, plotOf, scratch, shown, shownSpan } = studio;
+const { choose, click, coloured, exported, fill, lrasynth, openEvents, openPage, plotOf, shown, shownSpan } = studio;
 
 before(studio.startBrowser);
 after(studio.stopBrowser);
@@ -17,11 +15,9 @@ const wave = { type: 'continuous', start: 100, duration: 200,
 const cover = { type: 'continuous', start: 180, duration: 40,
   points: [[0, 10, 0], [10, 10, 0], [30, 10, 0], [40, 10, 0]] };
 
-async function openEvents(page, ...events) {
-  const file = join(scratch, 'events.json');
-  writeFileSync(file, JSON.stringify({ events }));
-  await openFile(page, file);
-}
+/** Of the command. */
+const tapCodes = (...words) =>
+  new Int8Array(lrasynth('tap', '--motor=1040', '--intensity=80', ...words, '--format=bin', '-').stdout);
 
 /** What tells whether all of some times and values of a canvas have a colour, or none of them. */
 const watcher = (page, id, values, room) => async (name, pairs, isThere = true, tolerance = undefined) => {
@@ -33,17 +29,16 @@ const watcher = (page, id, values, room) => async (name, pairs, isThere = true, 
 test('the lane for intensity draws taps, curves where they are heard, passes, and what is chosen', async () => {
   const page = await openPage();
   await openEvents(page, tap, wave, cover);
-  await page.locator('.event').first().click();
+  await choose(page, 0);
   const driven = Number((await page.textContent('#driven')).match(/\d+/)[0]);
   assert.ok(driven > 20 && driven < 76);
   await page.focus('#intensity-lane');
-  await page.keyboard.press('Escape');
-  await page.keyboard.press('Home');
+  for (const key of ['Escape', 'Home']) await page.keyboard.press(key);
   await shown(page);
   const sees = watcher(page, 'intensity-lane', [0, 100], [30, 8]);
-  const [line, fill] = [[[125, 60], [200, 100], [275, 60]], [[150, 50], [110, 15], [290, 15], [200, 5]]];
-  await sees('curve', line, true, 60);
-  await sees('vibration', fill);
+  const area = [[150, 50], [110, 15], [290, 15], [200, 5]];
+  await sees('curve', [[125, 60], [200, 100], [275, 60]], true, 60);
+  await sees('vibration', area);
   await sees('vibration', [[105, 80], [295, 80], [200, 50], [320, 10]], false);
   await sees('tap', [[24, driven - 3], [24, 4], [24, 80], [20.4, 78]]);
   await sees('tap', [[26, (driven + 80) / 2], [26, 99], [60, 10]], false);
@@ -65,14 +60,12 @@ test('the lane for intensity draws taps, curves where they are heard, passes, an
   await sees('panel', [[150, 100]], false);
   await page.fill('#loops', '2');
   await page.fill('#interval', '100');
-  await page.locator('.event').nth(2).click();
-  await shown(page);
-  await sees('vibration', [...fill, ...fill.map(([ms, value]) => [ms + 400, value])]);
+  await choose(page, 2);
+  await sees('vibration', [...area, ...area.map(([ms, value]) => [ms + 400, value])]);
   await sees('vibration', [[350, 5], [600, 50], [505, 80]], false);
-  await page.fill('#loops', '500');
-  await shown(page);
+  await fill(page, '#loops', '500');
   await sees('vibration', [[20000, 50], [190000, 95]]);
-  await page.locator('.event').first().click();
+  await choose(page, 0);
   await page.getByLabel('Start, ms').fill('-5');
   await page.getByLabel('Start, ms').press('Tab');
   await shown(page);
@@ -150,24 +143,15 @@ test('the waveform is drawn as it is, near and far, with its response, and so is
   await far('vibration', inside.filter((at) => Math.abs(samples[at]) > 30).map((at) => [at / 24, samples[at] / 2]));
   await far('vibration', inside.map((at) => [at / 24, -samples[at] / 2 - 20 * Math.sign(samples[at])]), false);
 
-  await page.fill('#level-number', '60');
-  await shown(page);
-  lrasynth('tap', '--motor', '1040', '--level', '60', '--intensity', '80', join(scratch, 'tap.bin'));
-  const codes = new Int8Array(readFileSync(join(scratch, 'tap.bin')));
+  await fill(page, '#level-number', '60');
+  const codes = tapCodes('--level=60');
   const tapAt = await plotOf(page, 'tap-wave', { from: 0, to: codes.length / 24 }, [-128, 128], [20, 22]);
   const [first, low] = [codes.indexOf(Math.max(...codes)), codes.indexOf(Math.min(...codes))];
   const tops = [first, low].map((at) => tapAt(at / 24, codes[at]));
   assert.deepEqual(await coloured(page, 'tap-wave', 'curve', tops, 60), [true, true]);
   assert.deepEqual(await coloured(page, 'tap-wave', 'curve', [tapAt(first / 24, -codes[first])], 60), [false]);
   // All levels: the column of this one, rows of time, in two colours for the signs.
-  const longest = await page.evaluate(async () => {
-    const { release, tapPiece } = await import('./library/pieces.js');
-    return Math.max(...Array.from({ length: 101 }, (_, level) => {
-      const piece = tapPiece({ motor: 1040, chip: 0 }, { level, intensity: 80, inPattern: false });
-      release(piece);
-      return piece.facts.length;
-    }));
-  });
+  const longest = Math.max(...Array.from({ length: 101 }, (_, level) => tapCodes(`--level=${level}`).length));
   const column = await page.evaluate(() => {
     const draw = new OffscreenCanvas(1, 110).getContext('2d', { willReadFrequently: true });
     draw.drawImage(document.getElementById('levels'), -60, 0);
@@ -185,17 +169,17 @@ test('what plays are the samples, and it repeats where that is asked for', async
   const page = await openPage();
   await page.evaluate(() => {
     window.played = [];
-    const { connect, start } = { connect: AudioNode.prototype.connect, start: AudioBufferSourceNode.prototype.start };
+    const { connect } = AudioNode.prototype;
+    const { start } = AudioBufferSourceNode.prototype;
     const outputs = new Map();
-    AudioNode.prototype.connect = function (to, ...others) {
+    AudioNode.prototype.connect = function (to) {
       outputs.set(this, to);
-      return connect.call(this, to, ...others);
+      return connect.call(this, to);
     };
     AudioBufferSourceNode.prototype.start = function (...times) {
-      const { buffer, loop, playbackRate, context } = this;
-      window.played.push({ values: [...buffer.getChannelData(0)], channels: buffer.numberOfChannels, loop,
-        rate: buffer.sampleRate, speed: playbackRate.value, isHeard: outputs.get(this) === context.destination,
-        times });
+      const { buffer, loop, context } = this;
+      const isHeard = outputs.get(this) === context.destination && times.length === 0;
+      window.played.push({ values: [...buffer.getChannelData(0)], loop, rate: buffer.sampleRate, isHeard });
       return start.apply(this, times);
     };
   });
@@ -206,7 +190,7 @@ test('what plays are the samples, and it repeats where that is asked for', async
     return [values.map((value) => value * 128), how];
   };
   await openEvents(page, tap, wave, cover);
-  const once = { channels: 1, loop: false, rate: 24000, speed: 1, isHeard: true, times: [] };
+  const once = { loop: false, rate: 24000, isHeard: true };
   assert.deepEqual(await hear('#play', 1), [[...new Int8Array(await exported(page, 'bin'))], once]);
   await page.setChecked('#repeat', true);
   await page.selectOption('#chip', '1');
@@ -217,16 +201,22 @@ test('what plays are the samples, and it repeats where that is asked for', async
   const began = await left();
   const hasMoved = (began) => Number.parseFloat(document.getElementById('playhead').style.left) > began + 5;
   await page.waitForFunction(hasMoved, began);
+  await page.click('#stop');
+  assert.ok(await page.isHidden('#playhead'));
+  await page.setChecked('#repeat', false);
+  await page.click('#play');
+  await page.waitForFunction(() => document.getElementById('stop').disabled); // at its end
+  await page.setChecked('#repeat', true);
+  await page.click('#play');
+  await page.waitForFunction(() => window.played.length === 4);
   await page.click('#add-tap'); // what is heard is what is shown
   await shown(page);
   assert.ok(await page.isDisabled('#stop'));
   await page.fill('#level-number', '37');
   await page.setChecked('#in-pattern', true);
   await shown(page);
-  lrasynth('tap', '--motor', '1040', '--chip', '1', '--level', '37', '--intensity', '80', '--in-pattern',
-    join(scratch, 'heard.bin'));
-  const codes = [...new Int8Array(readFileSync(join(scratch, 'heard.bin')))];
-  assert.deepEqual(await hear('#tap-listen', 3), [codes, { ...looped, loop: false }]);
+  const codes = tapCodes('--chip=1', '--level=37', '--in-pattern');
+  assert.deepEqual(await hear('#tap-listen', 5), [[...codes], { ...looped, loop: false }]);
 });
 
 test('wheel and two fingers zoom where they are, and move along', async () => {
@@ -257,14 +247,9 @@ test('wheel and two fingers zoom where they are, and move along', async () => {
     const back = await turn('Control', 0, 100);
     near(back.to - back.from, (whole.to - whole.from) * Math.exp(-0.3), `${id} back`);
     await page.click('#zoom-all');
-    const hand = await page.context().newCDPSession(page);
-    const finger = (side) => ({ x: pointer + side, y: y + 40, id: Math.sign(side) + 1 });
-    const fingers = async (type, apart) => hand.send('Input.dispatchTouchEvent',
-      { type, touchPoints: apart === 0 ? [] : [finger(-apart / 2), finger(apart / 2)] });
-    for (const [type, apart] of [['touchStart', 60], ['touchMove', 100], ['touchMove', 200], ['touchMove', 300]]) {
-      await fingers(type, apart);
-    }
-    await fingers('touchEnd', 0);
+    const fingers = (apart) => [-apart, apart].map((by, id) => ({ x: pointer + by / 2, y: y + 40, id }));
+    const moves = [100, 200, 300].map((apart) => ['touchMove', ...fingers(apart)]);
+    await studio.touch(page, [['touchStart', ...fingers(60)], ...moves, ['touchEnd']]);
     await shown(page);
     const pinched = await shownSpan(page);
     near(pinched.to - pinched.from, (whole.to - whole.from) / 3, `${id} pinched`);

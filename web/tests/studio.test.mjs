@@ -7,7 +7,8 @@ import { after, before, test } from 'node:test';
 import { gzipSync } from 'node:zlib';
 import * as studio from './browser.mjs';
 
-const { drawn, exported, lrasynth, openDemo, openFile, openPage, pointOnScreen, savedEvents, scratch, shown } = studio;
+const { choose, chosen, click, exported, fill, lrasynth, openDemo, openEvents, openFile, openPage } = studio;
+const { pointOnScreen, reload, savedEvents, scratch, shown, touch } = studio;
 const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
 
 before(studio.startBrowser);
@@ -20,11 +21,12 @@ async function setProfile(page, motor, chip, boost) {
   await shown(page);
 }
 
-async function drag(page, from, by) {
+async function drag(page, from, by, midway = () => {}) {
   await page.mouse.move(from.x, from.y);
   await page.mouse.down();
   await page.mouse.move(from.x + by.x / 2, from.y + by.y);
   await page.mouse.move(from.x + by.x, from.y + by.y);
+  await midway();
   await page.mouse.up();
   await shown(page);
 }
@@ -72,8 +74,7 @@ test('dragging a point changes that point alone, and undo brings the old bytes b
     undone[0].points[1] = old;
     assert.deepEqual(undone, before);
     assert.ok(!(await exported(page, 'bin')).equals(bytes));
-    await page.click('#undo');
-    await shown(page);
+    await click(page, '#undo');
     assert.ok((await exported(page, 'bin')).equals(bytes));
     await page.keyboard.press('Control+Shift+Z');
     assert.deepEqual(await savedEvents(page), after);
@@ -82,17 +83,13 @@ test('dragging a point changes that point alone, and undo brings the old bytes b
   // A drag that is taken back leaves no trace; one that ends is stored then.
   const kept = () => page.evaluate(() => localStorage.getItem('lrasynth studio'));
   const [before, old] = [await savedEvents(page), await kept()];
-  const { x, y } = await pointOnScreen(page, 'intensity-lane', 0, 1);
-  for (const key of ['Escape', 'Shift']) {
-    await page.mouse.move(x, y);
-    await page.mouse.down();
-    await page.mouse.move(x + 30, y - 20);
-    await shown(page);
-    assert.equal(await kept(), old);
-    await page.keyboard.press(key);
-    await page.mouse.up();
-    await shown(page);
-    const isBack = key === 'Escape';
+  const point = await pointOnScreen(page, 'intensity-lane', 0, 1);
+  for (const [key, isBack] of [['Escape', true], ['Shift', false]]) {
+    await drag(page, point, { x: 30, y: -20 }, async () => {
+      await shown(page);
+      assert.equal(await kept(), old);
+      await page.keyboard.press(key);
+    });
     assert.deepEqual([await page.isDisabled('#redo'), (await kept()) === old], [!isBack, isBack]);
   }
   assert.notDeepEqual(await savedEvents(page), before);
@@ -101,13 +98,10 @@ test('dragging a point changes that point alone, and undo brings the old bytes b
 test('a finger stretches a curve, which keeps its shape', async () => {
   const page = await openPage({ hasTouch: true });
   await openDemo(page, 'fade');
-  await page.locator('.event').first().click();
-  await shown(page);
+  await choose(page, 0);
   const { x, y } = await pointOnScreen(page, 'intensity-lane', 0, 'grip');
-  const finger = await page.context().newCDPSession(page);
-  for (const [type, by] of [['touchStart', 0], ['touchMove', 60], ['touchMove', 120], ['touchEnd', 0]]) {
-    await finger.send('Input.dispatchTouchEvent', { type, touchPoints: type === 'touchEnd' ? [] : [{ x: x + by, y }] });
-  }
+  await touch(page, [['touchStart', { x, y }], ['touchMove', { x: x + 60, y }], ['touchMove', { x: x + 120, y }],
+    ['touchEnd']]);
   const [{ start, duration, points }] = await savedEvents(page);
   assert.ok(start === 0 && duration > 240, `${duration}`);
   const [quarter, half] = [Math.round(duration / 4), Math.round(duration / 2)];
@@ -146,29 +140,23 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
   assert.equal(await other.evaluate(() => localStorage.length), 0); // what was only looked at replaces no work
-  await other.click('#add-tap');
-  await shown(other);
+  await click(other, '#add-tap');
   assert.equal(await other.evaluate(() => location.hash), '');
-  await other.click('#undo');
-  await shown(other);
+  await click(other, '#undo');
   await page.fill('#quality', '35');
   await page.keyboard.press('Tab');
   const tab = await openPage({ context: page.context() });
   assert.ok((await exported(tab, 'bin')).equals(bytes));
-  await tab.click('#new');
-  await shown(tab);
-  await page.reload(); // each tab has its own
-  await drawn(page);
+  await click(tab, '#new');
+  await reload(page); // each tab has its own
   assert.ok((await exported(page, 'bin')).equals(bytes));
   assert.equal(await page.inputValue('#quality'), '35');
   assert.equal(await page.locator('#motor option').count(), 4);
   assert.ok(await page.isDisabled('#undo'));
-  await other.click('#undo');
-  await shown(other);
+  await click(other, '#undo');
   assert.equal(await other.inputValue('#name'), 'heartbeat');
   const noTap = { type: 'transient', start: 0, intensity: 80 };
-  const noCurve = { type: 'continuous', start: 0, duration: 9, points: [[0, 0, 0]] };
-  for (const wrong of [{ events: [], loops: 0 }, { events: [noTap] }, { events: [noCurve] }, null]) {
+  for (const wrong of [{ events: [], loops: 0 }, { events: [noTap] }, null]) {
     const broken = await openPage({ link: wrong === null ? '#p=AAAA' : await linkTo(wrong) });
     assert.match(await broken.textContent('#messages'), /no pattern/);
     assert.equal(await broken.inputValue('#name'), 'heartbeat');
@@ -177,10 +165,8 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await page.getByText('This link carries no pattern.').waitFor();
   assert.ok((await exported(page, 'bin')).equals(bytes)); // the work goes on
   const faulty = await openPage({ link: await linkTo({ events: [{ ...noTap, level: 150 }] }) });
-  await faulty.click('#add-tap');
-  await shown(faulty);
-  await faulty.reload();
-  await drawn(faulty);
+  await click(faulty, '#add-tap');
+  await reload(faulty);
   assert.equal(await faulty.locator('.event').count(), 2);
   assert.match(await faulty.textContent('#events .fault'), /level.*150/);
   await faulty.evaluate(() => {
@@ -223,8 +209,6 @@ test('keys alone build a pattern', async () => {
     const { from, to } = await studio.shownSpan(page);
     assert.ok(from <= ms && ms <= to && to - from < 60, `${keys}: ${from} to ${to}`);
   }
-  for (let i = 0; i < 60; ++i) await keyboard.press('Control+z');
-  assert.equal((await savedEvents(page)).length, 4);
 });
 
 test('what is typed stands, and what is deleted in the middle of a drag stays so', async () => {
@@ -239,41 +223,32 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   await page.mouse.move(x + 40, y);
   await page.mouse.up();
   assert.deepEqual(await savedEvents(page), before.filter((_, i) => i !== 1));
-  await page.locator('.event').first().click();
+  await choose(page, 0);
   await page.getByLabel('Start, ms').fill('9000');
   await shown(page);
-  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^3 .*9000 /);
-  await page.click('#undo');
-  await shown(page);
-  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^1 /);
-  await page.click('#new');
-  await shown(page);
-  await page.reload();
-  await drawn(page);
+  assert.match(await chosen(page), /^3 .*9000 /);
+  await click(page, '#undo');
+  assert.match(await chosen(page), /^1 /);
+  await click(page, '#new');
+  await reload(page);
   assert.equal(await page.locator('.event').count(), 0);
   await page.click('#add-curve');
-  const duration = page.getByLabel('Duration, ms');
-  for (const [typed, wanted] of [['300', [0, 75, 195, 300]], ['-50', [0, 75, 195, 300]]]) {
-    await duration.click();
-    await page.keyboard.press('Control+a');
-    await page.keyboard.type(typed);
-    await page.keyboard.press('Tab');
-    assert.deepEqual((await savedEvents(page))[0].points.map(([time]) => time), wanted);
+  for (const typed of ['300', '-50']) {
+    await page.click('[name=duration]');
+    for (const key of ['Control+a', ...typed, 'Tab']) await page.keyboard.press(key);
+    assert.deepEqual((await savedEvents(page))[0].points.map(([time]) => time), [0, 75, 195, 300]);
   }
-  await page.fill('#loops', '65536');
+  await fill(page, '#loops', '65536');
   await page.keyboard.press('Tab');
-  await shown(page);
   assert.equal(await page.inputValue('#loops'), '1');
 });
 
 test('a field belongs to its event, and is undone as a whole', async () => {
   const page = await openPage();
-  const file = join(scratch, 'taps.json');
   const tap = (start, level) => ({ type: 'transient', start, intensity: 80, level });
   const taps = [tap(100, 33), tap(700, 20)];
-  writeFileSync(file, JSON.stringify({ events: taps }));
-  await openFile(page, file);
-  const [start, level] = [page.getByLabel('Start, ms'), page.getByRole('spinbutton', { name: 'Level', exact: true }).first()];
+  await openEvents(page, ...taps);
+  const [start, level] = [page.locator('[name=start]'), page.locator('[name=level]')];
   const type = async (field, text) => {
     await field.click();
     await page.keyboard.press('Control+a');
@@ -281,19 +256,18 @@ test('a field belongs to its event, and is undone as a whole', async () => {
   };
   const plot = await page.locator('#intensity-lane').boundingBox();
   const x = await page.evaluate(async () => (await import('./lanes/intensity.js')).intensityLane.plot.x(707));
+  const low = plot.y + plot.height - 10;
   for (const [field, text] of [[start, '-'], [level, '1.5'], [start, '20e9']]) {
-    await page.locator('.event').first().click();
-    await shown(page);
+    await choose(page, 0);
     await type(field, text);
-    await page.mouse.click(plot.x + x, plot.y + plot.height - 10);
+    await page.mouse.click(plot.x + x, low);
     await shown(page);
-    assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^2 /);
+    assert.match(await chosen(page), /^2 /);
     assert.deepEqual(await savedEvents(page), taps, text);
     assert.equal(await level.inputValue(), '20');
   }
   for (const [text, wanted] of [['2500', [tap(700, 20), tap(2500, 33)]], ['5000', [tap(2500, 33), tap(5000, 20)]]]) {
-    await page.locator('.event').first().click();
-    await shown(page);
+    await choose(page, 0);
     await type(start, text);
     assert.deepEqual(await savedEvents(page), wanted);
   }
@@ -302,18 +276,10 @@ test('a field belongs to its event, and is undone as a whole', async () => {
   await page.click('#undo');
   assert.deepEqual(await savedEvents(page), taps);
   // Escape takes back a drag, and nothing before it.
-  await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
-  for (const [by, start] of [[40, 700], [0, 701]]) {
-    if (by === 0) await page.keyboard.press('ArrowRight');
-    await page.mouse.down();
-    await page.mouse.move(plot.x + x + by, plot.y + plot.height - 10);
-    if (by !== 0) assert.notDeepEqual(await savedEvents(page), taps);
-    await page.keyboard.press('Escape');
-    await page.mouse.up();
-    assert.deepEqual(await savedEvents(page), [taps[0], tap(start, 20)]);
-    await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
-    await page.mouse.click(plot.x + x, plot.y + plot.height - 10);
-  }
+  await page.mouse.click(plot.x + x, low);
+  await page.keyboard.press('ArrowRight');
+  await drag(page, { x: plot.x + x, y: low }, { x: 0, y: 0 }, () => page.keyboard.press('Escape'));
+  assert.deepEqual(await savedEvents(page), [taps[0], tap(701, 20)]);
   // A tap is touched as far as it is drawn on this motor.
   await page.selectOption('#motor', '9595');
   await shown(page);
@@ -322,12 +288,12 @@ test('a field belongs to its event, and is undone as a whole', async () => {
     const { facts } = (await import('./library/pieces.js')).patternPiece(current().design);
     return intensityLane.plot.x(facts.events[1].end_ms);
   });
-  await page.mouse.click(plot.x + end - 2, plot.y + plot.height - 10);
+  await page.mouse.click(plot.x + end - 2, low);
   await shown(page);
-  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^2 /);
+  assert.match(await chosen(page), /^2 /);
 });
 
-test('the value under the cursor is the sample, however near, and what sounds has a cursor of its own', async () => {
+test('the value under the cursor is the sample, however near', async () => {
   const page = await openPage();
   await openDemo(page, 'sunrise');
   const bytes = new Int8Array(await exported(page, 'bin'));
@@ -345,21 +311,13 @@ test('the value under the cursor is the sample, however near, and what sounds ha
     assert.equal(Number(amplitude), bytes[sample]);
     assert.notEqual(bytes[sample], 0);
   }
-  await page.click('#zoom-all');
-  await page.click('#play');
-  await page.locator('#playhead').waitFor();
-  await page.click('#stop');
-  assert.ok(await page.isHidden('#playhead'));
-  await openDemo(page, 'fade');
-  await page.click('#play');
-  await page.waitForFunction(() => document.getElementById('stop').disabled);
 });
 
 test('nothing keeps anyone out', async () => {
   for (const options of [{}, { colorScheme: 'dark' }, { viewport: { width: 360, height: 780 }, colorScheme: 'dark' }]) {
     const page = await openPage(options);
     await openDemo(page, 'chirp');
-    await page.locator('.event').first().click();
+    await choose(page, 0);
     await page.fill('[aria-label="Point 2, intensity in %"]', '101');
     await page.click('summary');
     const found = await page.evaluate(`${axe}; axe.run().then(({ violations }) =>
@@ -382,21 +340,16 @@ test('it is small and quick', async () => {
   const first = await page.evaluate(() => performance.getEntriesByName('draw')[0]);
   const points = [[0, 0, -20], [100, 90, 0], [300, 60, 10], [500, 0, 0]];
   const curve = (start) => ({ type: 'continuous', start, duration: 500, points });
-  const file = join(scratch, 'long.json');
-  writeFileSync(file, JSON.stringify({ events: Array.from({ length: 20 }, (_, i) => curve(500 * i)) }));
-  const times = await openPage().then(async (page) => {
-    await openFile(page, file);
-    await page.locator('.event').first().click();
-    await shown(page);
-    await page.evaluate(() => performance.clearMeasures());
-    await page.focus('#intensity-lane');
-    for (let i = 0; i < 20; ++i) await page.keyboard.press('ArrowUp');
-    await page.waitForFunction(() => performance.getEntriesByName('response').length > 0);
-    return page.evaluate(() => ['draw', 'response'].map((name) => {
-      const times = performance.getEntriesByName(name).map(({ duration }) => duration).sort((a, b) => a - b);
-      return `${times[times.length >> 1].toFixed(1)} ms (median), ${times.at(-1).toFixed(1)} ms at most`;
-    }));
-  });
+  await openEvents(page, ...Array.from({ length: 20 }, (_, i) => curve(500 * i)));
+  await choose(page, 0);
+  await page.evaluate(() => performance.clearMeasures());
+  await page.focus('#intensity-lane');
+  for (let i = 0; i < 20; ++i) await page.keyboard.press('ArrowUp');
+  await page.waitForFunction(() => performance.getEntriesByName('response').length > 0);
+  const times = await page.evaluate(() => ['draw', 'response'].map((name) => {
+    const times = performance.getEntriesByName(name).map(({ duration }) => duration).sort((a, b) => a - b);
+    return `${times[times.length >> 1].toFixed(1)} ms (median), ${times.at(-1).toFixed(1)} ms at most`;
+  }));
   const seen = (first.startTime + first.duration).toFixed(0);
   console.log(`${raw} bytes, ${packed} packed; first picture after ${seen} ms; ` +
     `an edit of 10 s drawn in ${times[0]}; its response a moment later in ${times[1]}`);
