@@ -137,10 +137,9 @@ test('the types are those of studio.h, and the texts those of the types', () => 
   take('Estimate');
   const imported = `import type { About, Estimate, Facts } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
   writeFileSync(join(work, 'texts.ts'), imported + texts.join('\n'));
-  const options = ['--noEmit', '--strict', '--skipLibCheck', '--target', 'es2023', '--module', 'es2022',
-    '--moduleResolution', 'bundler', '--types', '', '--allowJs'];
-  const compiler = join(web, 'node_modules/typescript/bin/tsc');
-  const { stdout } = spawnSync(process.execPath, [compiler, ...options, 'texts.ts'], { cwd: work });
+  const config = { extends: join(web, 'tsconfig.json'), include: ['texts.ts'] };
+  writeFileSync(join(work, 'tsconfig.json'), JSON.stringify(config));
+  const { stdout } = spawnSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), '-p', work]);
   assert.equal(stdout.toString(), '');
 });
 
