@@ -122,11 +122,23 @@ test('the waveform is drawn as it is, near and far, with its response, and so is
   await shown(page);
   const place = await plotOf(page, 'waveform', await shownSpan(page), [-128, 128], [8, 22]);
   const reaches = async (value) => {
-    const row = Array.from({ length: 1050 }, (_, i) => place(i / 3, value));
+    const { to } = await shownSpan(page);
+    const above = (await page.inputValue('#loops')) === '1' ? 8 : 18; // passes have labels
+    const at = await plotOf(page, 'waveform', { from: 0, to }, [-128, 128], [above, 22]);
+    const row = Array.from({ length: 1050 }, (_, i) => at((i * to) / 1050, value));
     return (await coloured(page, 'waveform', 'response', row, 60)).filter(Boolean).length > 2;
   };
   assert.deepEqual(await Promise.all([124, 80, -80, -124].map(reaches)), [false, true, true, false]);
   assert.ok((await reaches(119)) || (await reaches(-119))); // its peak
+  const made = await page.evaluate(() => performance.getEntriesByName('response').length);
+  await fill(page, '#loops', '40'); // so far that no swing is seen
+  await page.waitForFunction((made) => performance.getEntriesByName('response').length > made, made);
+  await shown(page);
+  assert.deepEqual(await Promise.all([124, 60, -60, -124].map(reaches)), [false, true, true, false]);
+  const passes = watcher(page, 'waveform', [-128, 128], [18, 22]);
+  await passes('band', [[150, 122], [750, 122]], true, 4);
+  await passes('band', [[450, 122]], false, 4);
+  await fill(page, '#loops', '1');
   await page.setChecked('#response', false);
   const { x, y } = await page.locator('#waveform').boundingBox();
   await page.mouse.move(x + place(150, 0)[0], y + 60);

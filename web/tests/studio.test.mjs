@@ -230,9 +230,12 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
     for (const key of ['Control+a', ...typed, 'Tab']) await page.keyboard.press(key);
     assert.deepEqual((await savedEvents(page))[0].points.map(([time]) => time), [0, 75, 195, 300]);
   }
-  await fill(page, '#loops', '65536');
-  await page.keyboard.press('Tab');
-  assert.equal(await page.inputValue('#loops'), '1');
+  for (const [id, typed, wanted] of [['#loops', '65536', '1'], ['#resonance', '2001', '0']]) {
+    await page.click(id);
+    for (const key of ['Control+a', ...typed, 'Tab']) await page.keyboard.press(key);
+    await shown(page);
+    assert.equal(await page.inputValue(id), wanted);
+  }
 });
 
 test('a field belongs to its event, and is undone as a whole', async () => {
