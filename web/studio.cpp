@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// The page's side of design/: a current piece, asked for in text and buffers.
+// The page's side of design/: pieces by their numbers, asked for in text and buffers.
 #include "studio.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,16 +52,16 @@ class Rendered {
   std::vector<bool> has_;
 };
 
-class Current {
+class Held {
  public:
-  explicit Current(design::Piece piece) : piece_(std::move(piece)), rendered_(piece_.waveform) {
+  explicit Held(design::Piece piece) : piece_(std::move(piece)), rendered_(piece_.waveform) {
     piece_.waveform.read = [this](int64_t first, std::span<uint8_t> window) {
       const auto codes = rendered_.codes(first, window.size());
       std::copy(codes.begin(), codes.end(), window.begin());
     };
   }
-  Current(const Current&) = delete;
-  Current& operator=(const Current&) = delete;
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
 
   const design::Piece& piece() const { return piece_; }
   int64_t length() const { return piece_.waveform.length; }
@@ -80,10 +82,32 @@ class Current {
   std::optional<design::Motion> motion_;
 };
 
+class Shelf {
+ public:
+  bool is_full() const { return held_.size() == kMost || last_ == std::numeric_limits<int>::max(); }
+
+  int put(design::Piece piece) {
+    held_.emplace(++last_, std::make_unique<Held>(std::move(piece)));
+    return last_;
+  }
+  void release(int number) { held_.erase(number); }
+
+  Held* at(int number) const {
+    const auto found = held_.find(number);
+    return found == held_.end() ? nullptr : found->second.get();
+  }
+
+ private:
+  static constexpr size_t kMost = 16;
+
+  std::map<int, std::unique_ptr<Held>> held_;
+  int last_ = 0;
+};
+
 // Lives as long as the page, so that nothing needs to be torn down.
 struct Studio {
   std::string text;
-  std::unique_ptr<Current> current;
+  Shelf shelf;
   std::vector<int8_t> extremes;
   std::vector<double> columns;
 };
@@ -200,16 +224,16 @@ std::string json_of(const design::Piece& piece) {
 }
 
 int take_faults(const design::Faults& faults, const std::string& file, const std::vector<design::Event>& events) {
-  studio().text = json_of(faults, file) + R"(,"events":)" +
+  studio().text = json_of(faults, file) +
+                  R"(,"title":"","length":0,"rate":0,"length_ms":0,"pass_ms":0,"stream":false,"events":)" +
                   list(events, [](const design::Event& event) { return '{' + fields_of(event) + '}'; }) +
-                  R"(,"warnings":[],"sections":[],"length":0})";
-  return static_cast<int>(faults.count);
+                  R"(,"warnings":[],"sections":[]})";
+  return 0;
 }
 
 int take_piece(design::Piece piece) {
   studio().text = json_of(design::Faults(), "") + json_of(piece);
-  studio().current = std::make_unique<Current>(std::move(piece));
-  return 0;
+  return studio().shelf.put(std::move(piece));
 }
 
 std::optional<lrasynth_profile> profile_of(int motor, int chip, int boost) {
@@ -247,13 +271,13 @@ std::string collected(bool measure, Write write) {
 }
 
 // Without a quality the response is left out of the picture.
-std::optional<std::string> form_of(Current& current, std::string_view name, const design::Resonator& resonator,
+std::optional<std::string> form_of(Held& held, std::string_view name, const design::Resonator& resonator,
                                    design::Span shown) {
-  const design::Piece& piece = current.piece();
+  const design::Piece& piece = held.piece();
   const design::Form* const form = design::form_named(name);
   if (form == nullptr || !suits(*form, piece)) return std::nullopt;
   const bool has_response = resonator.quality != 0;
-  const design::View view = {.motion = has_response && name == "svg" ? &current.motion(resonator) : nullptr,
+  const design::View view = {.motion = has_response && name == "svg" ? &held.motion(resonator) : nullptr,
                              .resonator = has_response ? resonator : design::Resonator(),
                              .from_ms = shown.from,
                              .to_ms = shown.to};
@@ -280,9 +304,9 @@ void studio_about() {
 
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,
                    int boost, int loops, int interval_ms) {
-  studio().current.reset();
   const auto profile = profile_of(motor, chip, boost);
   if (!profile || !is_in(loops, 1, 65535) || !is_in(interval_ms, 0, design::kLongestMs)) return refuse();
+  if (studio().shelf.is_full()) return refuse();
   const std::string_view file(name, name_length);
   const bool has_gaps = loops > 1 && !design::is_event_stream(*profile);
   const design::Playback playback = {.loops = loops, .interval_ms = has_gaps ? interval_ms : 0};
@@ -292,28 +316,31 @@ int studio_pattern(const char* json, size_t length, const char* name, size_t nam
 }
 
 int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
-  studio().current.reset();
   const auto profile = profile_of(motor, chip, 1);
-  if (!profile || !is_in(level, 0, 100) || !is_in(intensity, 0, 100)) return refuse();
+  if (!profile || !is_in(level, 0, 100) || !is_in(intensity, 0, 100) || studio().shelf.is_full()) return refuse();
   if (design::has_taps(*profile)) return take_piece(design::tap_piece(*profile, level, intensity, in_pattern != 0));
   design::Faults faults;
   faults.add({0, {}, design::tap_fault(*profile)});
   return take_faults(faults, "tap", {});
 }
 
-const uint8_t* studio_read(double first, double count) {
-  if (!studio().current) return nullptr;
-  const int64_t length = studio().current->length();
+void studio_release(int piece) { studio().shelf.release(piece); }
+
+const uint8_t* studio_read(int piece, double first, double count) {
+  Held* const held = studio().shelf.at(piece);
+  if (held == nullptr) return nullptr;
+  const int64_t length = held->length();
   if (!is_in(first, 0, static_cast<double>(length - 1)) || !(count >= 1)) return nullptr;
   const auto from = static_cast<int64_t>(first);
   const double most = std::min(count, static_cast<double>(length - from));
-  return studio().current->codes(from, static_cast<int64_t>(most)).data();
+  return held->codes(from, static_cast<int64_t>(most)).data();
 }
 
-const int8_t* studio_extremes(double first, double count, int columns) {
-  if (!studio().current || !is_in(columns, 1, kMostColumns)) return nullptr;
+const int8_t* studio_extremes(int piece, double first, double count, int columns) {
+  Held* const held = studio().shelf.at(piece);
+  if (held == nullptr || !is_in(columns, 1, kMostColumns)) return nullptr;
   if (!is_in(first, -kFar, kFar) || !is_in(count, 1, kFar)) return nullptr;
-  const int64_t length = studio().current->length();
+  const int64_t length = held->length();
   std::vector<int8_t>& extremes = studio().extremes;
   extremes.clear();
   const auto edge = [&](int column) { return static_cast<int64_t>(std::floor(first + count * column / columns)); };
@@ -323,7 +350,7 @@ const int8_t* studio_extremes(double first, double count, int columns) {
     int8_t low = 127;
     int8_t high = -128;
     if (from < to) {
-      for (const uint8_t code : studio().current->codes(from, to - from)) {
+      for (const uint8_t code : held->codes(from, to - from)) {
         low = std::min(low, static_cast<int8_t>(code));
         high = std::max(high, static_cast<int8_t>(code));
       }
@@ -334,17 +361,18 @@ const int8_t* studio_extremes(double first, double count, int columns) {
   return extremes.data();
 }
 
-const double* studio_response(double quality, double hz, double from_ms, double to_ms, int columns) {
+const double* studio_response(int piece, double quality, double hz, double from_ms, double to_ms, int columns) {
+  Held* const held = studio().shelf.at(piece);
   const bool is_sound = is_resonator(quality, hz) && is_in(from_ms, -kFar, kFar) && is_in(to_ms, -kFar, kFar) &&
                         is_in(columns, 0, kMostColumns);
-  if (!is_sound || !studio().current || studio().current->piece().waveform.is_stream) {
+  if (!is_sound || held == nullptr || held->piece().waveform.is_stream) {
     refuse();
     return nullptr;
   }
-  const design::Motion& motion = studio().current->motion({.hz = hz, .quality = quality});
+  const design::Motion& motion = held->motion({.hz = hz, .quality = quality});
   const design::Response& response = motion.response();
   studio().text = text(R"({"peak":%.10g,"numbers":)", response.peak) +
-                  list(numbers_of(response, studio().current->piece().score == nullptr)) + '}';
+                  list(numbers_of(response, held->piece().score == nullptr)) + '}';
   std::vector<double>& pairs = studio().columns;
   pairs.clear();
   for (const auto& [low, high] : motion.columns({from_ms, to_ms}, static_cast<size_t>(columns))) {
@@ -354,10 +382,11 @@ const double* studio_response(double quality, double hz, double from_ms, double 
   return columns == 0 ? nullptr : pairs.data();
 }
 
-int studio_form(const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
+int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
+  Held* const held = studio().shelf.at(piece);
   const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
-  if (!is_sound || !studio().current) return refuse();
-  auto made = form_of(*studio().current, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
+  if (!is_sound || held == nullptr) return refuse();
+  auto made = form_of(*held, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
   if (!made) return refuse();
   studio().text = std::move(*made);
   return static_cast<int>(studio().text.size());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Starts the studio, which needs what is compiled, or says why it cannot.
 
-import { element } from './page.js';
+import { element } from './page/elements.js';
 
 import('./studio.js').catch((error) => {
   element('notice', HTMLElement).hidden = false;

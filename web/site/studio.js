@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // Shows every change in the next frame.
 
-import { showCommands } from './commands.js';
-import { showEvents } from './events.js';
-import { keep, restore, showFiles } from './files.js';
-import { isDragging } from './gestures.js';
-import { showLanes } from './lanes.js';
-import { showListen } from './listen.js';
-import { showProfile } from './profile.js';
-import { onChange } from './state.js';
-import { showTap } from './tap.js';
-import { showView } from './view.js';
-import { showWaveform } from './waveform.js';
+import { onChange } from './model/state.js';
+import { isDragging } from './lanes/gestures.js';
+import './lanes/keys.js';
+import { showLanes } from './lanes/lanes.js';
+import { showView } from './lanes/view.js';
+import { showButtons } from './panels/buttons.js';
+import { showEvents } from './panels/events.js';
+import { showFields } from './panels/fields.js';
+import { restore, showFiles } from './panels/files.js';
+import { showListen } from './panels/listen.js';
+import { showProfile } from './panels/profile.js';
+import { showTap } from './panels/tap.js';
 
 let waiting = false;
 let anew = true;
@@ -29,11 +30,10 @@ function drawAll() {
   const began = performance.now();
   waiting = false;
   showLanes(isDragging());
-  for (const show of [showWaveform, showEvents, showProfile, showCommands, showView, showListen, showFiles]) show();
+  for (const show of [showEvents, showFields, showProfile, showButtons, showView, showListen, showFiles]) show();
   showTap(anew);
   anew = false;
   performance.measure('draw', { start: began });
-  keep();
 }
 
 await restore();

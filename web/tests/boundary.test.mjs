@@ -7,6 +7,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, test } from 'node:test';
 import { fileURLToPath } from 'node:url';
+import { declarations, declared } from './types.mjs';
 
 const root = fileURLToPath(new URL('../..', import.meta.url));
 const site = join(root, 'build/web/site');
@@ -30,9 +31,16 @@ function withTexts(texts, call) {
   places.forEach((at) => wasm.studio_free(at));
   return value;
 }
-const pattern = (json, name, ...profile) => withTexts([json, name], (...at) => wasm.studio_pattern(...at, ...profile));
+let piece = 0; // the last one that was made
+const took = (number) => {
+  wasm.studio_release(piece);
+  return (piece = number);
+};
+const pattern = (json, name, ...profile) =>
+  took(withTexts([json, name], (...at) => wasm.studio_pattern(...at, ...profile)));
+const tap = (...words) => took(wasm.studio_tap(...words));
 function form(name, quality = 0, hz = 0, from = 0, to = 0) {
-  const length = withTexts([name], (...at) => wasm.studio_form(...at, quality, hz, from, to));
+  const length = withTexts([name], (...at) => wasm.studio_form(piece, ...at, quality, hz, from, to));
   return length < 0 ? null : result();
 }
 
@@ -64,7 +72,7 @@ const forms = [
 ];
 const without = (line) => line.replace(/event \d+ at [\d.]+ ms: /, '');
 
-// Of the current piece.
+// Of the last piece.
 function compare(...words) {
   const { faults, warnings } = facts();
   const lines = [...warnings.map(({ line }) => `warning: ${line}`), ...faults].map((line) => `lrasynth: ${line}`);
@@ -85,10 +93,10 @@ for (const motor of [832, 1040, 9595, 81540]) {
     const device = [`--motor=${motor}`, `--chip=${chip}`];
     test(`patterns of motor ${motor} on chip ${chip}`, () => {
       for (const [name, text] of Object.entries(files)) {
-        const faults = pattern(text, name, motor, chip, 1, 2, 75);
-        assert.equal(faults === 0, facts().faults.length === 0);
+        const made = pattern(text, name, motor, chip, 1, 2, 75);
+        assert.equal(made > 0, facts().faults.length === 0);
         compare('pattern', name, '--loop=2', ...(chip === 11 ? [] : ['--interval=75']), ...device);
-        if (motor !== 832 || faults > 0) continue;
+        if (motor !== 832 || made === 0) continue;
         pattern(text, name, motor, chip, 0, 1, 0);
         compare('pattern', name, '--boost=off', ...device);
       }
@@ -99,7 +107,7 @@ for (const motor of [832, 1040, 9595, 81540]) {
 test('taps', () => {
   for (const [motor, chip, share] of [[832, 1, 0], [1040, 0, 0], [1040, 1, 1], [9595, 11, 0]]) {
     for (const level of [0, 37, 100]) {
-      wasm.studio_tap(level, 97, share, motor, chip);
+      tap(level, 97, share, motor, chip);
       const words = [`--motor=${motor}`, `--chip=${chip}`, `--level=${level}`, '--intensity=97'];
       for (const [name, view, options] of forms.filter(([kind]) => kind !== 'json' && kind !== 'c')) {
         const { printed } = native('tap', ...words, ...(share ? ['--in-pattern'] : []), ...options);
@@ -107,8 +115,34 @@ test('taps', () => {
       }
     }
   }
-  assert.equal(wasm.studio_tap(50, 80, 0, 81540, 0), 1);
+  assert.equal(tap(50, 80, 0, 81540, 0), 0);
   assert.match(facts().faults[0], /motor 81540 has no taps/);
+});
+
+test('the types are those of studio.h, and the texts those of the types', () => {
+  const web = fileURLToPath(new URL('..', import.meta.url));
+  assert.equal(readFileSync(join(web, 'exports.d.ts'), 'utf8'), declarations, 'npm run types prints it anew');
+  const own = Object.entries(wasm).filter(([name]) => name.startsWith('studio_'));
+  assert.deepEqual(own.map(([name, { length }]) => [name, length]).sort(),
+    declared.map(({ name, arguments: all }) => [name, all.length]).sort());
+  const texts = [];
+  const take = (type) => texts.push(`(${result()}) satisfies ${type};`);
+  wasm.studio_about();
+  take('About');
+  for (const text of Object.values(files)) {
+    pattern(text, 'some', 1040, 0, 1, 2, 50);
+    take('Facts');
+  }
+  tap(50, 80, 1, 1040, 0);
+  take('Facts');
+  wasm.studio_response(piece, 20, 0, 0, 9, 1);
+  take('Estimate');
+  const imported = `import type { About, Estimate, Facts } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
+  writeFileSync(join(work, 'texts.ts'), imported + texts.join('\n'));
+  const config = { extends: join(web, 'tsconfig.json'), include: ['texts.ts'] };
+  writeFileSync(join(work, 'tsconfig.json'), JSON.stringify(config));
+  const { stdout } = spawnSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), '-p', work]);
+  assert.equal(stdout.toString(), '');
 });
 
 test('windows are cuts of the whole', () => {
@@ -117,10 +151,10 @@ test('windows are cuts of the whole', () => {
   const codes = form('bin');
   for (const [first, count] of [[0, 1], [16000, 800], [length - 5, 99], [0, length]]) {
     const cut = codes.subarray(first, first + count);
-    assert.ok(bytes(wasm.studio_read(first, count), cut.length).equals(cut));
+    assert.ok(bytes(wasm.studio_read(piece, first, count), cut.length).equals(cut));
   }
   for (const [first, count, columns] of [[0, length, 7], [100, 50, 50], [100, 10, 40], [length - 3, 10, 5]]) {
-    const pairs = new Int8Array(bytes(wasm.studio_extremes(first, count, columns), 2 * columns));
+    const pairs = new Int8Array(bytes(wasm.studio_extremes(piece, first, count, columns), 2 * columns));
     for (let i = 0; i < columns; ++i) {
       const from = Math.floor(first + (count * i) / columns);
       const to = Math.max(from + 1, Math.floor(first + (count * (i + 1)) / columns));
@@ -137,25 +171,47 @@ test('nonsense is refused', () => {
     assert.deepEqual([pattern(text, 'x', ...profile), result().length], [-1, 0], `${profile}`);
   }
   for (const [level, intensity] of [[-1, 50], [101, 50], [50, -1], [50, 101]]) {
-    assert.equal(wasm.studio_tap(level, intensity, 0, 1040, 0), -1);
+    assert.equal(tap(level, intensity, 0, 1040, 0), -1);
   }
-  assert.equal(wasm.studio_read(0, 1), 0); // no piece
-  assert.equal(pattern(text, 'x', 1040, 0, 1, 65535, 600000), 1);
+  assert.equal(pattern(text, 'x', 1040, 0, 1, 65535, 600000), 0);
   assert.match(facts().faults[0], /the waveform may last 600000 ms at most, with all passes and gaps$/);
   const many = JSON.stringify({ events: Array(20000).fill({ type: 'transient', start: 0, intensity: 1, level: 1 }) });
   // 2 bytes and 6 for each event, at most 64 MiB.
-  assert.deepEqual([559, 560].map((loops) => pattern(many, 'x', 1040, 11, 1, loops, 0)), [0, 1]);
-  assert.equal(pattern(text, 'x', 1040, 0, 1, 1, 0), 0);
+  assert.deepEqual([559, 560].map((loops) => pattern(many, 'x', 1040, 11, 1, loops, 0) > 0), [true, false]);
+  assert.ok(pattern(text, 'x', 1040, 0, 1, 1, 0) > 0);
   for (const wild of [NaN, Infinity, -Infinity, 1e300]) {
-    assert.equal(wasm.studio_read(wild, 10), 0);
-    assert.equal(wasm.studio_extremes(0, wild, 10), 0);
-    assert.equal(wasm.studio_extremes(0, 10, wild), 0);
+    assert.equal(wasm.studio_read(piece, wild, 10), 0);
+    assert.equal(wasm.studio_extremes(piece, 0, wild, 10), 0);
+    assert.equal(wasm.studio_extremes(piece, 0, 10, wild), 0);
     for (const view of [[wild, 0, 0, 9], [20, wild, 0, 9], [20, 0, wild, 9], [20, 0, 0, wild]]) {
-      assert.equal(wasm.studio_response(...view, 10), 0);
+      assert.equal(wasm.studio_response(piece, ...view, 10), 0);
       assert.equal(form('svg', ...view), null);
     }
   }
   for (const name of ['', 'png', 'svg\0']) assert.equal(form(name), null);
+});
+
+test('pieces stay until they are released, so many at once, and other numbers are nobody\'s', () => {
+  took(0);
+  const level = (number) => wasm.studio_tap(number, 80, 0, 1040, 0);
+  const held = Array.from({ length: 16 }, (_, i) => level(6 * i));
+  const lengths = held.map((number) => (piece = number, form('bin').length));
+  assert.ok(new Set(held).size === 16 && new Set(lengths).size > 3);
+  assert.deepEqual([level(1), result().length], [-1, 0]);
+  assert.equal(withTexts([files['chirp.json']], (...at) => wasm.studio_pattern(...at, 0, 0, 1040, 0, 1, 1, 0)), -1);
+  wasm.studio_release(held[3]);
+  const made = level(1);
+  assert.ok(made > 0 && !held.includes(made));
+  for (const nobody of [held[3], 0, -1, made + 1, 2 ** 31 - 1, -(2 ** 31), NaN, 1e99]) {
+    piece = nobody;
+    assert.equal(form('bin'), null);
+    assert.deepEqual([wasm.studio_read(nobody, 0, 1), wasm.studio_extremes(nobody, 0, 1, 1)], [0, 0]);
+    assert.deepEqual([wasm.studio_response(nobody, 20, 0, 0, 9, 1), result().length], [0, 0]);
+    wasm.studio_release(nobody);
+  }
+  held.splice(3, 1, made);
+  held.forEach((number) => wasm.studio_release(number));
+  piece = 0;
 });
 
 test('lrasynth.wasm imports nothing, and the example renders with it', () => {

@@ -7,9 +7,9 @@ import { after, before, test } from 'node:test';
 import { gzipSync } from 'node:zlib';
 import * as studio from './browser.mjs';
 
-const { drawn, exported, lrasynth, openDemo, openFile, openPage, pointOnScreen, savedEvents, scratch, shown } = studio;
+const { choose, chosen, click, exported, fill, lrasynth, openDemo, openEvents, openFile, openPage } = studio;
+const { pointOnScreen, reload, savedEvents, scratch, shown, touch } = studio;
 const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
-const demos = readdirSync(studio.demos).map((file) => file.replace('.json', ''));
 
 before(studio.startBrowser);
 after(studio.stopBrowser);
@@ -21,61 +21,44 @@ async function setProfile(page, motor, chip, boost) {
   await shown(page);
 }
 
-async function drag(page, from, by) {
+async function drag(page, from, by, midway = () => {}) {
   await page.mouse.move(from.x, from.y);
   await page.mouse.down();
   await page.mouse.move(from.x + by.x / 2, from.y + by.y);
   await page.mouse.move(from.x + by.x, from.y + by.y);
+  await midway();
   await page.mouse.up();
   await shown(page);
 }
 
-test('exports are the bytes of the command, and so are faults and warnings', async () => {
+test('a download is what the command writes, and its words stand at the events', async () => {
   const page = await openPage();
-  const forms = ['wav', 'bin', 'csv', 'svg'];
-  let compared = 0;
-  for (const demo of demos) {
-    await openDemo(page, demo);
-    const saved = join(scratch, `${demo}.json`); // events are numbered as there
-    lrasynth('pattern', `${demo}.json`, '--save', saved);
-    for (const [motor, boost] of [['832', 'on'], ['832', 'off'], ['1040', 'on'], ['9595', 'on'], ['81540', 'on']]) {
-      for (const chip of ['0', '1', '11']) {
-        await setProfile(page, motor, chip, boost);
-        const words = ['pattern', saved, '--motor', motor, '--chip', chip,
-          ...(motor === '832' ? ['--boost', boost] : [])];
-        const wanted = chip === '11' ? ['bin', 'csv'] : forms;
-        const { status, lines } = lrasynth(...words, ...(chip === '11' ? [] : ['--response']), '--save',
-          join(scratch, 'o.json'), ...wanted.map((form) => join(scratch, `o.${form}`)));
-        const said = await page.locator('.words:not(#tap-warnings, #messages) > li').allTextContents();
-        if (status !== 0) {
-          assert.deepEqual(said, lines.map((line) => line.replace(/^[^ ]* /, '')), `${words}`);
-          assert.equal(await exported(page, 'bin'), null);
-          continue;
-        }
-        // The command tells what several events have in common once.
-        const texts = (all) => [...new Set(all.map((line) => line.replace(/^.*?event \d+ at [\d.]+ ms: /, '')))].sort();
-        const warnings = lines.filter((line) => line.startsWith('warning: ')).map((line) => line.slice(9));
-        assert.deepEqual(texts(said), texts(warnings), `${words}`);
-        for (const form of ['json', ...wanted]) {
-          assert.ok((await exported(page, form)).equals(readFileSync(join(scratch, `o.${form}`))), `${words} ${form}`);
-          ++compared;
-        }
-        assert.ok((await exported(page, 'c')).equals(lrasynth(...words, '--print-request').stdout), `${words} C array`);
-      }
+  await openDemo(page, 'overlap');
+  const [file, saved] = [join(scratch, 'o.bin'), join(scratch, 'o.json')]; // events are numbered as there
+  lrasynth('pattern', 'overlap.json', '--save', saved);
+  for (const [motor, chip, boost] of [['832', '1', 'off'], ['81540', '0', 'on'], ['1040', '11', 'on']]) {
+    await setProfile(page, motor, chip, boost);
+    const boosted = motor === '832' ? ['--boost', boost] : [];
+    const { status, lines } = lrasynth('pattern', saved, '--motor', motor, '--chip', chip, ...boosted, file);
+    const said = await page.locator('#events .words > li').allTextContents();
+    const disabled = await page.locator('[data-form]:disabled').allTextContents();
+    if (status !== 0) {
+      assert.deepEqual(said, lines.map((line) => line.replace(/^[^ ]* /, '')));
+      assert.equal(disabled.length, 6);
+      continue;
     }
+    assert.equal(said.length > 0, lines.some((line) => line.startsWith('warning: ')), lines.join());
+    assert.deepEqual(disabled, chip === '11' ? ['WAV', 'SVG'] : []);
+    const [download] = await Promise.all([page.waitForEvent('download'), page.click('[data-form=bin]')]);
+    assert.equal(download.suggestedFilename(), 'overlap.bin');
+    assert.ok(readFileSync(await download.path()).equals(readFileSync(file)), `${motor} ${chip}`);
   }
-  console.log(`${compared} files compared`);
-  await setProfile(page, '1040', '0', 'on');
-  const [download] = await Promise.all([page.waitForEvent('download'), page.click('[data-form=wav]')]);
-  lrasynth('pattern', `${demos.at(-1)}.json`, join(scratch, 'o.wav'));
-  assert.equal(download.suggestedFilename(), `${demos.at(-1)}.wav`);
-  assert.ok(readFileSync(await download.path()).equals(readFileSync(join(scratch, 'o.wav'))));
 });
 
 test('dragging a point changes that point alone, and undo brings the old bytes back', async () => {
   const page = await openPage();
   await openDemo(page, 'sunrise');
-  for (const [lane, field, dy] of [['intensityLane', 1, -20], ['frequencyLane', 2, -12]]) {
+  for (const [lane, field, dy] of [['intensity-lane', 1, -20], ['frequency-lane', 2, -12]]) {
     const [before, bytes] = [await savedEvents(page), await exported(page, 'bin')];
     await drag(page, await pointOnScreen(page, lane, 0, 1), { x: 30, y: dy });
     const after = await savedEvents(page);
@@ -86,25 +69,34 @@ test('dragging a point changes that point alone, and undo brings the old bytes b
     undone[0].points[1] = old;
     assert.deepEqual(undone, before);
     assert.ok(!(await exported(page, 'bin')).equals(bytes));
-    await page.click('#undo');
-    await shown(page);
+    await click(page, '#undo');
     assert.ok((await exported(page, 'bin')).equals(bytes));
     await page.keyboard.press('Control+Shift+Z');
     assert.deepEqual(await savedEvents(page), after);
     await page.click('#undo');
   }
+  // A drag that is taken back leaves no trace; one that ends is stored then.
+  const kept = () => page.evaluate(() => localStorage.getItem('lrasynth studio'));
+  const [before, old] = [await savedEvents(page), await kept()];
+  const point = await pointOnScreen(page, 'intensity-lane', 0, 1);
+  for (const [key, isBack] of [['Escape', true], ['Shift', false]]) {
+    await drag(page, point, { x: 30, y: -20 }, async () => {
+      await shown(page);
+      assert.equal(await kept(), old);
+      await page.keyboard.press(key);
+    });
+    assert.deepEqual([await page.isDisabled('#redo'), (await kept()) === old], [!isBack, isBack]);
+  }
+  assert.notDeepEqual(await savedEvents(page), before);
 });
 
 test('a finger stretches a curve, which keeps its shape', async () => {
   const page = await openPage({ hasTouch: true });
   await openDemo(page, 'fade');
-  await page.locator('.event').first().click();
-  await shown(page);
-  const { x, y } = await pointOnScreen(page, 'intensityLane', 0, 'grip');
-  const finger = await page.context().newCDPSession(page);
-  for (const [type, by] of [['touchStart', 0], ['touchMove', 60], ['touchMove', 120], ['touchEnd', 0]]) {
-    await finger.send('Input.dispatchTouchEvent', { type, touchPoints: type === 'touchEnd' ? [] : [{ x: x + by, y }] });
-  }
+  await choose(page, 0);
+  const { x, y } = await pointOnScreen(page, 'intensity-lane', 0, 'grip');
+  await touch(page, [['touchStart', { x, y }], ['touchMove', { x: x + 60, y }], ['touchMove', { x: x + 120, y }],
+    ['touchEnd']]);
   const [{ start, duration, points }] = await savedEvents(page);
   assert.ok(start === 0 && duration > 240, `${duration}`);
   const [quarter, half] = [Math.round(duration / 4), Math.round(duration / 2)];
@@ -136,36 +128,29 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await page.fill('#interval', '70');
   const bytes = await exported(page, 'bin');
   const linkTo = (changes) => page.evaluate(async (changes) => {
-    const [{ fragmentOf }, { current }] = [await import('./files.js'), await import('./state.js')];
+    const [{ fragmentOf }, { current }] = [await import('./panels/files.js'), await import('./model/state.js')];
     return fragmentOf({ ...current().design, ...changes });
   }, changes);
   const link = await linkTo({});
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
   assert.equal(await other.evaluate(() => localStorage.length), 0); // what was only looked at replaces no work
-  await other.click('#add-tap');
-  await shown(other);
+  await click(other, '#add-tap');
   assert.equal(await other.evaluate(() => location.hash), '');
-  await other.click('#undo');
-  await shown(other);
+  await click(other, '#undo');
   await page.fill('#quality', '35');
-  await shown(page);
+  await page.keyboard.press('Tab');
   const tab = await openPage({ context: page.context() });
   assert.ok((await exported(tab, 'bin')).equals(bytes));
-  await tab.click('#new');
-  await shown(tab);
-  await page.reload(); // each tab has its own
-  await drawn(page);
+  await click(tab, '#new');
+  await reload(page); // each tab has its own
   assert.ok((await exported(page, 'bin')).equals(bytes));
   assert.equal(await page.inputValue('#quality'), '35');
-  assert.equal(await page.locator('#motor option').count(), 4);
   assert.ok(await page.isDisabled('#undo'));
-  await other.click('#undo');
-  await shown(other);
+  await click(other, '#undo');
   assert.equal(await other.inputValue('#name'), 'heartbeat');
   const noTap = { type: 'transient', start: 0, intensity: 80 };
-  const noCurve = { type: 'continuous', start: 0, duration: 9, points: [[0, 0, 0]] };
-  for (const wrong of [{ events: [], loops: 0 }, { events: [noTap] }, { events: [noCurve] }, null]) {
+  for (const wrong of [{ events: [], loops: 0 }, { events: [noTap] }, null]) {
     const broken = await openPage({ link: wrong === null ? '#p=AAAA' : await linkTo(wrong) });
     assert.match(await broken.textContent('#messages'), /no pattern/);
     assert.equal(await broken.inputValue('#name'), 'heartbeat');
@@ -174,10 +159,8 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   await page.getByText('This link carries no pattern.').waitFor();
   assert.ok((await exported(page, 'bin')).equals(bytes)); // the work goes on
   const faulty = await openPage({ link: await linkTo({ events: [{ ...noTap, level: 150 }] }) });
-  await faulty.click('#add-tap');
-  await shown(faulty);
-  await faulty.reload();
-  await drawn(faulty);
+  await click(faulty, '#add-tap');
+  await reload(faulty);
   assert.equal(await faulty.locator('.event').count(), 2);
   assert.match(await faulty.textContent('#events .fault'), /level.*150/);
   await faulty.evaluate(() => {
@@ -217,18 +200,20 @@ test('keys alone build a pattern', async () => {
   // What keys select is brought into view.
   for (const [keys, ms] of [['Escape End + + +', 241], ['Home', 0], ['PageDown +', 8], ['PageDown', 146]]) {
     await press(keys);
-    const { from, to } = await page.evaluate(async () => (await import('./view.js')).shownSpan());
+    const { from, to } = await studio.shownSpan(page);
     assert.ok(from <= ms && ms <= to && to - from < 60, `${keys}: ${from} to ${to}`);
   }
-  for (let i = 0; i < 60; ++i) await keyboard.press('Control+z');
-  assert.equal((await savedEvents(page)).length, 4);
+  const spans = [];
+  for (const keys of ['>', '<', '-', 'a']) spans.push(await press(keys).then(() => studio.shownSpan(page)));
+  const [along, back, wider, whole] = spans;
+  assert.ok(back.from < along.from && wider.to > back.to && whole.from === 0 && whole.to > wider.to);
 });
 
 test('what is typed stands, and what is deleted in the middle of a drag stays so', async () => {
   const page = await openPage();
   await openDemo(page, 'heartbeat');
   const before = await savedEvents(page);
-  const { x, y } = await pointOnScreen(page, 'intensityLane', 1, 1);
+  const { x, y } = await pointOnScreen(page, 'intensity-lane', 1, 1);
   await page.mouse.move(x, y);
   await page.mouse.down();
   await page.mouse.move(x + 20, y);
@@ -236,95 +221,69 @@ test('what is typed stands, and what is deleted in the middle of a drag stays so
   await page.mouse.move(x + 40, y);
   await page.mouse.up();
   assert.deepEqual(await savedEvents(page), before.filter((_, i) => i !== 1));
-  await page.locator('.event').first().click();
-  await page.getByLabel('Start, ms').fill('9000');
-  await shown(page);
-  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^3 .*9000 /);
-  await page.click('#undo');
-  await shown(page);
-  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^1 /);
-  await page.click('#new');
-  await shown(page);
-  await page.reload();
-  await drawn(page);
+  await click(page, '#new');
+  await reload(page);
   assert.equal(await page.locator('.event').count(), 0);
   await page.click('#add-curve');
-  const duration = page.getByLabel('Duration, ms');
-  for (const [typed, wanted] of [['300', [0, 75, 195, 300]], ['-50', [0, 75, 195, 300]]]) {
-    await duration.click();
-    await page.keyboard.press('Control+a');
-    await page.keyboard.type(typed);
-    await page.keyboard.press('Tab');
-    assert.deepEqual((await savedEvents(page))[0].points.map(([time]) => time), wanted);
+  for (const typed of ['300', '-50']) {
+    await page.click('[name=duration]');
+    for (const key of ['Control+a', ...typed, 'Tab']) await page.keyboard.press(key);
+    assert.deepEqual((await savedEvents(page))[0].points.map(([time]) => time), [0, 75, 195, 300]);
   }
-  await page.fill('#loops', '65536');
-  await page.keyboard.press('Tab');
-  await shown(page);
-  assert.equal(await page.inputValue('#loops'), '1');
+  for (const [id, typed, wanted] of [['#loops', '65536', '1'], ['#resonance', '2001', '0']]) {
+    await page.click(id);
+    for (const key of ['Control+a', ...typed, 'Tab']) await page.keyboard.press(key);
+    await shown(page);
+    assert.equal(await page.inputValue(id), wanted);
+  }
 });
 
 test('a field belongs to its event, and is undone as a whole', async () => {
   const page = await openPage();
-  const file = join(scratch, 'taps.json');
   const tap = (start, level) => ({ type: 'transient', start, intensity: 80, level });
   const taps = [tap(100, 33), tap(700, 20)];
-  writeFileSync(file, JSON.stringify({ events: taps }));
-  await openFile(page, file);
-  const [start, level] = [page.getByLabel('Start, ms'), page.getByRole('spinbutton', { name: 'Level', exact: true }).first()];
+  await openEvents(page, ...taps);
+  const [start, level] = [page.locator('[name=start]'), page.locator('[name=level]')];
   const type = async (field, text) => {
     await field.click();
     await page.keyboard.press('Control+a');
     await page.keyboard.type(text);
   };
   const plot = await page.locator('#intensity-lane').boundingBox();
-  const x = await page.evaluate(async () => (await import('./lanes.js')).intensityLane.plot.x(707));
+  const x = await page.evaluate(async () => (await import('./lanes/intensity.js')).intensityLane.plot.x(707));
+  const low = plot.y + plot.height - 10;
   for (const [field, text] of [[start, '-'], [level, '1.5'], [start, '20e9']]) {
-    await page.locator('.event').first().click();
-    await shown(page);
+    await choose(page, 0);
     await type(field, text);
-    await page.mouse.click(plot.x + x, plot.y + plot.height - 10);
+    await page.mouse.click(plot.x + x, low);
     await shown(page);
-    assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^2 /);
+    assert.match(await chosen(page), /^2 /);
     assert.deepEqual(await savedEvents(page), taps, text);
     assert.equal(await level.inputValue(), '20');
   }
-  for (const [text, wanted] of [['2500', [tap(700, 20), tap(2500, 33)]], ['5000', [tap(2500, 33), tap(5000, 20)]]]) {
-    await page.locator('.event').first().click();
-    await shown(page);
-    await type(start, text);
-    assert.deepEqual(await savedEvents(page), wanted);
+  const steps = [taps, [tap(700, 20), tap(2500, 33)], [tap(2500, 33), tap(5000, 20)]];
+  for (const text of ['2500', '5000']) await choose(page, 0).then(() => type(start, text));
+  for (const step of steps.toReversed()) {
+    assert.deepEqual(await savedEvents(page), step);
+    await click(page, '#undo');
   }
-  await page.click('#undo');
-  assert.deepEqual(await savedEvents(page), [tap(700, 20), tap(2500, 33)]);
-  await page.click('#undo');
-  assert.deepEqual(await savedEvents(page), taps);
+  await page.keyboard.press('Control+y');
   // Escape takes back a drag, and nothing before it.
-  await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
-  for (const [by, start] of [[40, 700], [0, 701]]) {
-    if (by === 0) await page.keyboard.press('ArrowRight');
-    await page.mouse.down();
-    await page.mouse.move(plot.x + x + by, plot.y + plot.height - 10);
-    if (by !== 0) assert.notDeepEqual(await savedEvents(page), taps);
-    await page.keyboard.press('Escape');
-    await page.mouse.up();
-    assert.deepEqual(await savedEvents(page), [taps[0], tap(start, 20)]);
-    await page.mouse.move(plot.x + x, plot.y + plot.height - 10);
-    await page.mouse.click(plot.x + x, plot.y + plot.height - 10);
-  }
+  await page.mouse.click(plot.x + x, low);
+  await page.keyboard.press('ArrowRight');
+  await drag(page, { x: plot.x + x, y: low }, { x: 0, y: 0 }, () => page.keyboard.press('Escape'));
+  assert.deepEqual(await savedEvents(page), [taps[0], tap(701, 20)]);
   // A tap is touched as far as it is drawn on this motor.
   await page.selectOption('#motor', '9595');
   await shown(page);
-  const end = await page.evaluate(async () => {
-    const [{ intensityLane }, { current }] = [await import('./lanes.js'), await import('./state.js')];
-    const { facts } = (await import('./wasm.js')).patternPiece(current().design);
-    return intensityLane.plot.x(facts.events[1].end_ms);
-  });
-  await page.mouse.click(plot.x + end - 2, plot.y + plot.height - 10);
+  const { stdout } = lrasynth('tap', '--motor=9595', '--level=20', '--intensity=80', '--format=bin', '-');
+  const place = await studio.plotOf(page, 'intensity-lane', await studio.shownSpan(page), [0, 100], [30, 8]);
+  await page.mouse.click(plot.x + place(701 + stdout.length / 24, 0)[0] - 2, low);
   await shown(page);
-  assert.match(await page.locator('.event[aria-pressed=true]').textContent(), /^2 /);
+  assert.match(await chosen(page), /^2 /);
 });
 
-test('the value under the cursor is the sample, however near, and what sounds has a cursor of its own', async () => {
+test('the value under the cursor is the sample, however near', async () => {
   const page = await openPage();
   await openDemo(page, 'sunrise');
   const bytes = new Int8Array(await exported(page, 'bin'));
@@ -335,28 +294,20 @@ test('the value under the cursor is the sample, however near, and what sounds ha
     const at = width * 0.4 + by;
     await page.mouse.move(x + at, y + 60);
     await shown(page);
-    const span = await page.evaluate(async () => (await import('./view.js')).shownSpan());
+    const span = await studio.shownSpan(page);
     const ms = span.from + ((at - 40) / (width - 50)) * (span.to - span.from);
     const [, sample, amplitude] = /sample (\d+) · amplitude (-?\d+)/.exec(await page.textContent('#reading'));
     assert.ok(Math.abs(sample - Math.round(ms * 24)) <= (closer + by === 0 ? 30 : 0), `${sample} at ${ms} ms`);
     assert.equal(Number(amplitude), bytes[sample]);
     assert.notEqual(bytes[sample], 0);
   }
-  await page.click('#zoom-all');
-  await page.click('#play');
-  await page.locator('#playhead').waitFor();
-  await page.click('#stop');
-  assert.ok(await page.isHidden('#playhead'));
-  await openDemo(page, 'fade');
-  await page.click('#play');
-  await page.waitForFunction(() => document.getElementById('stop').disabled);
 });
 
 test('nothing keeps anyone out', async () => {
   for (const options of [{}, { colorScheme: 'dark' }, { viewport: { width: 360, height: 780 }, colorScheme: 'dark' }]) {
     const page = await openPage(options);
     await openDemo(page, 'chirp');
-    await page.locator('.event').first().click();
+    await choose(page, 0);
     await page.fill('[aria-label="Point 2, intensity in %"]', '101');
     await page.click('summary');
     const found = await page.evaluate(`${axe}; axe.run().then(({ violations }) =>
@@ -379,21 +330,16 @@ test('it is small and quick', async () => {
   const first = await page.evaluate(() => performance.getEntriesByName('draw')[0]);
   const points = [[0, 0, -20], [100, 90, 0], [300, 60, 10], [500, 0, 0]];
   const curve = (start) => ({ type: 'continuous', start, duration: 500, points });
-  const file = join(scratch, 'long.json');
-  writeFileSync(file, JSON.stringify({ events: Array.from({ length: 20 }, (_, i) => curve(500 * i)) }));
-  const times = await openPage().then(async (page) => {
-    await openFile(page, file);
-    await page.locator('.event').first().click();
-    await shown(page);
-    await page.evaluate(() => performance.clearMeasures());
-    await page.focus('#intensity-lane');
-    for (let i = 0; i < 20; ++i) await page.keyboard.press('ArrowUp');
-    await page.waitForFunction(() => performance.getEntriesByName('response').length > 0);
-    return page.evaluate(() => ['draw', 'response'].map((name) => {
-      const times = performance.getEntriesByName(name).map(({ duration }) => duration).sort((a, b) => a - b);
-      return `${times[times.length >> 1].toFixed(1)} ms (median), ${times.at(-1).toFixed(1)} ms at most`;
-    }));
-  });
+  await openEvents(page, ...Array.from({ length: 20 }, (_, i) => curve(500 * i)));
+  await choose(page, 0);
+  await page.evaluate(() => performance.clearMeasures());
+  await page.focus('#intensity-lane');
+  for (let i = 0; i < 20; ++i) await page.keyboard.press('ArrowUp');
+  await page.waitForFunction(() => performance.getEntriesByName('response').length > 0);
+  const times = await page.evaluate(() => ['draw', 'response'].map((name) => {
+    const times = performance.getEntriesByName(name).map(({ duration }) => duration).sort((a, b) => a - b);
+    return `${times[times.length >> 1].toFixed(1)} ms (median), ${times.at(-1).toFixed(1)} ms at most`;
+  }));
   const seen = (first.startTime + first.duration).toFixed(0);
   console.log(`${raw} bytes, ${packed} packed; first picture after ${seen} ms; ` +
     `an edit of 10 s drawn in ${times[0]}; its response a moment later in ${times[1]}`);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Plots on canvases: a place for every pair of values, what is drawn there, and the colours of the style sheet.
 
-/** @import {Span} from './state.js' */
+import { roundStep } from '../model/spans.js';
+
+/** @import {Span} from '../model/spans.js' */
 
 /**
  * @typedef {{draw: CanvasRenderingContext2D, left: number, right: number, top: number, bottom: number,
@@ -80,13 +82,6 @@ export function write({ draw }, words, x, y, align = 'center', baseline = 'botto
   draw.textAlign = align;
   draw.textBaseline = baseline;
   draw.fillText(words, x, y);
-}
-
-/** A round number of which about `count` make up the range. @param {number} range @param {number} count */
-export function roundStep(range, count) {
-  const rough = range / Math.max(1, count);
-  const power = 10 ** Math.floor(Math.log10(rough));
-  return ([1, 2, 5, 10].find((step) => step * power >= rough * 0.999) ?? 10) * power;
 }
 
 /** @param {Plot} plot @param {number[]} values with a line and a label each @param {boolean} [times] label the times */

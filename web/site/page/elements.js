@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Elements of the page.
 
-import { cancelStep, show } from './state.js';
+import { isInteger } from '../model/numbers.js';
+import { cancelStep, show } from '../model/state.js';
 
 /** @template {HTMLElement} T @param {string} id @param {{new (): T}} kind @returns {T} */
 export function element(id, kind) {
@@ -16,9 +17,6 @@ export function make(tag, values = {}, ...children) {
   made.append(...children);
   return made;
 }
-
-/** As the library can be told. @param {any} value */
-export const isInteger = (value) => (value | 0) === value;
 
 /** @param {HTMLInputElement} input */
 const isAllowed = (input) => input.checkValidity() && (input.type === 'text' || isInteger(input.valueAsNumber));
@@ -35,10 +33,10 @@ export function putValue(input, value) {
 /**
  * Whole numbers out of a field. When it comes to what it does not allow, the beginning of that was never meant, and
  * what is left there gives way to what it was.
- * @param {HTMLInputElement} input @param {(value: number) => void} take
+ * @param {HTMLInputElement} input @param {(value: number) => void} take @param {() => void} takeBack
  */
-export function takeNumbers(input, take) {
-  input.oninput = () => (isAllowed(input) ? take(input.valueAsNumber) : cancelStep());
+export function takeNumbers(input, take, takeBack = cancelStep) {
+  input.oninput = () => (isAllowed(input) ? take(input.valueAsNumber) : takeBack());
   input.onblur = () => isAllowed(input) || show({});
 }
 
@@ -47,3 +45,12 @@ export const setValue = (id, value) => putValue(element(id, HTMLInputElement), v
 
 /** @param {string} id @param {(value: number) => void} take */
 export const onNumber = (id, take) => takeNumbers(element(id, HTMLInputElement), take);
+
+/** Of what is no part of the design, and so of no step. @param {string} id @param {(value: number) => void} take */
+export function onSetting(id, take) {
+  const input = element(id, HTMLInputElement);
+  let settled = NaN;
+  const settle = () => (settled = isAllowed(input) ? input.valueAsNumber : settled);
+  for (const type of ['focus', 'change']) input.addEventListener(type, settle);
+  takeNumbers(input, take, () => take(settled));
+}

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Motor, chip and boost, and how often the pattern plays.
 
-import { element, onNumber, setValue } from './page.js';
-import { current, edit } from './state.js';
-import { about, motorOf, patternPiece } from './wasm.js';
+import { current, edit } from '../model/state.js';
+import { about, motorOf, patternPiece } from '../library/pieces.js';
+import { element, onNumber, setValue } from '../page/elements.js';
 
-/** @import {Profile} from './state.js' */
+/** @import {Profile} from '../model/state.js' */
 
 const motor = element('motor', HTMLSelectElement);
 const chip = element('chip', HTMLSelectElement);

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns in files, links and the browser's own store.
 
-import { wordItems } from './events.js';
-import { element, isInteger, make, setValue } from './page.js';
-import { current, edit, emptyDesign, forgetPast, show } from './state.js';
-import { form, patternPiece, readPattern } from './wasm.js';
+import { eventOf } from '../model/events.js';
+import { isInteger } from '../model/numbers.js';
+import { current, edit, emptyDesign, forgetPast, onStepEnd, show } from '../model/state.js';
+import { form, patternPiece, readPattern, release } from '../library/pieces.js';
+import { element, make, setValue } from '../page/elements.js';
+import { wordItems } from '../page/words.js';
 
-/** @import {Design, State, Words} from './state.js' */
+/** @import {Design, State, Words} from '../model/state.js' */
 
-const examples = ['heartbeat', 'sunrise', 'chirp', 'fade', 'overlap'];
+const firstExample = 'heartbeat';
+const examples = [firstExample, 'sunrise', 'chirp', 'fade', 'overlap'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
@@ -25,6 +28,7 @@ function open(text, file) {
   const { faults } = piece.facts;
   if (faults.length > 0) return say('fault', ...faults);
   const canonical = new TextDecoder().decode(form(piece, 'json', current().response) ?? undefined);
+  release(piece);
   edit({ name: file.replace(/\.json$/i, ''), events: JSON.parse(canonical).events }, '', selected);
 }
 
@@ -66,21 +70,13 @@ async function designIn(fragment) {
   return new TextDecoder().decode(await passed(bytes, new DecompressionStream('deflate-raw')));
 }
 
-/** Whether it can be shown, right or wrong. @param {any} event */
-function isEvent({ type, points = [], ...numbers }) {
-  const names = Object.keys(numbers).sort().join();
-  const isTap = type === 'transient' && names === 'intensity,level,start' && points.length === 0;
-  const isCurve = type === 'continuous' && names === 'duration,start' && points.length === 4;
-  return (isTap || isCurve) && Object.values(numbers).every(isInteger) &&
-    points.every((/** @type {unknown[]} */ point) => point.length === 3 && point.every(isInteger));
-}
-
 /** A design of a link or an earlier visit, which may be anything. @param {string} text */
 function takeDesign(text) {
-  const { name, profile, loops, interval, events } = JSON.parse(text);
+  const { name, profile, loops, interval, events: written } = JSON.parse(text);
   const { motor, chip, boost } = profile;
+  const events = written.map(eventOf);
   const design = { name: String(name), profile: { motor, chip, boost: Boolean(boost) }, loops, interval, events };
-  if (![motor, chip, loops, interval].every(isInteger) || !events.every(isEvent)) throw new Error();
+  if (![motor, chip, loops, interval].every(isInteger) || events.includes(null)) throw new Error();
   patternPiece(design); // throws where there is no such profile
   edit(design, '', selected);
 }
@@ -91,16 +87,21 @@ export async function restore() {
   forgetPast();
   kept = current();
   await openLink();
+  onStepEnd(keep);
+  window.addEventListener('pagehide', keep);
+  window.addEventListener('hashchange', openLink);
 }
 
 async function openLink() {
   if (!location.hash.startsWith('#p=')) return;
   try {
-    takeDesign(await designIn(location.hash));
-    kept = current();
+    const text = await designIn(location.hash);
+    isLooking = true;
+    takeDesign(text);
   } catch {
     say('fault', 'This link carries no pattern.');
   }
+  isLooking = false;
 }
 
 async function restoreLast() {
@@ -110,18 +111,20 @@ async function restoreLast() {
     const { shown, quality, hz } = JSON.parse(text).response ?? {};
     if (isInteger(quality) && isInteger(hz)) show({ response: { shown: Boolean(shown), quality, hz } });
   } catch {
-    await openExample(examples[0]); // nothing is kept, or nothing may be
+    await openExample(firstExample); // nothing is kept, or nothing may be
   }
 }
 
 /** What needs not be kept: it is, or comes again with its link. */
 let kept = current();
+let isLooking = false; // at what a link carries, which is no work
 
 /** What was done. From then on a link in the address is not what is shown. */
-export function keep() {
+function keep() {
   const { design, response } = current();
   if (design === kept.design && response === kept.response) return;
   kept = current();
+  if (isLooking) return;
   if (location.hash !== '') history.replaceState(null, '', location.pathname);
   try {
     for (const place of [localStorage, sessionStorage]) place.setItem(store, JSON.stringify({ ...design, response }));
@@ -175,8 +178,6 @@ document.addEventListener('drop', async (event) => {
   event.preventDefault();
   await openFile(event.dataTransfer?.files[0]);
 });
-window.addEventListener('hashchange', openLink);
-
 /** @type {State['messages'] | null} */
 let said = null;
 

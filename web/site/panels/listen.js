@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Waveforms as sound, at the device's own rate.
 
-import { element } from './page.js';
-import { current, onChange } from './state.js';
-import { shownSpan } from './view.js';
-import { isPlayable, patternPiece, samples } from './wasm.js';
-import { xOnWaveform } from './waveform.js';
+import { current, onChange } from '../model/state.js';
+import { isPlayable, patternPiece, samples } from '../library/pieces.js';
+import { element } from '../page/elements.js';
+import { shownSpan } from '../lanes/view.js';
+import { waveformLane } from '../lanes/waveform.js';
 
-/** @import {Piece} from './wasm.js' */
+/** @import {Piece} from '../library/pieces.js' */
 
 /** @type {AudioContext | null} */
 let audio = null;
@@ -21,11 +21,12 @@ export async function play(piece, isPattern) {
   stop();
   const ask = ++asked;
   const { length, rate } = piece.facts;
+  const values = Float32Array.from(samples(piece, 0, length), (value) => value / 128); // the piece may be released soon
   audio ??= new AudioContext();
   await audio.resume();
   if (ask !== asked) return;
   const buffer = audio.createBuffer(1, length, rate);
-  buffer.copyToChannel(Float32Array.from(samples(piece, 0, length), (value) => value / 128), 0);
+  buffer.copyToChannel(values, 0);
   const source = audio.createBufferSource();
   source.buffer = buffer;
   source.loop = isPattern && element('repeat', HTMLInputElement).checked;
@@ -53,7 +54,7 @@ function follow() {
   const ms = playing.source.loop ? gone % length_ms : gone;
   const { from, to } = shownSpan();
   playhead.hidden = ms < from || ms > to;
-  playhead.style.left = `${xOnWaveform(ms)}px`;
+  playhead.style.left = `${waveformLane.left(ms)}px`;
   requestAnimationFrame(follow);
 }
 

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // What is designed, as an immutable value with undo and redo, and beside it what only concerns the page.
 
+import { pointsOf } from './events.js';
+import { History } from './history.js';
+
+/** @import {PatternEvent} from './events.js' */
+/** @import {Span} from './spans.js' */
+
 /**
- * @typedef {[time: number, intensity: number, offset: number]} CurvePoint
- * @typedef {{type: 'transient', start: number, intensity: number, level: number}} Tap
- * @typedef {{type: 'continuous', start: number, duration: number, points: readonly CurvePoint[]}} Curve
- * @typedef {Tap | Curve} PatternEvent
  * @typedef {{motor: number, chip: number, boost: boolean}} Profile
  * @typedef {{name: string, profile: Profile, loops: number, interval: number, events: readonly PatternEvent[]}} Design
- * @typedef {{from: number, to: number}} Span in milliseconds
  * @typedef {{line: string, kind: 'fault' | 'warning' | 'done'}} Words
  */
 
@@ -39,29 +40,35 @@ let state = {
   response: { shown: true, quality: 20, hz: 0 },
   messages: [],
 };
+
+const mostSteps = 200;
 /** @typedef {Pick<State, 'design' | 'event'>} Step */
-/** @type {Step[]} */
-let past = [];
-/** @type {Step[]} */
-let future = [];
-let lastKind = '';
-/** When the last step ended. */
-let begun = state;
+/** @type {History<Step>} */
+let history = new History(mostSteps);
 /** @type {(() => void)[]} */
-const listeners = [];
+const watchers = [];
+/** @type {(() => void)[]} */
+const enders = [];
 
 export const current = () => state;
-export const canUndo = () => past.length > 0;
-export const canRedo = () => future.length > 0;
+export const canUndo = () => history.canUndo();
+export const canRedo = () => history.canRedo();
 
-/** @param {() => void} listener */
-export const onChange = (listener) => listeners.push(listener);
+/** @param {() => void} watcher */
+export const onChange = (watcher) => watchers.push(watcher);
+
+/** Whenever a step may have ended, so that the state is one that was meant. @param {() => void} ender */
+export const onStepEnd = (ender) => enders.push(ender);
+
+/** The selected one. */
+export const chosenEvent = () => state.design.events[state.event];
 
 /** Changes that are no edits of the design. @type {(changes: Partial<Omit<State, 'design'>>) => void} */
 export const show = put;
 
 /**
- * Edits of one kind in a row, as of a drag, are undone in one step. What is selected stays so, wherever it moves.
+ * Edits of one kind in a row, as of a drag, are one step until that ends; one of no kind is a step by itself. What is
+ * selected stays so, wherever it moves.
  * @param {Partial<Design>} changes
  * @param {string} [kind]
  * @param {Partial<State>} [beside] what changes with it, and is not undone
@@ -70,51 +77,47 @@ export function edit(changes, kind = '', beside = {}) {
   const all = { ...state.design, ...changes };
   // As they are numbered in files.
   const design = { ...all, events: all.events.toSorted((a, b) => a.start - b.start) };
-  const event = design.events.indexOf(all.events[beside.event ?? state.event]);
+  const chosen = all.events[beside.event ?? state.event];
+  const event = chosen === undefined ? -1 : design.events.indexOf(chosen);
   if (JSON.stringify(design) === JSON.stringify(state.design)) return put({ ...beside, event });
-  if (kind === '' || kind !== lastKind) past.push(state);
-  future = [];
-  lastKind = kind;
+  if (kind === '') history.end();
+  history.change(kind, state);
   put({ design, messages: [], ...beside, event });
+  if (kind === '') endStep();
 }
 
 /** What is there now is the beginning. */
 export function forgetPast() {
-  past = [];
-  future = [];
-  endStep();
+  history = new History(mostSteps);
 }
 
 /** The next edit is a step of its own. */
 export function endStep() {
-  lastKind = '';
-  begun = state;
+  history.end();
+  for (const ender of enders) ender();
 }
 
-/** What was done since the last step ended was not meant. */
+/** What was edited since the last step ended was not meant. */
 export function cancelStep() {
-  const { design, event } = (lastKind !== '' && past.pop()) || state;
-  put({ tap: begun.tap, response: begun.response, design, event });
-  endStep();
+  restore(history.cancel());
 }
 
-export const undo = () => exchange(past, future);
-export const redo = () => exchange(future, past);
+export const undo = () => restore(history.undo(state));
+export const redo = () => restore(history.redo(state));
 
-/** @param {Step[]} from @param {Step[]} to */
-function exchange(from, to) {
-  const step = from.pop();
+/** @param {Step | undefined} step */
+function restore(step) {
   if (step === undefined) return;
-  to.push(state);
-  endStep();
   put({ design: step.design, event: step.event });
+  endStep();
 }
 
 /** @param {Partial<State>} changes */
 function put(changes) {
   const next = { ...state, ...changes };
-  if (next.event >= next.design.events.length) next.event = -1;
-  if (next.event === -1 || next.design.events[next.event].type === 'transient') next.point = -1;
+  const event = next.design.events[next.event];
+  if (event === undefined) next.event = -1;
+  if (event === undefined || pointsOf(event)[next.point] === undefined) next.point = -1;
   state = Object.freeze(next);
-  for (const listener of listeners) listener();
+  for (const watcher of watchers) watcher();
 }

@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 // One tap: its waveform, and all levels side by side.
 
-import { clipped, colour, drawGrid, plotOn } from './canvas.js';
-import { add } from './commands.js';
-import { clamp, newTap } from './edits.js';
-import { wordItems } from './events.js';
+import { add } from '../model/commands.js';
+import { clamp } from '../model/numbers.js';
+import { current, show } from '../model/state.js';
+import { newTap } from '../model/tap.js';
+import { motorOf, release, samples, tapPiece } from '../library/pieces.js';
+import { clipped, colour, drawGrid, plotOn } from '../page/canvas.js';
+import { element, onSetting, setValue } from '../page/elements.js';
+import { wordItems } from '../page/words.js';
+import { drawSamples, drawSections } from '../lanes/samples.js';
 import { play } from './listen.js';
-import { element, onNumber, setValue } from './page.js';
-import { current, show } from './state.js';
-import { drawSamples, drawSections } from './waveform.js';
-import { motorOf, samples, tapPiece } from './wasm.js';
 
-/** @import {Profile, State} from './state.js' */
-/** @import {Piece} from './wasm.js' */
+/** @import {Profile, State} from '../model/state.js' */
+/** @import {Piece} from '../library/pieces.js' */
 
 const strip = element('levels', HTMLCanvasElement);
 
@@ -28,6 +29,7 @@ export function showTap(anew) {
   const profile = sounding(design.profile);
   const key = JSON.stringify([profile, tap]);
   if (key === last.key && !anew) return;
+  release(last.piece);
   last = { key, piece: motorOf(profile).taps ? tapPiece(profile, tap) : null };
   for (const id of /** @type {const} */ (['level', 'intensity'])) {
     setValue(id, tap[id]);
@@ -76,17 +78,19 @@ function drawStrip(profile, tap) {
   const { width, height } = strip;
   const taps = Array.from({ length: motorOf(profile).taps ? width : 0 }, (_, level) => {
     const piece = tapPiece(profile, { ...tap, level });
-    return samples(piece, 0, piece.facts.length);
+    const values = samples(piece, 0, piece.facts.length);
+    release(piece);
+    return values;
   });
   const longest = Math.max(...taps.map(({ length }) => length));
-  const names = [colour('low'), colour('curve')];
+  const [low, high] = [colour('low'), colour('curve')];
   const draw = /** @type {CanvasRenderingContext2D} */ (strip.getContext('2d'));
   draw.clearRect(0, 0, width, height);
   taps.forEach((tap, level) => {
     for (let row = 0; row < height; ++row) {
       const value = tap[Math.floor((row * longest) / height)] ?? 0;
       draw.globalAlpha = Math.abs(value) / 128;
-      draw.fillStyle = names[Number(value > 0)];
+      draw.fillStyle = value > 0 ? high : low;
       draw.fillRect(level, row, 1, 1);
     }
   });
@@ -96,7 +100,7 @@ function drawStrip(profile, tap) {
 const set = (changes) => show({ tap: { ...current().tap, ...changes } });
 
 for (const id of ['level', 'intensity']) {
-  for (const field of [id, `${id}-number`]) onNumber(field, (value) => set({ [id]: value }));
+  for (const field of [id, `${id}-number`]) onSetting(field, (value) => set({ [id]: value }));
 }
 element('in-pattern', HTMLInputElement).onchange = () => set({ inPattern: !current().tap.inPattern });
 element('tap-listen', HTMLButtonElement).onclick = () => last.piece && play(last.piece, false);
