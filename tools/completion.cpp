@@ -113,10 +113,10 @@ std::string zsh(const std::vector<CommandWords>& commands) {
     for (const OptionWords& option : command.options) {
       const std::string values = option.values.empty() ? "_files" : "(" + joined(option.values) + ")";
       const std::string described = option.name + "[" + plain(option.help) + "]";
-      const std::string spec =
+      const std::string declared =
           option.name.empty() ? "1: :" + values
                               : described + (option.takes_value ? (option.is_optional ? ":: :" : ": :") + values : "");
-      script += " \\\n        " + quoted(spec);
+      script += " \\\n        " + quoted(declared);
     }
     script += " \\\n        '*:file:_files' ;;\n";
   }
