@@ -122,115 +122,60 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
     std::string events;
     std::vector<std::string> lines;
   } rows[] = {
+      // clang-format off
       {1040, 0, {}, tap(0, 90, 20) + "," + curve(5, 300, kLevel), {}},
       {1040, 0, {}, tap(3, 100, 20), {}},
-      {1040,
-       0,
-       {1, 0, 0},
-       tap(3, 80, 50),
-       {"event 1 at 3 ms: its last 0.0417 ms are cut; a limit of 20 ms would let them play"}},
+      {1040, 0, {1, 0, 0}, tap(3, 80, 50), {"event 1 at 3 ms: its last 0.0417 ms are cut; a limit of 20 ms would let "
+       "them play"}},
       {1040, 0, {1, 0, 20}, tap(3, 80, 50), {}},
       {1040, 0, {}, tap(3, 80, 50) + "," + tap(3, 80, 0), {"event 1 at 3 ms: never plays: event 2 covers it"}},
       {1040, 0, {}, tap(3, 80, 50) + "," + tap(9, 80, 50), {"event 1 at 9 ms: event 2 plays over it"}},
-      {1040,
-       0,
-       {},
-       curve(3, 4, "[0,80,0],[1,80,0],[2,80,0],[4,80,0]") + "," + tap(2, 80, 50),
+      {1040, 0, {}, curve(3, 4, "[0,80,0],[1,80,0],[2,80,0],[4,80,0]") + "," + tap(2, 80, 50),
        {"event 1 at 3 ms: never plays: event 2 covers it"}},
-      {1040,
-       0,
-       {},
-       curve(0, 300, kLevel) + "," + curve(10, 20, "[0,9,0],[1,9,0],[2,9,0],[20,0,0]") + "," +
-           curve(50, 20, "[0,9,0],[1,9,0],[2,9,0],[20,0,0]") + "," + tap(80, 9, 80),
+      {1040, 0, {}, curve(0, 300, kLevel) + "," + curve(10, 20, "[0,9,0],[1,9,0],[2,9,0],[20,0,0]") + "," + curve(50,
+       20, "[0,9,0],[1,9,0],[2,9,0],[20,0,0]") + "," + tap(80, 9, 80),
        {"event 1 at 10 ms: events 2 and 3 play over it"}},
-      {1040,
-       0,
-       {},
-       curve(2, 100, "[0,80,0],[50,80,50],[50,80,-50],[100,80,-50]"),
+      {1040, 0, {}, curve(2, 100, "[0,80,0],[50,80,50],[50,80,-50],[100,80,-50]"),
        {"event 1 at 2 ms: from point 1 to 2 its carrier reaches 450 Hz, not 310 Hz; to end at 308 Hz set point 2 to "
-        "offset 18"}},
-      {1040,
-       0,
-       {},
-       curve(2, 100, "[0,80,50],[50,0,-50],[100,0,0],[100,0,0]"),
+       "offset 18"}},
+      {1040, 0, {}, curve(2, 100, "[0,80,50],[50,0,-50],[100,0,0],[100,0,0]"),
        {"event 1 at 2 ms: from point 1 to 2 its carrier runs through 0 Hz and back up to 130 Hz; to end at 94 Hz set "
-        "point 2 "
-        "to offset 1"}},
-      {1040,
-       0,
-       {},
-       tap(0, 0, 50) + "," + tap(50, 9, 9) + "," + curve(90, 9, "[0,0,0],[0,0,9],[0,0,0],[9,0,0]"),
-       {"event 1 at 0 ms: is silent: its intensity is 0",
-        "event 2 at 50 ms: is silent: level 9 at intensity 9 %, driven at 0 %, is all rest; intensity 20 is the least "
-        "that drives the motor",
-        "event 3 at 90 ms: is silent: the intensity of all its points is 0"}},
+       "point 2 to offset 1"}},
+      {1040, 0, {}, tap(0, 0, 50) + "," + tap(50, 9, 9) + "," + curve(90, 9, "[0,0,0],[0,0,9],[0,0,0],[9,0,0]"),
+       {"event 1 at 0 ms: is silent: its intensity is 0", "event 2 at 50 ms: is silent: level 9 at intensity 9 %, "
+       "driven at 0 %, is all rest; intensity 20 is the least that drives the motor",
+       "event 3 at 90 ms: is silent: the intensity of all its points is 0"}},
       // Jumps: to rest, into and out of a tap, from pass to pass; not at a point.
-      {9595,
-       0,
-       {},
-       curve(0, 101, kLoudEnd),
-       {"event 1 at 101 ms: the samples jump by 64, to rest; to end event 1 at rest set its point 4 to intensity 0"}},
-      {9595,
-       0,
-       {2, 0, -1},
-       curve(0, 101, kLoudEnd),
-       {"event 1 at 101 ms: the samples jump by 64, from event 1; to end event 1 at rest set its point 4 to intensity "
-        "0"}},
-      {9595,
-       0,
-       {},
-       curve(0, 101, kLoudEnd) + "," + curve(101, 300, kLevel),
+      {9595, 0, {}, curve(0, 101, kLoudEnd), {"event 1 at 101 ms: the samples jump by 64, to rest; to end event 1 at "
+       "rest set its point 4 to intensity 0"}},
+      {9595, 0, {2, 0, -1}, curve(0, 101, kLoudEnd), {"event 1 at 101 ms: the samples jump by 64, from event 1; to "
+       "end event 1 at rest set its point 4 to intensity 0"}},
+      {9595, 0, {}, curve(0, 101, kLoudEnd) + "," + curve(101, 300, kLevel),
        {"event 2 at 101 ms: the samples jump by 64, from event 1; to end event 1 at rest set its point 4 to intensity "
-        "0"}},
-      {1040,
-       0,
-       {},
-       curve(0, 200, kRough) + "," + tap(5, 60, 50),
-       {"event 2 at 5 ms: the samples jump by 34, from event 1; with event 2 at 6 ms the jumps would be 24 and 10",
-        "event 1 at 21.04 ms: the samples jump by 62, from event 2; with event 2 at 6 ms the jumps would be 24 and "
-        "10"}},
+       "0"}},
+      {1040, 0, {}, curve(0, 200, kRough) + "," + tap(5, 60, 50), {"event 2 at 5 ms: the samples jump by 34, from "
+       "event 1; with event 2 at 6 ms the jumps would be 24 and 10", "event 1 at 21.04 ms: the samples jump by 62, "
+       "from event 2; with event 2 at 6 ms the jumps would be 24 and 10"}},
       // At 12000 samples a second.
-      {1040,
-       1,
-       {},
-       curve(0, 500, kFade),
-       {"event 1 at 0 ms: from point 3 to 4 its envelope turns back halfway at 12000 samples a second: it ends at "
-        "amplitude 45, not 0"}},
-      {9595,
-       1,
-       {},
-       tap(0, 80, 50),
-       {"event 1 at 0 ms: its stored burst is made for 24000 samples a second and lasts 68.67 ms here, not 34.33 ms"}},
+      {1040, 1, {}, curve(0, 500, kFade), {"event 1 at 0 ms: from point 3 to 4 its envelope turns back halfway at "
+       "12000 samples a second: it ends at amplitude 45, not 0"}},
+      {9595, 1, {}, tap(0, 80, 50), {"event 1 at 0 ms: its stored burst is made for 24000 samples a second and lasts "
+       "68.67 ms here, not 34.33 ms"}},
       // How a pass ends.
-      {1040,
-       0,
-       {1, 0, 50},
-       bed + "," + inside,
-       {"event 1 at 20 ms: event 2 plays over it",
-        "event 1 at 100 ms: it ends last but " + sends_again + "100 ms would let a record close the pattern"}},
-      {1040,
-       0,
-       {},
-       tap(4080, 80, 50),
-       {"event 1 at 4096.04 ms: it ends last, at 4097 ms, which would read as an event: the pattern ends at 4098 ms; "
-        "start it 2 ms "
-        "earlier to end before"}},
+      {1040, 0, {1, 0, 50}, bed + "," + inside, {"event 1 at 20 ms: event 2 plays over it",
+       "event 1 at 100 ms: it ends last but " + sends_again + "100 ms would let a record close the pattern"}},
+      {1040, 0, {}, tap(4080, 80, 50), {"event 1 at 4096.04 ms: it ends last, at 4097 ms, which would read as an "
+       "event: the pattern ends at 4098 ms; start it 2 ms earlier to end before"}},
       // Event streams.
-      {1040,
-       11,
-       {2, 0, -1},
-       tap(0, 0, 50) + "," + curve(65536, 65537, "[0,9,0],[0,0,0],[0,0,0],[65537,0,0]"),
-       {"event 1 at 0 ms: is silent: its intensity is 0",
-        "the total time, 262156 ms, is told in 16 bits and becomes 12 ms; 65535 ms is the most",
-        "event 2 at 65536 ms: the time since the event before, 65536 ms, is told in 16 bits and becomes 0 ms; 65535 ms "
-        "is the most",
-        "event 2 at 65536 ms: its duration, 65537 ms, is told in 16 bits and becomes 1 ms; 65535 ms is the most",
-        "event 2 at 65536 ms: is silent: the intensity of point 2, which is sent, is 0"}},
-      {1040,
-       11,
-       {},
-       tap(0, 1, 50) + "," + curve(65535, 65535, "[0,9,0],[0,9,0],[0,0,0],[65535,0,0]"),
+      {1040, 11, {2, 0, -1}, tap(0, 0, 50) + "," + curve(65536, 65537, "[0,9,0],[0,0,0],[0,0,0],[65537,0,0]"),
+       {"event 1 at 0 ms: is silent: its intensity is 0", "the total time, 262156 ms, is told in 16 bits and becomes "
+       "12 ms; 65535 ms is the most", "event 2 at 65536 ms: the time since the event before, 65536 ms, is told in 16 "
+       "bits and becomes 0 ms; 65535 ms is the most", "event 2 at 65536 ms: its duration, 65537 ms, is told in 16 "
+       "bits and becomes 1 ms; 65535 ms is the most", "event 2 at 65536 ms: is silent: the intensity of point 2, "
+       "which is sent, is 0"}},
+      {1040, 11, {}, tap(0, 1, 50) + "," + curve(65535, 65535, "[0,9,0],[0,9,0],[0,0,0],[65535,0,0]"),
        {"the total time, 131075 ms, is told in 16 bits and becomes 3 ms; 65535 ms is the most"}},
+      // clang-format on
   };
   for (const auto& row : rows) {
     const PatternReading reading =
