@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstdint>
 #include <cstring>
 
@@ -41,6 +42,7 @@ class Request {
 
   // The record that starts at an integer, which lies whole in the array.
   Record record(int32_t index) const {
+    assert(index >= 0 && index <= length_ - LRASYNTH_RECORD_LENGTH);
     Record record;
     std::memcpy(&record, values_ + index, sizeof record);
     return record;

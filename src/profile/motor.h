@@ -2,6 +2,7 @@
 // What differs between motor models: one row each.
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -14,6 +15,7 @@ constexpr int32_t kBelow = std::numeric_limits<int32_t>::min();
 // The row that serves x: the first whose `from` is not above it. Tables run downward and end with kBelow.
 template <class Row>
 constexpr const Row& row_at(std::span<const Row> rows, int32_t x) {
+  assert(!rows.empty() && rows.back().from == kBelow);
   const Row* row = rows.data();
   while (x < row->from) ++row;
   return *row;

@@ -31,7 +31,7 @@ constexpr float kReducedSineLimit = 1.6F;
 
 // More terms would halve the margins below, but cost more than the few samples in doubt.
 inline float reduced_sine(float r) {
-  // Minimax for the absolute error of r * P(r^2), rounded to single precision.
+  // Minimax for the absolute error of r * P(r^2), rounded to single precision: printed by tables/fit_sine.py.
   constexpr float kC1 = 0.99999606609344482F;
   constexpr float kC3 = -0.16664618253707886F;
   constexpr float kC5 = 0.0083043109625577927F;

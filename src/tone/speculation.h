@@ -8,6 +8,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <concepts>
 #include <cstdint>
@@ -99,6 +100,7 @@ void code_block(const SampleSource auto& source, int32_t first, int32_t n, int32
 // The source's samples in the window, which lies within 2^31 samples.
 template <class Coding, class Sample>
 void render(const SampleSource auto& source, const Window<Sample>& window) {
+  assert(window.first >= 0);
   Coding coding;
   coding.begin(source, static_cast<int32_t>(window.first));
   Sample* out = window.out;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstdint>
 
 #include "lrasynth.h"
@@ -19,6 +20,7 @@ struct Window {
 
   // The part that a piece of `count` samples from `start` on covers, counted from the piece's own start.
   Window of_piece(int64_t start, int64_t count) const {
+    assert(first >= 0);
     const int64_t from = std::max(first, start);
     const int64_t to = std::min(end, start + count);
     if (from >= to) return {0, 0, out};
