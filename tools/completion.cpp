@@ -36,7 +36,7 @@ std::vector<std::string> words_of_type(const std::string& type) {
   return words;
 }
 
-std::vector<CommandWords> words_of(const CLI::App& app) {
+std::vector<CommandWords> declared_words(const CLI::App& app) {
   std::vector<CommandWords> commands;
   for (const CLI::App* const command : app.get_subcommands(nullptr)) {
     commands.push_back({command->get_name(), command->get_description(), {}});
@@ -144,7 +144,7 @@ std::string fish(const std::vector<CommandWords>& commands) {
 }  // namespace
 
 std::string completion_for(const std::string& shell, const CLI::App& app) {
-  const std::vector<CommandWords> commands = words_of(app);
+  const std::vector<CommandWords> commands = declared_words(app);
   return shell == "bash" ? bash(commands) : shell == "zsh" ? zsh(commands) : fish(commands);
 }
 

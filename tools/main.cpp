@@ -26,7 +26,7 @@ int complain(const std::string& lines, int status) {
 }
 
 // The value of --response may be left out, which CLI11 has for the last option only.
-std::vector<std::string> words_of(int argc, const char* const* argv) {
+std::vector<std::string> typed_words(int argc, const char* const* argv) {
   std::vector<std::string> words;
   for (int i = 1; i < argc; ++i) {
     const std::string next = i + 1 < argc ? argv[i + 1] : "";
@@ -81,7 +81,7 @@ std::string refusal_of_extra(const CLI::App& app, const CLI::App& command, const
 }
 
 // In our words, what CLI11 says otherwise.
-std::string words_of(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& words) {
+std::string refusal_of(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& words) {
   std::vector<std::string> extras = app.remaining(true);
   std::erase(extras, "--");
   if (app.get_subcommands().empty()) {
@@ -119,7 +119,7 @@ int run(int argc, const char* const* argv) {
   Arguments arguments;
   for (const Command& command : commands()) add_command(app, command, arguments);
   try {
-    app.parse(words_of(argc, argv));
+    app.parse(typed_words(argc, argv));
     return 0;
   } catch (const CLI::ParseError& error) {
     // Also how --help and --version end.
@@ -127,7 +127,7 @@ int run(int argc, const char* const* argv) {
       app.exit(error);
       return std::cout.flush() ? 0 : complain("cannot write standard output", kCannotRender);
     }
-    return complain(words_of(app, error, {argv + 1, argv + argc}), kWrongInput);
+    return complain(refusal_of(app, error, {argv + 1, argv + argc}), kWrongInput);
   }
 }
 

@@ -32,11 +32,11 @@ class EventLines {
 
   std::string of(const Event& event) {
     return text("  event %d at %d ms: ", event.number, event.start_ms) +
-           std::visit([this](const auto& kind) { return words_of(kind); }, event.kind) + "\n";
+           std::visit([this](const auto& kind) { return description_of(kind); }, event.kind) + "\n";
   }
 
  private:
-  std::string words_of(const Vibration& vibration) const {
+  std::string description_of(const Vibration& vibration) const {
     const std::string intensities = of_points(vibration, [](const lrasynth_point& point) { return point.intensity; });
     const std::string hertz =
         of_points(vibration, [&](const lrasynth_point& point) { return hertz_at(profile_, point.offset); });
@@ -44,7 +44,7 @@ class EventLines {
            " Hz";
   }
 
-  std::string words_of(const Tap& tap) {
+  std::string description_of(const Tap& tap) {
     const std::string asked = text("tap, level %d, intensity %d %%", tap.level, tap.intensity);
     if (is_stream_) return asked;
     const int32_t driven = driven_intensity(profile_, tap.level, tap.intensity);

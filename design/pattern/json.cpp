@@ -74,11 +74,11 @@ class TreeBuilder {
     return refused(cause->is_missing ? end_ : std::min(result.Offset(), text_.size()), cause->words);
   }
 
-  bool Null() { return put(Kind::kNull, word()); }
-  bool Bool(bool) { return put(Kind::kBoolean, word()); }
-  bool RawNumber(const char*, rapidjson::SizeType length, bool) { return put(Kind::kNumber, last(length)); }
+  bool Null() { return add(Kind::kNull, word()); }
+  bool Bool(bool) { return add(Kind::kBoolean, word()); }
+  bool RawNumber(const char*, rapidjson::SizeType length, bool) { return add(Kind::kNumber, last(length)); }
   bool String(const char* value, rapidjson::SizeType length, bool) {
-    return put(Kind::kString, quoted(), {value, length});
+    return add(Kind::kString, quoted(), {value, length});
   }
   bool Key(const char* name, rapidjson::SizeType length, bool) {
     open_.back()->name_places.push_back(place_of(quoted()));
@@ -86,9 +86,9 @@ class TreeBuilder {
     end_ = stream_.Tell();
     return true;
   }
-  bool StartObject() { return put(Kind::kObject, last(1)) && open(); }
+  bool StartObject() { return add(Kind::kObject, last(1)) && open(); }
   bool EndObject(rapidjson::SizeType) { return close(); }
-  bool StartArray() { return put(Kind::kList, last(1)) && open(); }
+  bool StartArray() { return add(Kind::kList, last(1)) && open(); }
   bool EndArray(rapidjson::SizeType) { return close(); }
   // Numbers come as they are written instead.
   bool Int(int) { return false; }
@@ -139,7 +139,7 @@ class TreeBuilder {
     return {std::nullopt, {0, place_of(text_.substr(at)), "is not JSON: " + why}};
   }
 
-  bool put(Kind kind, std::string_view written, std::string string = {}) {
+  bool add(Kind kind, std::string_view written, std::string string = {}) {
     JsonValue& slot = open_.empty() ? root_.emplace() : open_.back()->items.emplace_back();
     slot.kind = kind;
     slot.place = place_of(written);

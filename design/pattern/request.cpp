@@ -47,7 +47,7 @@ void close_pass(std::vector<Event>& events, const lrasynth_profile& profile, con
 }
 
 // In the library's words, with what it is about.
-std::string words_of(int32_t error, const lrasynth_profile& profile, const Playback& playback) {
+std::string wording_of(int32_t error, const lrasynth_profile& profile, const Playback& playback) {
   const std::string what = lrasynth_error_text(error);
   if (error == LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS) return what + text(": motor %d", profile.motor_type);
   return error == LRASYNTH_ERROR_LATE_EVENT ? what + text(": %d ms", playback.limit_ms) : what;
@@ -65,7 +65,7 @@ void add_faults(const std::vector<Event>& events, const lrasynth_profile& profil
     int32_t index = 0;
     const int32_t error = lrasynth_pattern_check(&profile, &alone, &index);
     if (error == 0 || error == LRASYNTH_ERROR_STREAM_TIME) continue;
-    faults.add({event.number, event.place, (index == 0 ? "type: " : "start: ") + words_of(error, profile, playback)});
+    faults.add({event.number, event.place, (index == 0 ? "type: " : "start: ") + wording_of(error, profile, playback)});
   }
 }
 

@@ -87,7 +87,7 @@ class Plot {
     if (motion != nullptr) {
       draw_response(picture_, panel, *motion, motion->response().peak);
       foot.push_back("soft band: the displacement, estimated, its peak at full height; " +
-                     words_of(motion->response()));
+                     numbers_line(motion->response()));
     }
     draw_waveform(picture_, panel, waveform_);
     name_sections(panel);
@@ -99,7 +99,7 @@ class Plot {
     }
   }
 
-  std::string words_of(const Response& response) const {
+  std::string numbers_line(const Response& response) const {
     std::string words;
     for (const auto& [name, value] : numbers_of(response, score_ == nullptr)) {
       words += (words.empty() ? "" : ", ") + name + " " + value;

@@ -12,13 +12,13 @@ namespace {
 
 constexpr size_t kLongestLine = 64;
 
-char* put(char* at, int64_t number) { return std::to_chars(at, at + 20, number).ptr; }
+char* write_number(char* at, int64_t number) { return std::to_chars(at, at + 20, number).ptr; }
 
 // In whole ten-thousandths, rounded; printf takes ten times as long.
-char* put_ms(char* at, int64_t sample, int32_t sample_rate) {
+char* write_ms(char* at, int64_t sample, int32_t sample_rate) {
   constexpr int64_t kUnits = 10'000;
   const int64_t rounded = (2 * 1000 * kUnits * sample + sample_rate) / (2 * int64_t{sample_rate});
-  at = put(at, rounded / kUnits);
+  at = write_number(at, rounded / kUnits);
   *at++ = '.';
   for (int64_t unit = kUnits / 10; unit > 0; unit /= 10) *at++ = static_cast<char>('0' + rounded / unit % 10);
   return at;
@@ -28,13 +28,13 @@ std::string csv_lines(int64_t first, std::span<const uint8_t> codes, int32_t sam
   std::string lines(codes.size() * kLongestLine, '\0');
   char* at = lines.data();
   for (const uint8_t code : codes) {
-    at = put(at, first);
+    at = write_number(at, first);
     *at++ = ',';
-    at = put_ms(at, first++, sample_rate);
+    at = write_ms(at, first++, sample_rate);
     *at++ = ',';
-    at = put(at, code);
+    at = write_number(at, code);
     *at++ = ',';
-    at = put(at, amplitude(code));
+    at = write_number(at, amplitude(code));
     *at++ = '\n';
   }
   lines.resize(static_cast<size_t>(at - lines.data()));
