@@ -8,6 +8,7 @@ import pathlib
 import re
 import shlex
 import signal
+import struct
 import subprocess
 import tempfile
 import time
@@ -262,10 +263,21 @@ class ToolTest(unittest.TestCase):
 
     def test_titles_say_how_often(self):
         for options, title in ((["--loop", 3, "--interval", 20], "Pattern: -, motor 1040, 3 times, 20 ms apart"),
-                               (["--loop", 3], "Pattern: -, motor 1040, 3 times"), (["--title", "Tick & tock"], "Tick &amp; tock")):
+                               (["--loop", 3], "Pattern: -, motor 1040, 3 times"), (["--title", "Tick & <tock>"], "Tick &amp; &lt;tock&gt;")):
             drawn = self.output_of("pattern", "-", *options, "--format", "svg", "-", pattern=[continuous(0, 60)]).decode()
             self.assertIn(f"<title>{title}</title>", drawn)
             self.assertEqual(drawn.count(f">{title}<"), 2)
+
+    def test_pictures_show_no_more_than_there_is_room_for(self):
+        sweep = lambda i: [[0, 80, 0], [50, 80, 50 - 5 * i], [50, 80, 0], [90, 0, 0]]
+        many = [dict(continuous(100 * i, 90), points=sweep(i)) for i in range(4)]
+        many += [transient(1000 + 100 * i, level=i + 1, intensity=1) for i in range(4)]
+        drawn = self.output_of("pattern", "-", "--format", "svg", "-", pattern=many).decode()
+        self.assertEqual(len(re.findall(r">! (?!and )", drawn)), 6)
+        self.assertIn(">! and 2 more warnings<", drawn)
+        for duration, unit in ((9999, "ms"), (10000, "s")):
+            drawn = self.output_of("pattern", "-", "--format", "svg", "-", pattern=[continuous(0, duration)]).decode()
+            self.assertIn(f">time in {unit}<", drawn)
 
     def test_raw_bytes_are_kept_from_terminals(self):
         master, terminal = os.openpty()
@@ -279,7 +291,7 @@ class ToolTest(unittest.TestCase):
     def test_shells_complete_what_is_declared(self):
         script = self.output_of("completion", "bash").decode()
         for words, completed in ((["lrasynth", "pa"], {"pattern"}), (["lrasynth", "sheet", "--lev"], {"--levels"}),
-                                 (["lrasynth", "tap", "--motor", "8"], {"832", "81540"}), (["lrasynth", "completion", ""], {"bash", "zsh", "fish"}),
+                                 (["lrasynth", "tap", "--motor", "8"], {"832", "81540"}), (["lrasynth", "completion", ""], {"bash", "zsh", "fish"}), (["lrasynth", "compare", "--chip", ""], {"0", "1"}),
                                  (["lrasynth", "tone", "--half"], {"--half-periods"}), (["lrasynth", "pattern", "--boost", ""], {"on", "off"})):
             asked = f"{script}\nCOMP_WORDS=({' '.join(shlex.quote(word) for word in words)}); COMP_CWORD={len(words) - 1}; _lrasynth; echo ${{COMPREPLY[@]}}"
             result = subprocess.run(["bash", "-c", asked], capture_output=True, text=True, cwd=self.directory)
@@ -353,6 +365,9 @@ class ToolTest(unittest.TestCase):
             self.assertAlmostEqual(float(rows[-1]["time_ms"]), (len(codes) - 1) * 1000 / rate, places=3)
             with wave.open(str(self.directory / "x.wav")) as file:
                 self.assertEqual(file.getparams()[:4], (1, 2, rate, len(codes)))
+                head = struct.unpack("<4sI8sIHHIIHH4sI", (self.directory / "x.wav").read_bytes()[:44])
+                size = 2 * len(codes)
+                self.assertEqual(head, (b"RIFF", 36 + size, b"WAVEfmt ", 16, 1, 1, rate, 2 * rate, 2, 16, b"data", size))
                 frames = memoryview(file.readframes(len(codes))).cast("h")
                 self.assertEqual([frame // 256 for frame in frames], amplitudes)
 
@@ -369,12 +384,12 @@ class ToolTest(unittest.TestCase):
         self.assertNotEqual(taps[0], taps[2])
 
     def test_audible_wav_keeps_the_tone(self):
-        told = self.output_of("tone", "--frequency", 100, "--half-periods", 20, "--amplitude", 100, "--audible", "x.wav")
-        self.assertEqual(told, b"x.wav: 4800 samples at 48000 a second, 100.0 ms\n")
+        told = self.output_of("tone", "--frequency", 100, "--half-periods", 800, "--amplitude", 100, "--audible", "x.wav")
+        self.assertEqual(told, b"x.wav: 192000 samples at 48000 a second, 4000.0 ms\n")
         with wave.open(str(self.directory / "x.wav")) as file:
-            self.assertEqual(file.getparams()[:4], (1, 2, 48000, 4800))
-            frames = memoryview(file.readframes(4800)).cast("h")
-        for i in range(480, 4320):  # away from the ends
+            self.assertEqual(file.getparams()[:4], (1, 2, 48000, 192000))
+            frames = memoryview(file.readframes(192000)).cast("h")
+        for i in range(480, 191500, 7):  # away from the ends
             self.assertAlmostEqual(frames[i] - frames[i - 240], 2 * frames[i], delta=1500)
 
     def test_events_are_put_in_playing_order(self):
@@ -412,6 +427,8 @@ class ToolTest(unittest.TestCase):
         events = [transient(40, intensity=33), continuous(0, 600), transient(300)]
         printed = self.output_of("pattern", "-", "--chip", 11, "--loop", 2, "--format", "csv", "-", pattern=events)
         expected = [f"{i},{group}" for i, group in enumerate(["0,80,600", "40,33,5", "260,80,5"] * 2, 1)]
+        told = self.run_tool("pattern", "-", "--chip", 11, "--loop", 2, "--interval", 9, pattern=events).stdout.decode()
+        self.assertTrue(told.startswith("Pattern: -, motor 1040, chip 11, 2 times\n"), told)
         self.assertEqual(printed.decode().split(), ["event,delta_ms,strength,duration_ms", *expected, "total,,,1820"])
 
 
