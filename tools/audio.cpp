@@ -16,7 +16,7 @@ namespace {
 constexpr int32_t kRate = 48000;
 
 int64_t audible_length(const design::Waveform& waveform) {
-  return kRate / waveform.profile.sample_rate * waveform.length;
+  return waveform.length * kRate / waveform.profile.sample_rate;
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ std::string audible_size_of(const design::Waveform& waveform) {
 
 // The converter's noise lies at -98 dB (16 bits), that of 8 bits at -50.
 void write_audible_wav(const design::Waveform& waveform, Target& target) {
-  const int32_t ratio = kRate / waveform.profile.sample_rate;
+  const auto most_ratio = static_cast<size_t>(kRate / waveform.profile.sample_rate + 1);
   soxr_io_spec_t exact = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);
   exact.flags = SOXR_NO_DITHER;  // the same file every time
   const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_16_BITQ, 0);
@@ -42,7 +42,7 @@ void write_audible_wav(const design::Waveform& waveform, Target& target) {
   // Passes on what is ready after these samples; none of them are the end.
   const auto convert = [&] {
     static_assert(std::endian::native == std::endian::little, "as in the file");
-    ready.resize((samples.size() + 4096) * static_cast<size_t>(ratio));
+    ready.resize((samples.size() + 4096) * most_ratio);
     size_t made = 0;
     soxr_process(resampler.get(), samples.empty() ? nullptr : samples.data(), samples.size(), nullptr, ready.data(),
                  ready.size(), &made);

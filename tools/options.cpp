@@ -68,12 +68,23 @@ Words motor_words() {
   return words;
 }
 
-// Those that render samples, and the one that plays events by itself.
+bool is_stream(int32_t chip) { return design::is_event_stream(lrasynth_profile_of(chip, 0, 0)); }
+
+std::string chip_help() {
+  std::string help = "Chip type: ";
+  for (const int32_t chip : design::chips()) {
+    const int32_t rate = lrasynth_profile_of(chip, 0, 0).sample_rate;
+    help +=
+        text("%d ", chip) + (is_stream(chip) ? "plays events by itself, " : text("has %d samples a second, ", rate));
+  }
+  return help + "others act as 0";
+}
+
+// Those that render samples, and those that play events by themselves.
 std::string chip_words(bool with_streams) {
   Words words;
   for (const int32_t chip : design::chips()) {
-    const bool is_stream = design::is_event_stream(lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1));
-    if (with_streams || !is_stream) words.push_back(std::to_string(chip));
+    if (with_streams || !is_stream(chip)) words.push_back(std::to_string(chip));
   }
   words.emplace_back("...");
   return joined(words, '|');
@@ -105,8 +116,7 @@ void Options::flag(const char* name, bool& value, const char* help) {
 void Options::motor() { add_list("--motor", arguments_.motors, "Motor model", one_of(motor_words())); }
 
 void Options::chip() {
-  add_list("--chip", arguments_.chips,
-           "Chip type: 0 has 24000 samples a second, 1 has 12000, 11 plays events by itself; others act as 0",
+  add_list("--chip", arguments_.chips, chip_help(),
            number_in(0, std::numeric_limits<int32_t>::max()).description(chip_words(!lists_)));
 }
 

@@ -8,7 +8,16 @@ export interface About {
   longest_ms: number;
   /** The form of a pattern file in words. */
   help: string;
+  chips: Chip[];
   motors: Motor[];
+}
+
+export interface Chip {
+  chip: number;
+  /** Samples a second. */
+  rate: number;
+  /** Whether it plays events by itself. */
+  stream: boolean;
 }
 
 export interface Motor {

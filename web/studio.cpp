@@ -250,6 +250,12 @@ std::string curve(const lrasynth_profile& profile) {
   return list(offsets, [&](int32_t offset) { return text("%d", design::hertz_at(profile, offset)); });
 }
 
+std::string facts_of_chip(int32_t chip) {
+  const lrasynth_profile profile = lrasynth_profile_of(chip, 0, 0);
+  return text(R"({"chip":%d,"rate":%d,"stream":%s})", chip, profile.sample_rate,
+              truth(design::is_event_stream(profile)));
+}
+
 std::string facts_of(int32_t motor) {
   const lrasynth_profile plain = lrasynth_profile_of(0, motor, 0);
   const lrasynth_profile boosted = lrasynth_profile_of(0, motor, 1);
@@ -299,7 +305,8 @@ size_t studio_text_length() { return studio().text.size(); }
 void studio_about() {
   studio().text = text(R"({"version":"%d.%d.%d","longest_ms":%d,"help":)", LRASYNTH_VERSION_MAJOR,
                        LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH, design::kLongestMs) +
-                  quoted(design::kPatternHelp) + R"(,"motors":)" + list(design::motors(), facts_of) + '}';
+                  quoted(design::kPatternHelp) + R"(,"chips":)" + list(design::chips(), facts_of_chip) +
+                  R"(,"motors":)" + list(design::motors(), facts_of) + '}';
 }
 
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,

@@ -15,6 +15,8 @@ const boost = element('boost', HTMLInputElement);
 const set = (changes) => edit({ profile: { ...current().design.profile, ...changes } });
 
 motor.append(...about.motors.map((row) => new Option(`${row.motor} · ${row.resonance} Hz`, String(row.motor))));
+chip.append(...about.chips.map((row) =>
+  new Option(`${row.chip} · ${row.stream ? 'event stream' : `${row.rate} a second`}`, String(row.chip))));
 motor.onchange = () => set({ motor: Number(motor.value) });
 chip.onchange = () => set({ chip: Number(chip.value) });
 boost.onchange = () => set({ boost: boost.checked });
