@@ -280,7 +280,10 @@ class ToolTest(unittest.TestCase):
             self.assertIn(f">time in {unit}<", drawn)
 
     def test_raw_bytes_are_kept_from_terminals(self):
-        master, terminal = os.openpty()
+        try:
+            master, terminal = os.openpty()
+        except OSError as error:
+            self.skipTest(f"there are no terminals here: {error}")
         for form, status in (("wav", 2), ("bin", 2), ("csv", 0)):
             result = subprocess.run([COMMAND, "tap", "--motor", "832", "--level", "30", "--format", form, "-"], stdout=terminal,
                                     stderr=subprocess.PIPE, cwd=self.directory, timeout=60)
