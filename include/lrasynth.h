@@ -11,9 +11,9 @@
  *     uint8_t *tap = malloc(length);
  *     getShortSignalData(50, 80, tap);                  // at 80 % intensity
  *
- * Hosts with more than one motor, with small buffers, or that cannot afford an overrun take the functions of the last
- * section instead: they have the profile as an argument and read any window of a waveform, of any length, into a
- * buffer whose size they are told. The bytes are the same.
+ * Hosts with more than one motor, with small buffers, or that cannot afford an overrun take the functions of
+ * "Profile in hand, any window" instead: they have the profile as an argument and read any window of a waveform, of any
+ * length, into a buffer whose size they are told. The bytes are the same.
  *
  * ## Terms
  *   - Sample code: one output byte, a two's-complement amplitude: 0 is rest, 1..127 push one way, 255 (weakest) down to
@@ -723,7 +723,7 @@ int32_t lrasynth_tap_segments(const lrasynth_profile *profile, int32_t level, lr
 int64_t lrasynth_tone_length(const lrasynth_profile *profile, int32_t frequency_hz, int32_t half_periods);
 
 /** Reads a window of that burst into out, count bytes, with the bytes of sine. amplitude is in sample units. Returns
- * how many samples were written, or an error as lrasynth_tap_read. */
+ * how many samples were written, or one of LRASYNTH_ERROR_NULL_POINTER, LRASYNTH_ERROR_NEGATIVE_WINDOW. */
 int64_t lrasynth_tone_read(const lrasynth_profile *profile, int32_t frequency_hz, int32_t half_periods,
                            int32_t amplitude, int64_t first, uint8_t *out, int64_t count);
 

@@ -39,13 +39,14 @@ void write_audible_wav(const design::Waveform& waveform, Target& target) {
   target.write(design::wav_head(kRate, left));
   std::vector<int16_t> samples;
   std::vector<int16_t> ready;
+  bool failed = false;
   // Passes on what is ready after these samples; none of them are the end.
   const auto convert = [&] {
     static_assert(std::endian::native == std::endian::little, "as in the file");
     ready.resize((samples.size() + 4096) * most_ratio);
     size_t made = 0;
-    soxr_process(resampler.get(), samples.empty() ? nullptr : samples.data(), samples.size(), nullptr, ready.data(),
-                 ready.size(), &made);
+    failed |= soxr_process(resampler.get(), samples.empty() ? nullptr : samples.data(), samples.size(), nullptr,
+                           ready.data(), ready.size(), &made) != nullptr;
     made = static_cast<size_t>(std::min(left, static_cast<int64_t>(made)));
     left -= static_cast<int64_t>(made);
     target.write({reinterpret_cast<const char*>(ready.data()), made * sizeof(int16_t)});
@@ -60,6 +61,7 @@ void write_audible_wav(const design::Waveform& waveform, Target& target) {
   samples.clear();
   while (convert()) {
   }
+  if (failed || (left > 0 && target.error == 0)) throw Failure(kCannotRender, "cannot resample");
 }
 
 }  // namespace command

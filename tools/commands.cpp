@@ -185,7 +185,8 @@ void run_sheet(const Arguments& arguments) {
     taps.push_back(tap_piece(arguments, profile, level));
   }
   report(arguments, taps);
-  const design::Sheet sheet = {profile, arguments.levels, arguments.intensity, arguments.in_pattern, arguments.title};
+  const bool in_pattern = arguments.in_pattern && design::has_shares(profile);
+  const design::Sheet sheet = {profile, arguments.levels, arguments.intensity, in_pattern, arguments.title};
   write_files({text_file(arguments.outputs.front(), sheet_of(sheet), title_of(sheet))});
 }
 

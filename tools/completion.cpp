@@ -135,7 +135,8 @@ std::string fish(const std::vector<CommandWords>& commands) {
       const std::string long_name =
           option.name.empty() ? "" : " -l " + option.name.substr(2) + " -d " + quoted(option.help);
       const std::string values = option.values.empty() ? "" : " -f -a " + quoted(joined(option.values));
-      script += start + long_name + (option.takes_value && !option.name.empty() ? " -r" : "") + values + "\n";
+      script += start + long_name + (option.takes_value && !option.is_optional && !option.name.empty() ? " -r" : "") +
+                values + "\n";
     }
   }
   return script;

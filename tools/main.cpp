@@ -66,13 +66,11 @@ std::string refusal_of_word(const CLI::App& app, const std::string& word) {
 }
 
 // Of a word that is left over where a command was called. CLI11 takes options before the command for the command's.
-std::string refusal_of_extra(const CLI::App& app, const CLI::App& command, const std::string& extra,
-                             const std::vector<std::string>& words) {
+std::string refusal_of_extra(const CLI::App& command, const std::string& extra, const std::vector<std::string>& words) {
   if (!extra.starts_with('-')) return design::shown(extra) + ": is an argument too many";
   const std::string name = extra.substr(0, extra.find('='));
   const auto at = std::find(words.begin(), words.end(), extra);
   const bool stands_before = at < std::find(words.begin(), words.end(), command.get_name());
-  const std::vector<std::string> options = option_names(stands_before ? app : command);
   const std::vector<std::string> owned = option_names(command);
   if (stands_before && std::find(owned.begin(), owned.end(), name) != owned.end()) {
     return name + ": stands behind its command: lrasynth " + command.get_name() + " " + name;
@@ -89,7 +87,7 @@ std::string refusal_of(const CLI::App& app, const CLI::ParseError& error, const 
     for (const Command& command : commands()) names.emplace_back(command.name);
     return extras.empty() ? "a command is required: " + design::listed(names) : refusal_of_word(app, extras.front());
   }
-  if (!extras.empty()) return refusal_of_extra(app, *app.get_subcommands().front(), extras.front(), words);
+  if (!extras.empty()) return refusal_of_extra(*app.get_subcommands().front(), extras.front(), words);
   const std::string said = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return said;
   const size_t flag = said.find(" was given a disallowed flag override");

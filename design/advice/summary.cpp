@@ -54,8 +54,8 @@ class EventLines {
   // By itself. A pattern has many taps, but few different ones.
   const std::string& response(int32_t level, int32_t driven) {
     const auto [known, is_new] = responses_.emplace(std::pair(level, driven), "");
-    const Waveform tap = tap_waveform(profile_, level, driven);
-    if (is_new && !is_silent(tap)) {
+    if (!is_new) return known->second;
+    if (const Waveform tap = tap_waveform(profile_, level, driven); !is_silent(tap)) {
       const Response alone = Motion(tap, resonator_).response();
       known->second = text(", estimated rise %.1f ms, ring-down %.1f ms", alone.rise_ms, alone.ring_down_ms);
     }

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <map>
-#include <optional>
 #include <set>
 
 #include "design/advice/jumps.h"

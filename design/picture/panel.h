@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "design/picture/svg.h"
 #include "design/waveform/response.h"

@@ -3,7 +3,6 @@
 #include "design/picture/plot.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
 #include <optional>

@@ -3,7 +3,6 @@
 #include "design/picture/sheet.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "design/advice/summary.h"
 #include "design/base/motor.h"

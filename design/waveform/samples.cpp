@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <span>
+#include <vector>
 
 #include "design/base/text.h"
 

@@ -6,7 +6,6 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
-#include <memory>
 
 #include "design/base/length.h"
 #include "design/base/motor.h"

@@ -52,7 +52,6 @@ struct Waveform {
   double ms_of(int64_t sample) const { return static_cast<double>(sample) * 1000.0 / profile.sample_rate; }
   int64_t sample_at(double ms) const { return static_cast<int64_t>(ms * profile.sample_rate / 1000.0); }
   double length_ms() const { return ms_of(length); }
-  Span whole() const { return {0, length_ms()}; }
 };
 
 // Why a waveform of that length is refused; empty: it is not.
