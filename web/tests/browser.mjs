@@ -5,7 +5,7 @@ import { spawnSync } from 'node:child_process';
 import { mkdtempSync, readFileSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { tmpdir } from 'node:os';
-import { basename, extname, join } from 'node:path';
+import { extname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { chromium } from 'playwright-core';
 
@@ -56,28 +56,53 @@ export async function stopBrowser() {
 export async function openPage({ context, link = '', ...options } = {}) {
   const visitor = context ?? (await browser.newContext({ viewport: { width: 1280, height: 900 }, ...options }));
   const page = await visitor.newPage();
-  page.setDefaultTimeout(10000);
+  page.setDefaultTimeout(120000); // for what hangs: no machine is too slow
   page.on('console', (message) => message.type() !== 'log' && wrongs.push(message.text()));
   page.on('pageerror', (error) => wrongs.push(error.message));
   page.on('request', (request) => /^(blob:)?http:\/\/127\.0\.0\.1:/.test(request.url()) || wrongs.push(request.url()));
   page.on('response', (response) => response.ok() || wrongs.push(`${response.status()} ${response.url()}`));
   await page.goto(address + link);
-  await drawn(page);
+  await settled(page);
+  return pacedHands(page);
+}
+
+/** What was done is on the screen, with what follows a moment later, once a frame has nothing more to draw. */
+const settled = (page) => page.evaluate(async () => {
+  const lastDrawn = () => performance.getEntriesByName('draw').at(-1)?.startTime;
+  for (let before; before === undefined || before !== lastDrawn();) {
+    before = lastDrawn();
+    await new Promise((done) => requestAnimationFrame(() => setTimeout(done)));
+  }
+});
+
+/** Like anybody's, they wait until they see what they did: places are those of what was drawn last. */
+function pacedHands(page) {
+  const { keyboard, mouse } = page;
+  const turn = mouse.wheel.bind(mouse);
+  mouse.wheel = async (...by) => { // the browser may say that it is done before the page hears of it
+    await page.evaluate(() => {
+      window.hasTurned = false;
+      addEventListener('wheel', () => (window.hasTurned = true), { once: true });
+    });
+    await turn(...by);
+    await page.waitForFunction(() => window.hasTurned);
+  };
+  for (const [hand, steps] of [[page, ['click', 'fill', 'focus', 'reload', 'selectOption', 'setChecked']],
+    [keyboard, ['press', 'type', 'down', 'up']], [mouse, ['click', 'down', 'move', 'up', 'wheel']]]) {
+    for (const name of steps) {
+      const step = hand[name].bind(hand);
+      hand[name] = async (...how) => {
+        const result = await step(...how);
+        await settled(page);
+        return result;
+      };
+    }
+  }
   return page;
 }
 
-export const drawn = (page) => page.waitForFunction(() => performance.getEntriesByName('draw').length > 0);
-
-/** What was done is on the screen, and kept. */
-export const shown = (page) =>
-  page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
-
-export const click = async (page, selector) => (await page.click(selector), shown(page));
-export const fill = async (page, selector, text) => (await page.fill(selector, text), shown(page));
-export const reload = async (page) => (await page.reload(), drawn(page));
-
 /** From the list. */
-export const choose = async (page, event) => (await page.locator('.event').nth(event).click(), shown(page));
+export const choose = (page, event) => page.click(`#events > :nth-child(${event + 1}) .event`);
 export const chosen = (page) => page.locator('.event[aria-pressed=true]').textContent();
 
 export async function openEvents(page, ...events) {
@@ -89,7 +114,10 @@ export async function openEvents(page, ...events) {
 /** Fingers, in steps of a type and places. */
 export async function touch(page, steps) {
   const hand = await page.context().newCDPSession(page);
-  for (const [type, ...points] of steps) await hand.send('Input.dispatchTouchEvent', { type, touchPoints: points });
+  for (const [type, ...points] of steps) {
+    await hand.send('Input.dispatchTouchEvent', { type, touchPoints: points });
+    await settled(page);
+  }
 }
 
 /** The bytes of an export as a buffer, null where there are none. */
@@ -103,11 +131,11 @@ export async function exported(page, kind) {
 
 export const savedEvents = async (page) => JSON.parse(await exported(page, 'json')).events;
 
-/** A right one. */
+/** Right or wrong: the page forgets it when it has read it. */
 export async function openFile(page, file) {
   await page.setInputFiles('#file', file);
-  await page.waitForFunction((name) => document.getElementById('name').value === name, basename(file, '.json'));
-  await shown(page);
+  await page.waitForFunction(() => document.getElementById('file').value === '');
+  await settled(page);
 }
 
 export const openDemo = (page, name) => openFile(page, join(demos, `${name}.json`));

@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // The studio's picture for the documentation.
 import { fileURLToPath } from 'node:url';
-import { openDemo, openPage, startBrowser, stopBrowser } from './browser.mjs';
+import { choose, openDemo, openPage, startBrowser, stopBrowser } from './browser.mjs';
 
 await startBrowser();
 const page = await openPage({ viewport: { width: 1360, height: 880 }, colorScheme: 'light' });
 await openDemo(page, 'sunrise');
-await page.locator('.event').nth(2).click();
+await choose(page, 2);
 await page.focus('#intensity-lane');
 await page.keyboard.press('3');
 await page.evaluate(() => /** @type {HTMLElement} */ (document.activeElement).blur());
 await page.mouse.move(0, 0);
-await page.waitForFunction(() => performance.getEntriesByName('response').length > 1);
-await page.waitForTimeout(300);
 await page.screenshot({ path: fileURLToPath(new URL('../../docs/pictures/studio.png', import.meta.url)) });
 await stopBrowser();
