@@ -7,7 +7,7 @@ import { current } from '../model/state.js';
 import { hertzOf } from '../library/pieces.js';
 import { box, fill, stroke } from '../page/canvas.js';
 import { withinHeard } from './heard.js';
-import { EventLane, tapEnd } from './lane.js';
+import { EventLane, tapSides } from './lane.js';
 
 /** @import {Facts, Sweep} from '../../protocol.js' */
 /** @import {Places, Plot} from '../page/canvas.js' */
@@ -44,7 +44,7 @@ function high(isHeld, facts) {
 
 export const frequencyLane = new EventLane('frequency-lane', {
   field: 2,
-  shown: hertzOfOffset,
+  plotted: hertzOfOffset,
   value: nearestOffset,
   room: 8,
   high,
@@ -59,8 +59,7 @@ export const frequencyLane = new EventLane('frequency-lane', {
     });
   },
   drawTap: (plot, event, facts, isChosen) => {
-    const left = plot.x(event.start);
-    const wide = Math.max(4, plot.x(tapEnd(event, facts)) - left);
+    const { left, wide } = tapSides(plot, event, facts);
     fill(plot, isChosen ? 'chosen' : 'tap', box(left, plot.top, wide, plot.bottom - plot.top), 0.16);
   },
   shapeOfCurve: (plot, event, points) => ({ places: points, isLine: true }),

@@ -5,7 +5,7 @@ import { endOf, pointsOf } from '../model/events.js';
 import { current } from '../model/state.js';
 import { box, fill, stroke, write } from '../page/canvas.js';
 import { withinHeard } from './heard.js';
-import { EventLane, tapEnd } from './lane.js';
+import { EventLane, tapSides } from './lane.js';
 
 /** @import {Facts, TapFacts} from '../../protocol.js' */
 /** @import {Curve} from '../model/curve.js' */
@@ -20,8 +20,7 @@ const areaOf = ({ x, bottom }, event, points) => [[x(event.start), bottom], ...p
 
 /** The driven strength, in the outline of what is asked for. @type {Face['drawTap']} */
 function drawTap(plot, event, facts, isChosen, labels) {
-  const left = plot.x(event.start);
-  const wide = Math.max(4, plot.x(tapEnd(event, facts)) - left);
+  const { left, wide } = tapSides(plot, event, facts);
   const name = isChosen ? 'chosen' : 'tap';
   const [high, driven] = [plot.y(event.intensity), plot.y(facts?.driven ?? 0)];
   const outline = box(left + 0.5, high, wide - 1, plot.bottom - high);
@@ -54,7 +53,7 @@ function drawMark(plot, x, kind) {
 
 export const intensityLane = new EventLane('intensity-lane', {
   field: 1,
-  shown: same,
+  plotted: same,
   value: same,
   room: 30,
   high: () => 100,

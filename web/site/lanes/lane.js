@@ -27,8 +27,8 @@ import { shownSpan } from './view.js';
  * how strong a new event is; whether an event's strength can be moved here.
  * @typedef {{
  *   field: 1 | 2,
- *   shown: (value: number) => number,
- *   value: (shown: number) => number,
+ *   plotted: (value: number) => number,
+ *   value: (plotted: number) => number,
  *   room: number,
  *   high: (isHeld: boolean, facts: Facts) => number,
  *   lines: (high: number) => number[],
@@ -43,8 +43,14 @@ import { shownSpan } from './view.js';
  * }} Face
  */
 
-/** Where the motor lets a tap end. @param {Tap} event @param {TapFacts | undefined} facts */
-export const tapEnd = (event, facts) => facts?.end_ms ?? endOf(event);
+/**
+ * Where a tap is drawn and touched: up to where the motor lets it end, and never too narrow to be seen.
+ * @param {Plot} plot @param {Tap} event @param {TapFacts | undefined} facts
+ */
+export function tapSides(plot, event, facts) {
+  const left = plot.x(event.start);
+  return { left, wide: Math.max(4, plot.x(facts?.end_ms ?? endOf(event)) - left) };
+}
 
 export class EventLane {
   /** As it was drawn last. @type {Plot | null} */
@@ -107,7 +113,7 @@ export class EventLane {
 
   /** @param {Plot} plot @param {PatternEvent} event @param {CurvePoint} point @returns {Place} */
   #placeOf(plot, event, point) {
-    return [plot.x(timeOf(event, point)), plot.y(this.#face.shown(point[this.#face.field]))];
+    return [plot.x(timeOf(event, point)), plot.y(this.#face.plotted(point[this.#face.field]))];
   }
 
   /** @param {Plot} plot @param {PatternEvent} event @returns {Places} */
@@ -162,8 +168,8 @@ export class EventLane {
     return applied({
       continuous: (event) => face.shapeOfCurve(plot, event, this.#placesOf(plot, event)),
       transient: (event, i) => {
-        const [left, top] = [plot.x(event.start), face.topOfTap(plot, event)];
-        const wide = Math.max(6, plot.x(tapEnd(event, factsOf(facts, event, i))) - left);
+        const { left, wide } = tapSides(plot, event, factsOf(facts, event, i));
+        const top = face.topOfTap(plot, event);
         return { places: box(left, top, wide, plot.bottom - top), isLine: false };
       },
     }, event, i);
@@ -189,9 +195,9 @@ export class EventLane {
    * @param {PatternEvent} event @param {Part} part @param {number} ms @param {number} by
    */
   dragged(event, { part, point }, ms, by) {
-    const { field, shown, value, hasStrength } = this.#face;
+    const { field, plotted, value, hasStrength } = this.#face;
     const old = part === 'point' ? pointsOf(event)[point] : undefined;
-    if (old !== undefined) return this.moved(event, { part, point }, ms, value(shown(old[field]) + by) - old[field]);
+    if (old !== undefined) return this.moved(event, { part, point }, ms, value(plotted(old[field]) + by) - old[field]);
     if (part === 'end') return this.moved(event, { part, point }, ms, 0);
     return startedAt(hasStrength ? kindOf(event).lifted(event, by) : event, event.start + ms);
   }

@@ -5,7 +5,7 @@ import { add } from '../model/commands.js';
 import { clamp } from '../model/numbers.js';
 import { current, show } from '../model/state.js';
 import { newTap } from '../model/tap.js';
-import { motorOf, release, samples, tapPiece } from '../library/pieces.js';
+import { about, motorOf, release, samples, tapPiece } from '../library/pieces.js';
 import { clipped, colour, drawGrid, plotOn } from '../page/canvas.js';
 import { element, onSetting, setValue } from '../page/elements.js';
 import { wordItems } from '../page/words.js';
@@ -21,7 +21,8 @@ const strip = element('levels', HTMLCanvasElement);
 let last = { key: '', piece: null };
 
 /** Chips without samples take the tap as it is at chip 0. @param {Profile} profile */
-const sounding = (profile) => (profile.chip === 11 ? { ...profile, chip: 0 } : profile);
+const sounding = (profile) =>
+  about.chips.some(({ chip, stream }) => stream && chip === profile.chip) ? { ...profile, chip: 0 } : profile;
 
 /** @param {boolean} anew even if nothing of it has changed */
 export function showTap(anew) {
