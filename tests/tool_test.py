@@ -48,6 +48,7 @@ patern p.json | 2 | patern: is no command; .*; did you mean pattern\?
 --motor 832 | 2 | --motor: stands behind its command: tap, pattern, sheet or compare
 --hlep | 2 | --hlep: is no option; did you mean --help\?
 --motor 832 tap | 2 | --motor: stands behind its command: lrasynth tap --motor
+--response tap x.svg | 2 | --response: stands behind its command: lrasynth tap --response
 completion tcsh | 2 | SHELL: must be bash, zsh or fish, not tcsh
 --fast tap x.wav | 2 | --fast: is no option of this command
 tap --faster x.wav | 2 | --faster: is no option of this command
@@ -65,6 +66,7 @@ tap --level 99999999999999999999 x.wav | 2 | --level: {WHOLE} 999999999999999999
 tap --level {"9" * 60} x.wav | 2 | --level: {WHOLE} 9{{40}}\.\.\.
 tap --level ESC x.wav | 2 | --level: {WHOLE} .x1B
 tap --level | 2 | --level: takes one value
+tap --title --strict=no --level | 2 | --level: takes one value
 tap --level 1 --level 2 x.wav | 2 | --level: takes one value
 tap --level 1,2 x.wav | 2 | --level: takes one value
 tap --intensity 101 x.wav | 2 | --intensity: {WHOLE} 101

@@ -36,7 +36,6 @@ std::vector<std::string> typed_words(int argc, const char* const* argv) {
     words.emplace_back(argv[i]);
     if (words.back() == "--response" && !is_number) words.back() += "=20";
   }
-  std::reverse(words.begin(), words.end());  // as CLI11 takes them
   return words;
 }
 
@@ -78,6 +77,25 @@ std::string refusal_of_extra(const CLI::App& command, const std::string& extra, 
   return design::shown(extra) + ": is no option of this command" + design::did_you_mean(name, owned);
 }
 
+// Of an option with too few or too many values; which it is, CLI11 says in its text alone.
+std::string refusal_of_values(const CLI::App& command, const std::vector<std::string>& words) {
+  for (const CLI::Option* const option : command.get_options()) {
+    const int most = option->get_items_expected_max();
+    if (most > 0 && std::ssize(option->results()) > most) return option->get_name() + ": takes one value";
+  }
+  std::string last;
+  for (size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    const CLI::Option* const option = command.get_option_no_throw(word.substr(0, word.find('=')));
+    if (option == nullptr || option->get_positional()) continue;
+    last = option->get_name();
+    const bool has_value = word.find('=') < word.size() - 1;
+    if (has_value && option->get_disable_flag_override()) return last + ": takes no value";
+    if (!has_value && option->get_items_expected_max() > 0) ++i;  // the next word is its value, however it looks
+  }
+  return last + ": takes one value";  // which is missing
+}
+
 // In our words, what CLI11 says otherwise.
 std::string refusal_of(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& words) {
   std::vector<std::string> extras = app.remaining(true);
@@ -88,11 +106,8 @@ std::string refusal_of(const CLI::App& app, const CLI::ParseError& error, const 
     return extras.empty() ? "a command is required: " + design::listed(names) : refusal_of_word(app, extras.front());
   }
   if (!extras.empty()) return refusal_of_extra(*app.get_subcommands().front(), extras.front(), words);
-  const std::string said = error.what();
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return said;
-  const size_t flag = said.find(" was given a disallowed flag override");
-  return flag != said.npos ? "--" + said.substr(0, flag) + ": takes no value"
-                           : said.substr(0, said.find(':')) + ": takes one value";
+  const bool is_about_values = dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr;
+  return is_about_values ? refusal_of_values(*app.get_subcommands().front(), words) : error.what();
 }
 
 void add_command(CLI::App& app, const Command& command, Arguments& arguments) {
@@ -116,8 +131,9 @@ int run(int argc, const char* const* argv) {
   app.require_subcommand(1);
   Arguments arguments;
   for (const Command& command : commands()) add_command(app, command, arguments);
+  const std::vector<std::string> words = typed_words(argc, argv);
   try {
-    app.parse(typed_words(argc, argv));
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));  // as CLI11 takes them
     return 0;
   } catch (const CLI::ParseError& error) {
     // Also how --help and --version end.
@@ -125,7 +141,7 @@ int run(int argc, const char* const* argv) {
       app.exit(error);
       return std::cout.flush() ? 0 : complain("cannot write standard output", kCannotRender);
     }
-    return complain(refusal_of(app, error, {argv + 1, argv + argc}), kWrongInput);
+    return complain(refusal_of(app, error, words), kWrongInput);
   }
 }
 
