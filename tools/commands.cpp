@@ -22,6 +22,9 @@ namespace {
 
 using design::text;
 
+// What an event stream cannot go with.
+std::string with_chip_of(const lrasynth_profile& profile) { return text("with --chip %d", profile.chip_type); }
+
 // Prints the warnings of all, and ends the command where they are faults.
 void report(const Arguments& arguments, std::span<const design::Piece> pieces) {
   std::vector<std::string> lines;
@@ -116,10 +119,11 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
     refuse(text("-: standard output is a terminal, which %s would garble: send it to a file or a program", form.name));
   }
   if (!suits(form, piece)) {
+    const std::string with_chip = " " + with_chip_of(piece.waveform.profile);
     if (path == kStandardOutput)
-      refuse("--format: must be " + design::listed(design::file_forms("", true)) + " with --chip 11");
+      refuse("--format: must be " + design::listed(design::file_forms("", true)) + with_chip);
     refuse("OUTPUT: " + design::shown(path) + " must end in " + design::listed(design::file_forms(".", true)) +
-           " with --chip 11");
+           with_chip);
   }
   std::shared_ptr<const design::Motion> motion;
   const bool is_picture = form.name == std::string_view("svg");
@@ -157,7 +161,7 @@ void run_pattern(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
   arguments.refuse_idle({"--interval"}, arguments.playback.loops == 1, "without --loop 2 or more");
   arguments.note_idle({"--interval", "--limit", "--response", "--response-hz"}, design::is_event_stream(profile),
-                      "with --chip 11");
+                      with_chip_of(profile));
   const design::Piece piece = pattern_piece(arguments, profile, read_patterns(arguments.files).front());
   std::vector<File> files;
   if (arguments.has("--save")) {
@@ -214,7 +218,7 @@ void run_compare(const Arguments& arguments) {
   if (std::count(files.begin(), files.end(), kStandardOutput) > 1) refuse("-: is named twice");
   const std::vector<lrasynth_profile> profiles = arguments.profiles();
   for (const lrasynth_profile& profile : profiles) {
-    if (design::is_event_stream(profile)) refuse("--chip: 11 plays events, not a waveform");
+    if (design::is_event_stream(profile)) refuse(text("--chip: %d plays events, not a waveform", profile.chip_type));
   }
   arguments.refuse_idle({"--boost"}, files.empty(), "for taps");
   arguments.refuse_idle({"--level", "--intensity", "--in-pattern"}, !files.empty(), "beside a pattern");
