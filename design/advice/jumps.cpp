@@ -9,20 +9,19 @@
 namespace design {
 namespace {
 
-struct Heard {
+struct Part {
   int64_t from;  // samples
   int64_t to;
   size_t event;
 };
 
 // What is heard in the first pass, in ascending time, and what follows on it.
-std::vector<Heard> heard_in(const Score& score) {
-  std::vector<Heard> heard;
+std::vector<Part> parts_of(const Score& score) {
+  std::vector<Part> heard;
   const auto sample_at = [&](double ms) { return std::llround(ms * score.profile().sample_rate / 1000.0); };
-  for (size_t i = 0; i < score.events().size(); ++i) {
-    for (const Span& span : score.heard(i)) heard.push_back({sample_at(span.from), sample_at(span.to), i});
+  for (const Heard& one : score.all_heard()) {
+    heard.push_back({sample_at(one.span.from), sample_at(one.span.to), one.event});
   }
-  std::sort(heard.begin(), heard.end(), [](const Heard& a, const Heard& b) { return a.from < b.from; });
   const bool goes_on = score.playback().loops > 1 && score.playback().interval_ms == 0 && !heard.empty();
   if (goes_on && heard.front().from == 0) {
     const int64_t pass = sample_at(score.pass_ms());
@@ -31,7 +30,7 @@ std::vector<Heard> heard_in(const Score& score) {
   return heard;
 }
 
-void add_restarts(const Score& score, const Heard& heard, std::vector<Jump>& jumps) {
+void add_restarts(const Score& score, const Part& heard, std::vector<Jump>& jumps) {
   const Event& event = score.events()[heard.event];
   if (event.vibration() == nullptr) return;
   for (size_t point = 1; point < 3; ++point) {
@@ -64,7 +63,7 @@ void measure(const Score& score, std::vector<Jump>& jumps) {
 
 std::vector<Jump> jumps_of(const Score& score) {
   std::vector<Jump> jumps;
-  const std::vector<Heard> heard = heard_in(score);
+  const std::vector<Part> heard = parts_of(score);
   for (size_t i = 0; i < heard.size(); ++i) {
     const bool follows = i > 0 && heard[i - 1].to == heard[i].from;
     jumps.push_back(

@@ -18,15 +18,19 @@ std::string title_of(const std::string& name, const lrasynth_profile& profile, c
 }
 
 Piece pattern_piece(std::shared_ptr<const Score> score, const std::string& name) {
+  const bool is_stream = is_event_stream(score->profile());
+  std::vector<Jump> jumps = is_stream ? std::vector<Jump>() : jumps_of(*score);
+  std::vector<Warning> warnings = warnings_of(*score, jumps);
   const auto read = [score](int64_t first, std::span<uint8_t> window) { score->read(first, window); };
   return {.waveform = {.title = title_of(name, score->profile(), score->playback()),
                        .profile = score->profile(),
                        .length = score->length(),
                        .read = read,
                        .sections = score->sections(),
-                       .is_stream = is_event_stream(score->profile())},
+                       .is_stream = is_stream},
           .score = score,
-          .warnings = warnings_of(*score)};
+          .jumps = std::move(jumps),
+          .warnings = std::move(warnings)};
 }
 
 // Why a pattern cannot be served; empty: it can.

@@ -18,6 +18,7 @@ namespace design {
 struct Piece {
   Waveform waveform;
   std::shared_ptr<const Score> score = nullptr;  // of a pattern
+  std::vector<Jump> jumps = {};                  // of a pattern that has samples
   std::vector<Warning> warnings = {};
 };
 

@@ -6,7 +6,6 @@
 #include <map>
 #include <utility>
 
-#include "design/advice/jumps.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
 #include "design/waveform/samples.h"
@@ -94,7 +93,7 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
   for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response())) {
     lines += text("  %-28s %s\n", name.c_str(), value.c_str());
   }
-  const Jump jump = piece.score != nullptr ? largest_of(jumps_of(*piece.score)) : Jump();
+  const Jump jump = largest_of(piece.jumps);
   if (jump.height == 0) return lines;
   return lines + text("  largest jump %d at ", jump.height) + ms_text(waveform.ms_of(jump.sample)) + " ms\n";
 }

@@ -8,7 +8,6 @@
 #include <map>
 #include <set>
 
-#include "design/advice/jumps.h"
 #include "design/base/length.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
@@ -111,12 +110,8 @@ int amplitude_at(const Waveform& waveform, int64_t sample) {
 // The warnings of one pattern.
 class Inspection {
  public:
-  explicit Inspection(const Score& score) : score_(score), profile_(score.profile()) {
-    for (size_t i = 0; i < score.events().size(); ++i) {
-      for (const Span& span : score.heard(i)) heard_.push_back({span, i});
-    }
-    std::sort(heard_.begin(), heard_.end(), [](const Heard& a, const Heard& b) { return a.span.from < b.span.from; });
-  }
+  Inspection(const Score& score, const std::vector<Jump>& jumps)
+      : score_(score), jumps_(jumps), profile_(score.profile()), heard_(score.all_heard()) {}
 
   std::vector<Warning> run() {
     is_event_stream(profile_) ? inspect_stream() : inspect_samples();
@@ -126,11 +121,6 @@ class Inspection {
   }
 
  private:
-  struct Heard {
-    Span span;
-    size_t event;
-  };
-
   void warn(const Event& event, double since_start_ms, std::string what, std::string kind = {}) {
     warnings_.push_back({event.number, event.start_ms + since_start_ms, std::move(what), std::move(kind)});
   }
@@ -258,7 +248,7 @@ class Inspection {
 
   // Where no curve merely goes on to its next point.
   void inspect_jumps() {
-    std::vector<Jump> jumps = jumps_of(score_);
+    std::vector<Jump> jumps = jumps_;
     std::erase_if(jumps, [](const Jump& jump) { return jump.height < kHighJump || jump.is_restart; });
     for (const Jump& jump : jumps) {
       const bool to_rest = jump.to == Jump::kRest;
@@ -326,8 +316,7 @@ class Inspection {
     for (Event& moved : events) {
       if (moved.number == event.number) moved.start_ms -= by_ms;
     }
-    const auto earlier = [](const Event& a, const Event& b) { return a.start_ms < b.start_ms; };
-    std::stable_sort(events.begin(), events.end(), earlier);
+    std::stable_sort(events.begin(), events.end(), starts_before);
     return request_of(std::move(events), profile_, score_.playback()).added_ms == 0;
   }
 
@@ -381,6 +370,7 @@ class Inspection {
   }
 
   const Score& score_;
+  const std::vector<Jump>& jumps_;
   lrasynth_profile profile_;
   std::vector<Heard> heard_;  // all parts, disjoint and ascending
   std::vector<Warning> warnings_;
@@ -446,6 +436,8 @@ std::vector<Warning> warnings_of_tone(const Waveform& tone, int32_t amplitude) {
   return {{0, 0, peaks_text(count, text("amplitude %d", amplitude - 1))}};
 }
 
-std::vector<Warning> warnings_of(const Score& score) { return Inspection(score).run(); }
+std::vector<Warning> warnings_of(const Score& score, const std::vector<Jump>& jumps) {
+  return Inspection(score, jumps).run();
+}
 
 }  // namespace design

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "design/advice/jumps.h"
 #include "design/waveform/waveform.h"
 
 namespace design {
@@ -30,7 +31,7 @@ std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t le
 
 std::vector<Warning> warnings_of_tone(const Waveform& tone, int32_t amplitude);
 
-// In ascending time.
-std::vector<Warning> warnings_of(const Score& score);
+// Of a pattern with its jumps, in ascending time.
+std::vector<Warning> warnings_of(const Score& score, const std::vector<Jump>& jumps);
 
 }  // namespace design

@@ -83,6 +83,9 @@ struct Event {
   int32_t sent_strength() const;
 };
 
+// The order in which events play.
+inline bool starts_before(const Event& a, const Event& b) { return a.start_ms < b.start_ms; }
+
 inline bool of_one_kind(const Event& a, const Event& b) { return a.kind.index() == b.kind.index(); }
 
 }  // namespace design

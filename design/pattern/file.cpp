@@ -179,8 +179,7 @@ PatternFile read_pattern(std::string_view json) {
     const Event event = EventReader(entry, ++number, file.faults).read();
     if (file.faults.count == faults_before) file.events.push_back(event);
   }
-  const auto earlier = [](const Event& a, const Event& b) { return a.start_ms < b.start_ms; };
-  std::stable_sort(file.events.begin(), file.events.end(), earlier);
+  std::stable_sort(file.events.begin(), file.events.end(), starts_before);
   return file;
 }
 

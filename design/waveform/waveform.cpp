@@ -116,6 +116,15 @@ Span Score::span_of(size_t event) const {
   return {static_cast<double>(events_[event].start_ms), std::min(pass_ms_, events_[event].end_ms(profile_))};
 }
 
+std::vector<Heard> Score::all_heard() const {
+  std::vector<Heard> all;
+  for (size_t i = 0; i < events_.size(); ++i) {
+    for (const Span& span : heard_[i]) all.push_back({span, i});
+  }
+  std::sort(all.begin(), all.end(), [](const Heard& a, const Heard& b) { return a.span.from < b.span.from; });
+  return all;
+}
+
 // Later events of a kind play over earlier ones, and taps over everything. Events ascend, so that from the last to the
 // first each starts before all that plays over it.
 void Score::find_heard() {

@@ -70,6 +70,12 @@ Waveform tap_waveform(const lrasynth_profile& profile, int32_t level, int32_t dr
 // A sine burst of at most kLongestMs.
 Waveform tone_waveform(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude);
 
+// A part of an event of a score.
+struct Heard {
+  Span span;
+  size_t event;
+};
+
 // A pattern laid out in time on a chip and motor. Its events are without faults there.
 class Score {
  public:
@@ -92,6 +98,8 @@ class Score {
   // From its start to its end in the first pass, and of that what no other event plays over.
   Span span_of(size_t event) const;
   const std::vector<Span>& heard(size_t event) const { return heard_[event]; }
+  // Of all events, in ascending time.
+  std::vector<Heard> all_heard() const;
 
   void read(int64_t first, std::span<uint8_t> window) const;
 
