@@ -51,7 +51,6 @@ patern p.json | 2 | patern: is no command; .*; did you mean pattern\?
 --response tap x.svg | 2 | --response: stands behind its command: lrasynth tap --response
 completion tcsh | 2 | SHELL: must be bash, zsh or fish, not tcsh
 --fast tap x.wav | 2 | --fast: is no option of this command
-tap --faster x.wav | 2 | --faster: is no option of this command
 tap --intensty=5 x.wav | 2 | --intensty=5: is no option of this command; did you mean --intensity\?
 tap --boost off x.wav | 2 | --boost: is no option of this command
 tap --level 101 x.wav | 2 | --level: {WHOLE} 101
@@ -59,10 +58,8 @@ tap --level 5.5 x.wav | 2 | --level: {WHOLE} 5.5
 tap --level -1 x.wav | 2 | --level: {WHOLE} -1
 tap --level +1 x.wav | 2 | --level: {WHOLE} \+1
 tap --level 0x10 x.wav | 2 | --level: {WHOLE} 0x10
-tap --level 1e1 x.wav | 2 | --level: {WHOLE} 1e1
 tap --level ' 7' x.wav | 2 | --level: {WHOLE}  7
 tap --level '' x.wav | 2 | --level: {WHOLE} an empty word
-tap --level 99999999999999999999 x.wav | 2 | --level: {WHOLE} 99999999999999999999
 tap --level {"9" * 60} x.wav | 2 | --level: {WHOLE} 9{{40}}\.\.\.
 tap --level ESC x.wav | 2 | --level: {WHOLE} .x1B
 tap --level | 2 | --level: takes one value
@@ -71,12 +68,9 @@ tap --level 1 --level 2 x.wav | 2 | --level: takes one value
 tap --level 1,2 x.wav | 2 | --level: takes one value
 tap --intensity 101 x.wav | 2 | --intensity: {WHOLE} 101
 tap --motor 7 x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not 7
-tap --motor abc x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not abc
-tap --motor '' x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not an empty word
 tap --motor 01040 x.wav | 2 | --motor: must be .* not 01040
 tap --motor 81540 x.wav | 2 | --motor: motor 81540 has no taps
 tap --chip -1 x.wav | 2 | --chip: must be a whole number from 0 to 2147483647, not -1
-tap --chip 1.0 x.wav | 2 | --chip: must be .*, not 1.0
 tap x.mp3 | 2 | OUTPUT: x.mp3 must end in .wav, .svg, .csv or .bin, or be -
 tap x | 2 | OUTPUT: x must end in .*
 tap x.wav x.mp3 | 2 | OUTPUT: x.mp3 must end in .*
@@ -85,14 +79,10 @@ tap - | 2 | --format: OUTPUT - needs wav, svg, csv or bin
 tap --format mp3 - | 2 | --format: must be wav, svg, csv or bin, not mp3
 tap --format csv x.wav | 2 | --format: does nothing without OUTPUT -
 tap --format csv - - | 2 | -: takes one thing only
-tap x.wav x.wav | 2 | x.wav: is named twice
 tap x.wav ./x.wav | 2 | ./x.wav: is named twice
 tap --audible x.csv | 2 | --audible: does nothing without a .wav file
-tap --audible | 2 | --audible: does nothing without a .wav file
 tap --response=0 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 0
-tap --response=high x.svg | 2 | --response: must be a whole number from 1 to 1000, not high
 tap --response 1001 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 1001
-tap --response 5.5 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 5.5
 tap --strict=no x.wav | 2 | --strict: takes no value
 tap -- x.mp3 | 2 | OUTPUT: x.mp3 must end in .*
 tap --response x.wav | 2 | --response: does nothing without an .svg file
@@ -108,7 +98,6 @@ tap --level 60 --intensity 100 --strict x.wav | 2 | --strict: a warning is a fau
 tap nosuch/x.wav | 1 | cannot write nosuch/x.wav: No such file or directory
 tap x.csv nosuch/x.wav | 1 | cannot write nosuch/x.wav: No such file or directory
 tap {"n" * 256}.wav | 1 | cannot write n{{120}}\.\.\.: File name too long
-tap /dev/full.wav/x.wav | 1 | cannot write /dev/full.wav/x.wav: .*
 tone x.wav | 2 | --frequency is required
 tone --frequency 0 --half-periods 2 --amplitude 9 x.wav | 2 | --frequency: must be a whole number from 1 to 12000, not 0
 tone --frequency 7000 --half-periods 2 --amplitude 9 --chip 1 x.wav | 2 | --frequency: must be .* 1 to 6000, not 7000, at 12000 samples a second
@@ -120,16 +109,11 @@ sheet | 2 | PICTURE is required
 sheet x.png | 2 | PICTURE: x.png must end in .svg, or be -
 sheet x.svg y.svg | 2 | y.svg: is an argument too many
 sheet --levels 0,101 x.svg | 2 | --levels: {WHOLE} 101
-sheet --levels 1-5 x.svg | 2 | --levels: {WHOLE} 1-5
-sheet nosuch/x.svg | 1 | cannot write nosuch/x.svg: No such file or directory
 pattern | 2 | FILE is required
 pattern nosuch.json | 1 | cannot read nosuch.json: No such file or directory
 pattern . x.wav | 1 | cannot read .: Is a directory
-pattern p.json/x x.wav | 1 | cannot read p.json/x: Not a directory
 pattern - x.wav | 2 | -:1:1: is not JSON: the text is empty
 pattern p.json p.json | 2 | OUTPUT: p.json must end in .*
-pattern p.json --save p.json | 2 | p.json: is named twice
-pattern p.json --save link.json | 2 | link.json: is named twice
 pattern link.json --save ./p.json | 2 | ./p.json: is named twice
 pattern p.json --save x.wav x.wav | 2 | x.wav: is named twice
 pattern p.json --save - --print-request | 2 | -: takes one thing only
@@ -137,7 +121,6 @@ pattern p.json --print-request --format csv - | 2 | -: takes one thing only
 pattern p.json --motor 832 --boost maybe x.wav | 2 | --boost: must be on or off, not maybe
 pattern p.json --interval 5 x.wav | 2 | --interval: does nothing without --loop 2 or more
 pattern p.json --loop 0 x.wav | 2 | --loop: must be a whole number from 1 to 65535, not 0
-pattern p.json --loop 65535 x.wav | 2 | p.json: the waveform may last 600000 ms at most, with all passes and gaps
 pattern p.json --loop 2 --interval 600000 x.wav | 2 | p.json: the waveform .* with all passes and gaps
 pattern p.json --limit 50 x.wav | 2 | p.json:1:78: event 2: start: a continuous vibration starts later than the limit: 50 ms
 pattern nested.json --limit 50 --loop 2 x.wav | 2 | nested.json:1:13: event 1: ends last, at 90 ms, where passes need .* at least 90, not 50
@@ -161,8 +144,6 @@ pattern p.json --save '' | 2 | --save: must be a file, or -, not an empty word
 pattern p.json --save --strict | 2 | --save: must be a file, or -, not --strict
 pattern p.json --save /dev/stdout --print-request | 2 | -: takes one thing only
 compare --from 5 | 2 | --from: does nothing without an .svg file
-compare nosuch.json x.svg | 1 | cannot read nosuch.json: No such file or directory
-compare p.json nosuch/x.svg | 1 | cannot write nosuch/x.svg: No such file or directory
 compare --level 60 --intensity 100 --strict x.svg | 2 | --strict: a warning is a fault
 """
 

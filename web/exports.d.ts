@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Printed by tests/types.mjs from studio.h.
+// Printed by types.mjs from studio.h.
 
 /** In linear memory; 0 is null. */
 export type Address = number & { readonly address: unique symbol };

@@ -2,18 +2,11 @@
 // Byte for byte, studio.wasm and lrasynth.wasm give what the native command gives, which LRASYNTH may name.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
-import { tmpdir } from 'node:os';
+import { readFileSync, readdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { after, test } from 'node:test';
-import { fileURLToPath } from 'node:url';
-import { declarations, declared } from './types.mjs';
-
-const root = fileURLToPath(new URL('../..', import.meta.url));
-const site = join(root, 'build/web/site');
-const command = process.env.LRASYNTH ?? join(root, 'build/test/tools/lrasynth');
-const work = mkdtempSync(join(tmpdir(), 'studio-'));
-after(() => rmSync(work, { recursive: true }));
+import { test } from 'node:test';
+import { declarations, declared } from '../types.mjs';
+import { lrasynth, root, scratch, site } from './browser.mjs';
 
 const load = async (name) => (await WebAssembly.instantiate(readFileSync(join(site, name)))).instance.exports;
 const wasm = await load('studio.wasm'); // without imports
@@ -44,21 +37,16 @@ function form(name, quality = 0, hz = 0, from = 0, to = 0) {
   return length < 0 ? null : result();
 }
 
-function native(...words) {
-  const run = spawnSync(command, words, { cwd: work, maxBuffer: 1 << 28 });
-  return { printed: run.stdout, complaints: run.stderr.toString().split('\n').slice(0, -1) };
-}
-
 const read = (directory) => readdirSync(directory).map((name) => [name, readFileSync(join(directory, name), 'utf8')]);
 const files = Object.fromEntries([
-  ...read(join(root, 'tools/demo')),
+  ...read(scratch),
   ['taps "\u00e9".json', '{"events":[{"type":"transient","start":3,"intensity":100,"level":90},' +
     '{"type":"transient","start":8,"intensity":99,"level":30}]}'],
   ['wrong.json', '{"events":[{"type":"transient","start":1.5,"level":101,"x\\n":0},\n{"type":"tap \\"\u00e9"},3]}'],
   ['broken.json', `{"events":[${'{},'.repeat(30)}]}`],
   ['cut.json', '{"events":[{"a'],
 ]);
-for (const [name, text] of Object.entries(files)) writeFileSync(join(work, name), text);
+for (const [name, text] of Object.entries(files)) writeFileSync(join(scratch, name), text);
 
 const forms = [
   ['bin', [0], ['--format', 'bin', '-']],
@@ -75,8 +63,8 @@ const without = (line) => line.replace(/event \d+ at [\d.]+ ms: /, '');
 // Of the last piece.
 function compare(...words) {
   const { faults, warnings } = facts();
-  const lines = [...warnings.map(({ line }) => `warning: ${line}`), ...faults].map((line) => `lrasynth: ${line}`);
-  const said = native(...words).complaints.filter((line) => !line.startsWith('lrasynth: note: '));
+  const lines = [...warnings.map(({ line }) => `warning: ${line}`), ...faults];
+  const said = lrasynth(...words).lines.filter((line) => !line.startsWith('note: '));
   // The command tells what several events have in common once, of the first of them.
   const once = lines.filter((line, i) => i === lines.findIndex((other) => without(other) === without(line)));
   const firsts = said.map((line) => line.replace(/in \d+ events, first |; the others likewise| \(\d+ places\)/g, ''));
@@ -84,7 +72,7 @@ function compare(...words) {
   assert.deepEqual(isShort ? firsts.filter((line) => !once.includes(line)) : firsts, isShort ? [] : once, `${words}`);
   for (const [name, view, options] of forms) {
     const made = form(name, ...view) ?? Buffer.alloc(0);
-    assert.ok(native(...words, ...options).printed.equals(made), `${words}: ${name}`);
+    assert.ok(lrasynth(...words, ...options).stdout.equals(made), `${words}: ${name}`);
   }
 }
 
@@ -110,8 +98,8 @@ test('taps', () => {
       tap(level, 97, share, motor, chip);
       const words = [`--motor=${motor}`, `--chip=${chip}`, `--level=${level}`, '--intensity=97'];
       for (const [name, view, options] of forms.filter(([kind]) => kind !== 'json' && kind !== 'c')) {
-        const { printed } = native('tap', ...words, ...(share ? ['--in-pattern'] : []), ...options);
-        assert.ok(printed.equals(form(name, ...view)), `${words}: ${name}`);
+        const { stdout } = lrasynth('tap', ...words, ...(share ? ['--in-pattern'] : []), ...options);
+        assert.ok(stdout.equals(form(name, ...view)), `${words}: ${name}`);
       }
     }
   }
@@ -120,7 +108,7 @@ test('taps', () => {
 });
 
 test('the types are those of studio.h, and the texts those of the types', () => {
-  const web = fileURLToPath(new URL('..', import.meta.url));
+  const web = join(root, 'web');
   assert.equal(readFileSync(join(web, 'exports.d.ts'), 'utf8'), declarations, 'npm run types prints it anew');
   const own = Object.entries(wasm).filter(([name]) => name.startsWith('studio_'));
   assert.deepEqual(own.map(([name, { length }]) => [name, length]).sort(),
@@ -138,10 +126,10 @@ test('the types are those of studio.h, and the texts those of the types', () => 
   wasm.studio_response(piece, 20, 0, 0, 9, 1);
   take('Estimate');
   const imported = `import type { About, Estimate, Facts } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
-  writeFileSync(join(work, 'texts.ts'), imported + texts.join('\n'));
+  writeFileSync(join(scratch, 'texts.ts'), imported + texts.join('\n'));
   const config = { extends: join(web, 'tsconfig.json'), include: ['texts.ts'] };
-  writeFileSync(join(work, 'tsconfig.json'), JSON.stringify(config));
-  const { stdout } = spawnSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), '-p', work]);
+  writeFileSync(join(scratch, 'tsconfig.json'), JSON.stringify(config));
+  const { stdout } = spawnSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), '-p', scratch]);
   assert.equal(stdout.toString(), '');
 });
 
@@ -217,10 +205,10 @@ test('pieces stay until they are released, so many at once, and other numbers ar
 test('lrasynth.wasm imports nothing, and the example renders with it', () => {
   const library = join(site, 'lrasynth.wasm');
   assert.deepEqual(WebAssembly.Module.imports(new WebAssembly.Module(readFileSync(library))), []);
-  writeFileSync(join(work, 'looped.json'),
+  writeFileSync(join(scratch, 'looped.json'),
     '{"events":[{"type":"continuous","start":0,"duration":400,"points":[[0,0,0],[100,90,20],[300,60,0],[400,0,0]]}]}');
-  const run = spawnSync(process.execPath, [join(root, 'examples/node/render.mjs'), library, 'samples'], { cwd: work });
+  const run = spawnSync(process.execPath, [join(root, 'examples/node/render.mjs'), library, 'samples'], { cwd: scratch });
   assert.equal(run.stderr.toString(), '');
-  const { printed } = native('pattern', 'looped.json', '--loop=10', '--interval=200', '--format=bin', '-');
-  assert.ok(printed.length === 139200 && printed.equals(readFileSync(join(work, 'samples'))));
+  const { stdout } = lrasynth('pattern', 'looped.json', '--loop=10', '--interval=200', '--format=bin', '-');
+  assert.ok(stdout.length === 139200 && stdout.equals(readFileSync(join(scratch, 'samples'))));
 });

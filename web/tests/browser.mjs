@@ -2,24 +2,25 @@
 // The built site in Debian's browser, and the command beside it.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, writeFileSync } from 'node:fs';
+import { cpSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { tmpdir } from 'node:os';
 import { extname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { chromium } from 'playwright-core';
 
-const root = fileURLToPath(new URL('../..', import.meta.url));
+export const root = fileURLToPath(new URL('../..', import.meta.url));
 export const site = process.env.STUDIO_SITE ?? join(root, 'build/web/site');
-export const demos = join(root, 'tools/demo');
 const command = process.env.LRASYNTH ?? join(root, 'build/test/tools/lrasynth');
 export const scratch = mkdtempSync(join(tmpdir(), 'studio-'));
+cpSync(join(root, 'tools/demo'), scratch, { recursive: true });
+process.on('exit', () => rmSync(scratch, { recursive: true }));
 
-/** Run where the demo patterns are. */
+/** Run where the demo patterns are, and what a test writes. */
 export function lrasynth(...words) {
-  const { error, status, stdout, stderr } = spawnSync(command, words, { cwd: demos, maxBuffer: 1 << 28 });
+  const { error, status, stdout, stderr } = spawnSync(command, words, { cwd: scratch, maxBuffer: 1 << 28 });
   assert.ifError(error);
-  const lines = stderr.toString().trim().split('\n').map((line) => line.replace(/^lrasynth: /, ''));
+  const lines = stderr.toString().split('\n').slice(0, -1).map((line) => line.replace(/^lrasynth: /, ''));
   return { status, stdout, lines };
 }
 
@@ -45,6 +46,9 @@ export async function startBrowser() {
   address = `http://127.0.0.1:${server.address().port}/`;
   browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
 }
+
+/** Between tests, since what still plays or draws there would slow down the next one. */
+export const closePages = () => Promise.all(browser.contexts().map((visitor) => visitor.close()));
 
 export async function stopBrowser() {
   await browser?.close();
@@ -101,6 +105,10 @@ function pacedHands(page) {
   return page;
 }
 
+export async function press(page, ...keys) {
+  for (const key of keys) await page.keyboard.press(key);
+}
+
 /** From the list. */
 export const choose = (page, event) => page.click(`#events > :nth-child(${event + 1}) .event`);
 export const chosen = (page) => page.locator('.event[aria-pressed=true]').textContent();
@@ -138,7 +146,7 @@ export async function openFile(page, file) {
   await settled(page);
 }
 
-export const openDemo = (page, name) => openFile(page, join(demos, `${name}.json`));
+export const openDemo = (page, name) => openFile(page, join(scratch, `${name}.json`));
 
 /** Where a point of an event, or its grip, is on the screen. */
 export const pointOnScreen = (page, lane, event, point) => page.evaluate(async ([lane, event, point]) => {

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // What is seen on the canvases, heard, and reached with wheel and fingers.
 import assert from 'node:assert/strict';
-import { after, before, test } from 'node:test';
+import { after, afterEach, before, test } from 'node:test';
 import * as studio from './browser.mjs';
 
 const { choose, coloured, exported, lrasynth, openEvents, openPage, plotOf, shownSpan } = studio;
 
 before(studio.startBrowser);
+afterEach(studio.closePages);
 after(studio.stopBrowser);
 
 const tap = { type: 'transient', start: 20, intensity: 80, level: 60 };
@@ -33,7 +34,7 @@ test('the lane for intensity draws taps, curves where they are heard, passes, an
   const driven = Number((await page.textContent('#driven')).match(/\d+/)[0]);
   assert.ok(driven > 20 && driven < 76);
   await page.focus('#intensity-lane');
-  for (const key of ['Escape', 'Home']) await page.keyboard.press(key);
+  await studio.press(page, 'Escape', 'Home');
   const sees = watcher(page, 'intensity-lane', [0, 100], [30, 8]);
   const area = [[150, 50], [110, 15], [290, 15], [200, 5]];
   await sees('curve', [[125, 60], [200, 100], [275, 60]], true, 60);
@@ -144,7 +145,7 @@ test('the waveform is drawn as it is, near and far, with its response, and so is
   await far('vibration', inside.map((at) => [at / 24, -samples[at] / 2 - 20 * Math.sign(samples[at])]), false);
 
   await page.focus('#level');
-  for (let i = 0; i < 20; ++i) await page.keyboard.press('ArrowRight'); // each is another piece
+  await studio.press(page, ...Array(20).fill('ArrowRight')); // each is another piece
   await page.fill('#level-number', '60');
   const codes = tapCodes('--level=60');
   const tapAt = await plotOf(page, 'tap-wave', { from: 0, to: codes.length / 24 }, [-128, 128], [20, 22]);

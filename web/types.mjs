@@ -9,12 +9,12 @@ const argumentOf = (words) => ({ name: words.match(/\w+$/)[0], type: typeOf(word
 
 /** Of each function its name, its result and its arguments. */
 export const declared = Array.from(
-  readFileSync(new URL('../studio.h', import.meta.url), 'utf8').matchAll(declaration),
+  readFileSync(new URL('./studio.h', import.meta.url), 'utf8').matchAll(declaration),
   ([, name, result, words]) =>
     ({ name, result: typeOf(result), arguments: words === '' ? [] : words.split(/,\s+/).map(argumentOf) }));
 
 export const declarations = `// SPDX-License-Identifier: Apache-2.0
-// Printed by tests/types.mjs from studio.h.
+// Printed by types.mjs from studio.h.
 
 /** In linear memory; 0 is null. */
 export type Address = number & { readonly address: unique symbol };
