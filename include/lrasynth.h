@@ -417,8 +417,8 @@ extern const uint8_t wave_custom_T100[824];
  * Between two points the intensity moves along a quarter sine and the frequency linearly. The phase is that frequency
  * times the time since the point, and not summed up, so that it restarts at each point and a sweep moves at about twice
  * the distance that its points name: from 170 to 310 Hz it ends near 450. Point times do not decrease and span the
- * duration exactly; only their differences matter. Where they do not, segments are drawn as far as they fall inside
- * the event, rest (255) elsewhere.
+ * duration; only their differences matter. Points may lie beyond the duration: segments are drawn as far as they fall
+ * inside the event, rest (255) where none does.
  *
  * The last record must be the event that ends last. For the event stream records stand in ascending order of start.
  *
@@ -571,9 +571,9 @@ typedef struct lrasynth_pattern {
 #define LRASYNTH_ERROR_INCOMPLETE_RECORD (-18) /**< A record that does not fit into the array. */
 #define LRASYNTH_ERROR_READS_AS_RECORD (-19)   /**< A parameter of the value of a type. */
 #define LRASYNTH_ERROR_NEGATIVE_TIME (-20)     /**< A start or duration. */
-#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< An event or interval that reaches beyond 2^31 - 1 samples. */
+#define LRASYNTH_ERROR_HUGE_TIME (-21)         /**< A time or an interval that reaches beyond 2^31 - 1 samples. */
 #define LRASYNTH_ERROR_POINTS_BACKWARDS (-22)  /**< A point before the one that it follows. */
-#define LRASYNTH_ERROR_POINTS_SPAN (-23)       /**< The points do not span the duration. */
+#define LRASYNTH_ERROR_POINTS_SPAN (-23)       /**< The points do not span the whole duration. */
 #define LRASYNTH_ERROR_FULL_SCALE (-24)        /**< An amplitude beyond full scale, or a tap beyond 100 %. */
 #define LRASYNTH_ERROR_LAST_RECORD (-25)       /**< The last record is not the event that ends last. */
 #define LRASYNTH_ERROR_STREAM_ORDER (-26)      /**< Records of an event stream not in ascending order of start. */
@@ -644,7 +644,8 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  *     FULL_SCALE           the intensity: an amplitude beyond -127..127
  *     OFFSET               the offset                                         (samples)
  *   then:
- *     POINTS_SPAN          the time of point 4: from point 1 it is not the duration
+ *     POINTS_SPAN          the time of point 4: from point 1 it is less than the duration
+ *     HUGE_TIME            the time of point 4: from point 1 it is too far    (samples)
  *     LAST_RECORD          the type of the first event that ends later than   (samples, in whole ms)
  *                          the last record
  *     HUGE_TIME            the number of integers: the interval               (samples, where a pass repeats)

@@ -177,8 +177,11 @@ TEST(Check, FindsTheFirstFault) {
               {{LRASYNTH_ERROR_OFFSET, 24}, {{24, -51}}},
               {{LRASYNTH_ERROR_OFFSET, 33}, {{33, 51}}},
               {{LRASYNTH_ERROR_POINTS_BACKWARDS, 28}, {{28, 9}, {24, 50}}},
-              {{LRASYNTH_ERROR_POINTS_SPAN, 31}, {{31, 41}}},
+              {kSound, {{31, 41}}},
+              {{LRASYNTH_ERROR_POINTS_SPAN, 31}, {{31, 39}}},
               {{LRASYNTH_ERROR_POINTS_SPAN, 31}, {{22, 1}}},
+              {kSound, {{31, 89478485}}},
+              {{LRASYNTH_ERROR_HUGE_TIME, 31}, {{31, 89478486}}},
               {{LRASYNTH_ERROR_LAST_RECORD, 17}, {{35, 20}}},
               {{LRASYNTH_ERROR_LAST_RECORD, 0}, {{1, 100}, {18, 90}}}};
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);

@@ -72,7 +72,9 @@ Fault fault_of_curve(const Profile& profile, const Record& record) {
     if (clamped && !profile.streams()) return {LRASYNTH_ERROR_OFFSET, 7 + 3 * i};
   }
   const int64_t span = int64_t{points[3].ms} - points[0].ms;
-  return span != record.duration_ms ? Fault{LRASYNTH_ERROR_POINTS_SPAN, 14} : kNoFault;
+  if (span < record.duration_ms) return {LRASYNTH_ERROR_POINTS_SPAN, 14};
+  const bool fits = profile.streams() || profile.rate.per_ms * span <= kMostSamples;
+  return fits ? kNoFault : Fault{LRASYNTH_ERROR_HUGE_TIME, 14};
 }
 
 Fault fault_of_record(const Profile& profile, const Record& record, int32_t limit_ms) {
