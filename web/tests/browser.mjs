@@ -60,7 +60,7 @@ export async function stopBrowser() {
 export async function openPage({ context, link = '', ...options } = {}) {
   const visitor = context ?? (await browser.newContext({ viewport: { width: 1280, height: 900 }, ...options }));
   const page = await visitor.newPage();
-  page.setDefaultTimeout(120000); // for what hangs: no machine is too slow
+  page.setDefaultTimeout(60000); // for what hangs: no machine is too slow
   page.on('console', (message) => message.type() !== 'log' && wrongs.push(message.text()));
   page.on('pageerror', (error) => wrongs.push(error.message));
   page.on('request', (request) => /^(blob:)?http:\/\/127\.0\.0\.1:/.test(request.url()) || wrongs.push(request.url()));

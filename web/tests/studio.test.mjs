@@ -129,6 +129,7 @@ test('a link opens to the same pattern, and the last work is there after a reloa
   const link = await linkTo({});
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
+  await other.reload();
   assert.equal(await other.evaluate(() => localStorage.length), 0); // what was only looked at replaces no work
   await other.click('#add-tap');
   assert.equal(await other.evaluate(() => location.hash), '');

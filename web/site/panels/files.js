@@ -86,8 +86,8 @@ export async function restore() {
   await restoreLast();
   forgetPast();
   kept = current();
-  await openLink();
   onStepEnd(keep);
+  await openLink();
   window.addEventListener('pagehide', keep);
   window.addEventListener('hashchange', openLink);
 }
