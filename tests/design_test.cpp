@@ -23,6 +23,17 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
+Setup setup_of(int32_t chip, int32_t motor, const Playback& playback = {}) {
+  return {motor, chip, 1, playback.loops, playback.interval_ms, playback.limit_ms};
+}
+
+// Of a file without faults, fitted.
+std::vector<Event> events_of(const std::string& json, const lrasynth_profile& profile) {
+  std::vector<Event> events = read_pattern(json).events;
+  for (Event& event : events) event.fit(profile);
+  return events;
+}
+
 std::string in_events(const std::string& events) { return "{\"events\": [" + events + "]}"; }
 
 std::string curve(int start, int duration, const std::string& points) {
@@ -52,21 +63,22 @@ TEST(Pattern, FaultsHavePlaceAndCause) {
       {in_events(tap(0, 1, 2)) + " x", {"f:1:70: is not JSON: something follows behind its end"}},
       {in_events(tap(0, 1, 2)) + std::string("\0x", 2), {"f:1:69: is not JSON: it holds a NUL character"}},
       {"{\"events\":[1e400]}", {"f:1:12: is not JSON: a number is too large"}},
-      {std::string(20, '['), {"f:1:17: is nested too deeply"}},
+      {std::string(40, '['), {"f:1:33: is nested too deeply"}},
       {"[]", {"f:1:1: must be an object with events, a list of at least one"}},
       {"{\"event\":[]}",
        {"f:1:2: event: is no field of a pattern; did you mean events?",
         "f:1:1: must be an object with events, a list of at least one"}},
       {in_events(""), {"f:1:12: must be an object with events, a list of at least one"}},
       {"{\"na\\u00e4me\":1,\"events\":[" + tap(0, 1, 2) + "],\"x\\n\":0}",
-       {"f:1:2: na\u00e4me: is no field of a pattern", "f:1:83: x\\x0A: is no field of a pattern"}},
+       {"f:1:2: na\u00e4me: is no field of a pattern; did you mean name?", "f:1:83: x\\x0A: is no field of a pattern"}},
       {in_events("7"), {"f:1:13: event 1: must be an object, not 7"}},
       {in_events("\"\u00e4\",{\"type\":\"\\\"wobble\\\"\"}"),
        {"f:1:13: event 1: must be an object, not \"\u00e4\"",
-        "f:1:25: event 2: type: must be transient or continuous, not \"\\\"wobble\\\"\""}},
+        "f:1:25: event 2: type: must be transient, continuous, curve or group, not \"\\\"wobble\\\"\""}},
       {in_events("{}"), {"f:1:13: event 1: type: is missing"}},
       {in_events(R"({"type":"transiet","start":0})"),
-       {"f:1:21: event 1: type: must be transient or continuous, not \"transiet\"; did you mean transient?"}},
+       {"f:1:21: event 1: type: must be transient, continuous, curve or group, not \"transiet\"; did you mean "
+        "transient?"}},
       {in_events(R"({"type":"transient","start":0,"levle":3,"intensity":"3"})"),
        {"f:1:65: event 1: intensity: must be a whole number from 0 to 100, not \"3\"",
         "f:1:13: event 1: level: is missing", "f:1:43: event 1: levle: is no field of a tap; did you mean level?"}},
@@ -178,8 +190,7 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
       // clang-format on
   };
   for (const auto& row : rows) {
-    const PatternReading reading =
-        read_piece(lrasynth_profile_of(row.chip, row.motor, 1), row.playback, in_events(row.events), "f");
+    const PatternReading reading = read_piece(setup_of(row.chip, row.motor, row.playback), in_events(row.events), "f");
     ASSERT_TRUE(reading.piece) << row.events;
     std::vector<std::string> lines;
     for (const Warning& warning : reading.piece->warnings) lines.push_back(line_of(warning));
@@ -189,15 +200,15 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
 
 TEST(Pattern, WarningsThatAreAlikeAreToldOnce) {
   std::vector<Warning> warnings;
-  for (int32_t i = 1; i <= 1200; ++i) warnings.push_back({i, 2.0 * i, "is loud"});
-  for (int32_t i = 1; i <= 5; ++i) warnings.push_back({i, 3, text("jumps by %d", 30 + i), "jumps"});
-  for (int32_t i = 0; i < 4; ++i) warnings.push_back({7, 3, text("falls by %d", 30 + i / 2), "falls"});
+  for (int32_t i = 1; i <= 1200; ++i) warnings.push_back({{i}, 2.0 * i, "is loud"});
+  for (int32_t i = 1; i <= 5; ++i) warnings.push_back({{i}, 3, text("jumps by %d", 30 + i), "jumps"});
+  for (int32_t i = 0; i < 4; ++i) warnings.push_back({{7}, 3, text("falls by %d", 30 + i / 2), "falls"});
   const std::vector<std::string> few = {"in 1,200 events, first event 1 at 2 ms: is loud",
                                         "in 5 events, first event 1 at 3 ms: jumps by 31; the others likewise",
                                         "event 7 at 3 ms: falls by 30 (2 places)",
                                         "event 7 at 3 ms: falls by 31 (2 places)"};
   EXPECT_EQ(lines_of(warnings), few);
-  for (int32_t i = 1; i <= 30; ++i) warnings.push_back({i, 4, text("reaches %d Hz", i)});
+  for (int32_t i = 1; i <= 30; ++i) warnings.push_back({{i}, 4, text("reaches %d Hz", i)});
   EXPECT_EQ(lines_of(warnings).size(), kMostWarningsListed + 1);
   EXPECT_EQ(lines_of(warnings).back(), "and 14 more warnings");
   EXPECT_EQ(lines_of(warnings, 1).back(), "and 39 more warnings") << "not lines";
@@ -210,7 +221,7 @@ TEST(Pattern, PassesNeedARecordThatClosesThem) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   for (const int32_t limit_ms : {20, 99, 100}) {
     for (const int32_t loops : {1, 2}) {
-      const PatternReading reading = read_piece(profile, {loops, 7, limit_ms}, nested, "f");
+      const PatternReading reading = read_piece(setup_of(0, LRASYNTH_MOTOR_1040, {loops, 7, limit_ms}), nested, "f");
       ASSERT_EQ(reading.piece.has_value(), loops == 1 || limit_ms == 100);
       const int64_t whole = int64_t{24} * (loops == 1 ? 100 : 207);
       if (reading.piece) {
@@ -232,7 +243,7 @@ TEST(Pattern, EndsWhereItsLastEventEnds) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   for (const int duration : {95, 96, 97, 98}) {
     const std::string points = text("[0,0,0],[0,0,0],[%d,0,0],[%d,0,0]", duration, duration);
-    const Score score(profile, {}, read_pattern(in_events(curve(4000, duration, points))).events);
+    const Score score(profile, {}, events_of(in_events(curve(4000, duration, points)), profile));
     EXPECT_EQ(score.length(), 24 * (4000 + duration));
     EXPECT_EQ(score.request().integers.size(), LRASYNTH_RECORD_LENGTH);
   }
@@ -290,7 +301,7 @@ TEST(Score, EventsAreHeardWhereNothingPlaysOverThem) {
                 (up_to(1) ? curve(up_to(120), duration, points) : tap(up_to(120), up_to(100), up_to(100)));
     }
     const lrasynth_profile profile = lrasynth_profile_of(up_to(1), motors()[static_cast<size_t>(up_to(2))], 1);
-    const Score score(profile, {2, 3, LRASYNTH_NO_LIMIT}, read_pattern(in_events(events)).events);
+    const Score score(profile, {2, 3, LRASYNTH_NO_LIMIT}, events_of(in_events(events), profile));
     std::vector<uint8_t> expected(static_cast<size_t>(score.length()));
     std::vector<int> heard_times(expected.size());
     for (size_t i = 0; i < score.events().size(); ++i) {
@@ -321,8 +332,8 @@ TEST(Stretch, TheCarrierReachesWhatIsTold) {
   const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   for (const int offset : {50, 20, -20}) {
     const std::string points = text("[0,100,0],[1000,100,%d],[1000,0,0],[1000,0,0]", offset);
-    const Event event = read_pattern(in_events(curve(0, 1000, points))).events.at(0);
-    const std::vector<Stretch> stretches = stretches_of(profile, *event.vibration());
+    const Event event = events_of(in_events(curve(0, 1000, points)), profile).at(0);
+    const std::vector<Stretch> stretches = stretches_of(profile, event);
     ASSERT_EQ(stretches.size(), 1U);
     std::vector<uint8_t> codes(2400);
     event_waveform(profile, event).read(24000 - 2400, codes);
@@ -337,8 +348,8 @@ TEST(Stretch, TheCarrierReachesWhatIsTold) {
 TEST(Stretch, TheEnvelopeIsWhatIsTold) {
   for (const int32_t chip : {0, 1}) {
     const lrasynth_profile profile = lrasynth_profile_of(chip, LRASYNTH_MOTOR_1040, 1);
-    const Event event = read_pattern(in_events(curve(0, 500, kFade))).events.at(0);
-    const std::vector<Stretch> stretches = stretches_of(profile, *event.vibration());
+    const Event event = events_of(in_events(curve(0, 500, kFade)), profile).at(0);
+    const std::vector<Stretch> stretches = stretches_of(profile, event);
     ASSERT_EQ(stretches.size(), 1U);
     EXPECT_NEAR(stretches[0].reached_amplitude(), chip == 1 ? stretches[0].from_amplitude : 0, 0.001);
     std::vector<uint8_t> codes(static_cast<size_t>(profile.sample_rate / 100));

@@ -35,6 +35,30 @@ void Arguments::note_idle(std::initializer_list<const char*> options, bool idle,
   }
 }
 
+design::Setup Arguments::setup() const {
+  const auto given = [&](const char* option, int32_t value) {
+    return has(option) ? std::optional(value) : std::nullopt;
+  };
+  return {.motor = given("--motor", *design::whole_number(motors.front())),
+          .chip = given("--chip", chips.front()),
+          .boost = given("--boost", boosts.front() == "on" ? 1 : 0),
+          .loops = given("--loop", playback.loops),
+          .interval_ms = given("--interval", playback.interval_ms),
+          .limit_ms = given("--limit", playback.limit_ms)};
+}
+
+void Arguments::note_profiles(const std::vector<lrasynth_profile>& profiles) const {
+  for (const int32_t chip : chips) {
+    if (!design::is_chip(chip)) std::cerr << design::text("lrasynth: note: --chip: type %d acts as 0\n", chip);
+  }
+  const auto none = [&](bool (*is)(const lrasynth_profile& profile)) {
+    return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return is(profile); });
+  };
+  const std::string why = motors.size() > 1 ? "on these motors" : "on this motor";
+  note_idle({"--boost"}, none(design::has_boost), why);
+  note_idle({"--in-pattern"}, none(design::has_shares), why);
+}
+
 std::vector<lrasynth_profile> Arguments::profiles() const {
   std::vector<lrasynth_profile> profiles;
   for (const std::string& motor : motors) {
@@ -45,15 +69,7 @@ std::vector<lrasynth_profile> Arguments::profiles() const {
       }
     }
   }
-  for (const int32_t chip : chips) {
-    if (!design::is_chip(chip)) std::cerr << design::text("lrasynth: note: --chip: type %d acts as 0\n", chip);
-  }
-  const auto none = [&](bool (*is)(const lrasynth_profile& profile)) {
-    return std::none_of(profiles.begin(), profiles.end(), [&](const auto& profile) { return is(profile); });
-  };
-  const std::string why = motors.size() > 1 ? "on these motors" : "on this motor";
-  note_idle({"--boost"}, none(design::has_boost), why);
-  note_idle({"--in-pattern"}, none(design::has_shares), why);
+  note_profiles(profiles);
   return profiles;
 }
 

@@ -29,6 +29,7 @@ struct Arguments {
   int32_t amplitude = 0;
   design::Playback playback;
   std::string save_path;
+  bool flat = false;
   bool print_request = false;
   design::Resonator resonator;
   int32_t from_ms = 0;
@@ -46,6 +47,12 @@ struct Arguments {
   void refuse_idle(std::initializer_list<const char*> options, bool idle, const std::string& why) const;
   // Only says so, where another motor or chip would heed it: one line serves for all of them.
   void note_idle(std::initializer_list<const char*> options, bool idle, const std::string& why) const;
+
+  // Tells which options do nothing on these.
+  void note_profiles(const std::vector<lrasynth_profile>& profiles) const;
+
+  // What of a pattern's setup is asked for; of lists the first.
+  design::Setup setup() const;
 
   // Every combination of motor, chip and boost. Says so where a chip is nothing of its own.
   std::vector<lrasynth_profile> profiles() const;

@@ -79,12 +79,16 @@ std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
   return patterns;
 }
 
-design::Piece pattern_piece(const Arguments& arguments, const lrasynth_profile& profile, const PatternText& pattern) {
-  auto [file, piece] = design::read_piece(profile, arguments.playback, pattern.json, pattern.name);
+// What is asked for overrides what the file says.
+design::Piece pattern_piece(const design::Setup& asked, const PatternText& pattern) {
+  auto [setup, file, piece] = design::read_piece(asked, pattern.json, pattern.name);
   if (!piece) {
     std::string lines;
     for (const std::string& line : file.faults.lines(shown_path(pattern.path))) lines += line + '\n';
     refuse(lines);
+  }
+  for (const std::string& note : file.notes) {
+    std::cerr << "lrasynth: note: " << shown_path(pattern.path) << ": " << note << '\n';
   }
   return std::move(*piece);
 }
@@ -157,18 +161,28 @@ void run_tap(const Arguments& arguments) {
   finish(arguments, tap_piece(arguments, arguments.profiles().front(), arguments.level));
 }
 
+// The pattern again, in one form, or as what it is made of.
+File saved_file(const Arguments& arguments, const design::Piece& piece, const std::string& from) {
+  const design::Score& score = *piece.score;
+  if (design::has_comments(*piece.source)) {
+    std::cerr << "lrasynth: note: " << from << ": its comments are not saved\n";
+  }
+  const std::string json =
+      arguments.flat ? flat_json(score.events(), score.profile(), score.playback()) : canonical_json(*piece.source);
+  return text_file(arguments.save_path, json, design::counted(static_cast<int64_t>(score.events().size()), "event"));
+}
+
 void run_pattern(const Arguments& arguments) {
-  const lrasynth_profile profile = arguments.profiles().front();
-  arguments.refuse_idle({"--interval"}, arguments.playback.loops == 1, "without --loop 2 or more");
+  arguments.refuse_idle({"--flat"}, !arguments.has("--save"), "without --save");
+  const PatternText pattern = read_patterns(arguments.files).front();
+  const design::Piece piece = pattern_piece(arguments.setup(), pattern);
+  const lrasynth_profile& profile = piece.score->profile();
+  arguments.note_profiles({profile});
+  arguments.refuse_idle({"--interval"}, piece.score->playback().loops == 1, "without --loop 2 or more");
   arguments.note_idle({"--interval", "--limit", "--response", "--response-hz"}, design::is_event_stream(profile),
                       with_chip_of(profile));
-  const design::Piece piece = pattern_piece(arguments, profile, read_patterns(arguments.files).front());
   std::vector<File> files;
-  if (arguments.has("--save")) {
-    const auto& events = piece.score->events();
-    files.push_back(text_file(arguments.save_path, canonical_json(events),
-                              design::counted(static_cast<int64_t>(events.size()), "event")));
-  }
+  if (arguments.has("--save")) files.push_back(saved_file(arguments, piece, shown_path(pattern.path)));
   if (arguments.print_request) files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request())));
   finish(arguments, piece, std::move(files));
 }
@@ -194,6 +208,15 @@ void run_sheet(const Arguments& arguments) {
   write_files({text_file(arguments.outputs.front(), sheet_of(sheet), title_of(sheet))});
 }
 
+// Of one of the profiles, as far as it is asked for.
+design::Setup setup_of(const Arguments& arguments, const lrasynth_profile& profile) {
+  design::Setup setup = arguments.setup();
+  if (setup.motor) setup.motor = profile.motor_type;
+  if (setup.chip) setup.chip = profile.chip_type;
+  if (setup.boost) setup.boost = profile.boost_flag;
+  return setup;
+}
+
 // Patterns, or one tap, on every profile.
 std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vector<lrasynth_profile>& profiles,
                                      const std::vector<std::string>& files) {
@@ -202,7 +225,7 @@ std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vect
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
-    for (const PatternText& pattern : patterns) pieces.push_back(pattern_piece(arguments, profile, pattern));
+    for (const PatternText& pattern : patterns) pieces.push_back(pattern_piece(setup_of(arguments, profile), pattern));
     if (pieces.size() > kMost) refuse(text("at most %zu waveforms can be compared", kMost));
   }
   return pieces;

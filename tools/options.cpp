@@ -171,6 +171,7 @@ void Options::saving() {
       ->check([](const std::string& path) {
         return path.empty() || path.starts_with("--") ? "must be a file, or -, not " + design::echo(path) : "";
       });
+  flag("--flat", arguments_.flat, "Have --save write what the pattern is made of, a record an entry");
   flag("--print-request", arguments_.print_request, "Print the pattern as an array for a C host");
 }
 

@@ -54,8 +54,10 @@ export interface Facts {
 export type EventFacts = TapFacts | CurveFacts;
 
 interface Fate {
-  /** Its place in the file, from 1. */
+  /** Its place in the file, from 1; of the group that it stands in, where it does. */
   number: number;
+  /** Where it stands in that: ".2", ".2, pass 4"; empty in no group. */
+  inside: string;
   end_ms?: number;
   heard?: [from: number, to: number][];
 }

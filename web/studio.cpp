@@ -20,6 +20,7 @@
 
 namespace {
 
+using design::quoted;
 using design::text;
 
 // The samples of a waveform, rendered once, a block at a time and not before somebody asks.
@@ -129,19 +130,6 @@ constexpr double kFar = 1e12;  // in samples or ms
 
 // JSON.
 
-std::string quoted(std::string_view raw) {
-  std::string word = "\"";
-  for (const char c : raw) {
-    if (c == '"' || c == '\\') word += '\\';
-    if (static_cast<uint8_t>(c) < 0x20) {
-      word += text("\\u%04x", c);
-    } else {
-      word += c;
-    }
-  }
-  return word + '"';
-}
-
 const char* truth(bool value) { return value ? "true" : "false"; }
 
 template <class Items, class Write>
@@ -166,7 +154,7 @@ std::string json_of(const design::Stretch& sweep, double start_ms) {
 }
 
 std::string json_of(const design::Warning& warning) {
-  return text(R"({"event":%d,"ms":%.10g,"line":)", warning.event, warning.at_ms) + quoted(line_of(warning)) + '}';
+  return text(R"({"event":%d,"ms":%.10g,"line":)", warning.event.entry, warning.at_ms) + quoted(line_of(warning)) + '}';
 }
 
 std::string json_of(const design::Section& section) {
@@ -180,7 +168,8 @@ std::string list(const Items& items) {
 
 // What stands in its file.
 std::string fields_of(const design::Event& event) {
-  return text(R"("number":%d,"type":"%s",)", event.number, event.type()) + event.fields_json();
+  return text(R"("number":%d,"inside":)", event.name.entry) + quoted(event.name.inside) +
+         text(R"(,"type":"%s",)", event.type()) + event.fields_json();
 }
 
 // What becomes of it on this chip and motor.
@@ -195,16 +184,15 @@ std::string fate_of(const design::Score& score, size_t i) {
   if (const design::Tap* const tap = event.tap()) {
     return text(R"(,"driven":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
   }
-  const design::Vibration& vibration = *event.vibration();
-  const auto hz = [&](const lrasynth_point& point) { return text("%d", design::hertz_at(profile, point.offset)); };
+  const auto hz = [](const design::Asked& point) { return text("%.10g", point.hz); };
   const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms); };
-  return R"(,"hz":)" + list(vibration.points, hz) + R"(,"sweeps":)" + list(stretches_of(profile, vibration), sweep) +
+  return R"(,"hz":)" + list(line_of(profile, event), hz) + R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) +
          when;
 }
 
 std::string json_of(const design::Faults& faults, const std::string& file) {
   return R"({"faults":)" + list(faults.lines(file), quoted) + R"(,"fault_events":)" +
-         list(faults.listed, [](const design::Fault& fault) { return text("%d", fault.event); });
+         list(faults.listed, [](const design::Fault& fault) { return text("%d", fault.event.entry); });
 }
 
 std::string json_of(const design::Piece& piece) {
@@ -316,8 +304,12 @@ int studio_pattern(const char* json, size_t length, const char* name, size_t nam
   if (studio().shelf.is_full()) return refuse();
   const std::string_view file(name, name_length);
   const bool has_gaps = loops > 1 && !design::is_event_stream(*profile);
-  const design::Playback playback = {.loops = loops, .interval_ms = has_gaps ? interval_ms : 0};
-  auto [pattern, piece] = design::read_piece(*profile, playback, {json, length}, std::string(file));
+  const design::Setup asked = {.motor = motor,
+                               .chip = chip,
+                               .boost = boost != 0 ? 1 : 0,
+                               .loops = loops,
+                               .interval_ms = has_gaps ? interval_ms : 0};
+  auto [setup, pattern, piece] = design::read_piece(asked, {json, length}, std::string(file));
   if (piece) return take_piece(std::move(*piece));
   return take_faults(pattern.faults, design::shown(file, 120), pattern.events);
 }
@@ -327,7 +319,7 @@ int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
   if (!profile || !is_in(level, 0, 100) || !is_in(intensity, 0, 100) || studio().shelf.is_full()) return refuse();
   if (design::has_taps(*profile)) return take_piece(design::tap_piece(*profile, level, intensity, in_pattern != 0));
   design::Faults faults;
-  faults.add({0, {}, design::tap_fault(*profile)});
+  faults.add({{}, {}, design::tap_fault(*profile)});
   return take_faults(faults, "tap", {});
 }
 

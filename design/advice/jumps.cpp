@@ -32,12 +32,14 @@ std::vector<Part> parts_of(const Score& score) {
 
 void add_restarts(const Score& score, const Part& heard, std::vector<Jump>& jumps) {
   const Event& event = score.events()[heard.event];
-  if (event.vibration() == nullptr) return;
-  for (size_t point = 1; point < 3; ++point) {
-    const int64_t at =
-        int64_t{score.profile().sample_rate / 1000} * (event.start_ms + event.vibration()->point_ms(point));
-    if (heard.from < at && at < heard.to) {
-      jumps.push_back({.sample = at, .from = heard.event, .to = heard.event, .is_restart = true});
+  for (const auto& [since_ms, vibration] : event.parts()) {
+    for (size_t point = 0; point < 3; ++point) {
+      const int64_t ms = int64_t{event.start_ms} + since_ms + vibration.point_ms(point);
+      const int64_t at = score.profile().sample_rate / 1000 * ms;
+      const bool is_new = jumps.empty() || jumps.back().sample != at;
+      if (heard.from < at && at < heard.to && is_new) {
+        jumps.push_back({.sample = at, .from = heard.event, .to = heard.event, .is_restart = true});
+      }
     }
   }
 }

@@ -2,6 +2,8 @@
 // Titled waveforms with all that is known of them.
 #include "design/advice/piece.h"
 
+#include <algorithm>
+
 #include "design/base/motor.h"
 #include "design/base/text.h"
 
@@ -44,6 +46,15 @@ std::string fault_of_length(const Score& score) {
   return text("the event stream may have %lld bytes at most", 0LL + kMostBytes);
 }
 
+void note_streamed_curves(const lrasynth_profile& profile, PatternFile& file) {
+  const auto is_curve = [](const Event& event) { return event.curve() != nullptr; };
+  const auto count = std::count_if(file.events.begin(), file.events.end(), is_curve);
+  if (count == 0 || !is_event_stream(profile)) return;
+  file.notes.push_back(counted(count, "curve") +
+                       (count == 1 ? " is sent as one event of its" : " are sent as one event each, of their") +
+                       " largest intensity");
+}
+
 }  // namespace
 
 Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern) {
@@ -73,19 +84,26 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
   return piece;
 }
 
-PatternReading read_piece(const lrasynth_profile& profile, const Playback& playback, std::string_view json,
-                          const std::string& name) {
-  PatternReading reading = {read_pattern(json), std::nullopt};
-  Faults& faults = reading.file.faults;
-  add_faults(reading.file.events, profile, playback, faults);
+PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name) {
+  PatternFile read = read_pattern(json);
+  PatternReading reading = {merged(asked, read.setup), std::move(read), std::nullopt};
+  PatternFile& file = reading.file;
+  Faults& faults = file.faults;
+  for (std::string& line : overrides(asked, file.setup)) file.notes.push_back(std::move(line));
+  const lrasynth_profile profile = reading.setup.profile();
+  const Playback playback = reading.setup.playback();
+  for (Event& event : file.events) event.fit(profile);
+  add_faults(file.events, profile, playback, faults);
   if (faults.count > 0) return reading;
-  auto score = std::make_shared<const Score>(profile, playback, reading.file.events);
+  note_streamed_curves(profile, file);
+  auto score = std::make_shared<const Score>(profile, playback, file.events);
   if (score->fault()) {
     faults.add(*score->fault());
   } else if (std::string fault = fault_of_length(*score); !fault.empty()) {
-    faults.add({0, {}, std::move(fault)});
+    faults.add({{}, {}, std::move(fault)});
   } else {
     reading.piece = pattern_piece(std::move(score), name);
+    reading.piece->source = file.source;
   }
   return reading;
 }

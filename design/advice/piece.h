@@ -18,7 +18,8 @@ namespace design {
 struct Piece {
   Waveform waveform;
   std::shared_ptr<const Score> score = nullptr;  // of a pattern
-  std::vector<Jump> jumps = {};                  // of a pattern that has samples
+  std::shared_ptr<const Source> source = nullptr;
+  std::vector<Jump> jumps = {};  // of a pattern that has samples
   std::vector<Warning> warnings = {};
 };
 
@@ -30,13 +31,14 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
 // What is wrong with a tone, like "frequency: must be ..."; empty: nothing.
 std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods);
 
-// A pattern's text on this chip and motor: what can be read of it, and all passes as a piece where it has no faults.
+// A pattern's text, what it plays on, what can be read of it, and all passes as a piece where it has no faults.
 struct PatternReading {
+  Setup setup;
   PatternFile file;
   std::optional<Piece> piece;
 };
 
-PatternReading read_piece(const lrasynth_profile& profile, const Playback& playback, std::string_view json,
-                          const std::string& name);
+// What is asked for overrides what the text says, which its notes tell.
+PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name);
 
 }  // namespace design

@@ -30,7 +30,7 @@ class EventLines {
       : profile_(score.profile()), is_stream_(is_event_stream(profile_)), resonator_(resonator) {}
 
   std::string of(const Event& event) {
-    return text("  event %d at %d ms: ", event.number, event.start_ms) +
+    return "  " + event.name.words() + text(" at %d ms: ", event.start_ms) +
            std::visit([this](const auto& kind) { return description_of(kind); }, event.kind) + "\n";
   }
 
@@ -39,15 +39,35 @@ class EventLines {
     const std::string intensities = of_points(vibration, [](const lrasynth_point& point) { return point.intensity; });
     const std::string hertz =
         of_points(vibration, [&](const lrasynth_point& point) { return hertz_at(profile_, point.offset); });
-    return text("vibration of %d ms, intensity ", vibration.duration_ms) + intensities + " %, points at " + hertz +
-           " Hz";
+    return text("%s of %d ms, intensity ", vibration.is_record ? "record" : "vibration", vibration.duration_ms) +
+           intensities + " %, points at " + hertz + " Hz";
+  }
+
+  std::string description_of(const Curve& curve) const {
+    std::vector<int32_t> intensities;
+    std::vector<int32_t> hertz;
+    for (const CurvePoint& point : curve.points) {
+      intensities.push_back(point.intensity);
+      hertz.push_back(hertz_at(profile_, point.offset));
+    }
+    const auto range = [](const std::vector<int32_t>& values) {
+      const auto [least, most] = std::minmax_element(values.begin(), values.end());
+      return *least == *most ? text("%d", *least) : text("%d to %d", *least, *most);
+    };
+    const std::string line = text("curve of %d ms, ", curve.duration_ms()) +
+                             counted(static_cast<int64_t>(curve.points.size()), "point") + ", intensity " +
+                             range(intensities) + " %, " + range(hertz) + " Hz";
+    if (is_stream_) return line + text(", sent as one event of %d %%", curve.sent_strength());
+    return line + ", in " + counted(static_cast<int64_t>(curve.parts.size()), "record");
   }
 
   std::string description_of(const Tap& tap) {
-    const std::string asked = text("tap, level %d, intensity %d %%", tap.level, tap.intensity);
-    if (is_stream_) return asked;
+    const bool is_asked = tap.driven == Tap::kAsAsked;
+    const std::string asked =
+        text("tap, level %d, %s %d %%", tap.level, is_asked ? "intensity" : "asked to be driven at", tap.strongest());
+    if (is_stream_) return asked + (is_asked ? "" : text(", sent as %d", tap.sent_strength()));
     const int32_t driven = driven_intensity(profile_, tap.level, tap.intensity);
-    return asked + (driven == tap.intensity ? "" : text(", driven at %d %%", driven)) + response(tap.level, driven);
+    return asked + (driven == tap.strongest() ? "" : text(", driven at %d %%", driven)) + response(tap.level, driven);
   }
 
   // By itself. A pattern has many taps, but few different ones.

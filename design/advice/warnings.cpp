@@ -122,7 +122,7 @@ class Inspection {
 
  private:
   void warn(const Event& event, double since_start_ms, std::string what, std::string kind = {}) {
-    warnings_.push_back({event.number, event.start_ms + since_start_ms, std::move(what), std::move(kind)});
+    warnings_.push_back({event.name, event.start_ms + since_start_ms, std::move(what), std::move(kind)});
   }
 
   void inspect_samples() {
@@ -144,9 +144,9 @@ class Inspection {
     double since_start_ms = 0;  // of the first of them
     for (const Heard& other : heard_within(score_.span_of(i))) {
       const Event& over = score_.events()[other.event];
-      if (other.event == i || (!never && !of_one_kind(over, event))) continue;
+      if (other.event == i || (!never && !in_one_layer(over, event))) continue;
       if (others.empty()) since_start_ms = std::max(0.0, other.span.from - event.start_ms);
-      others.push_back(text("%d", over.number));
+      others.push_back(text("%d", over.name.entry) + over.name.inside);
     }
     if (others.empty()) return;
     const bool one = others.size() == 1;
@@ -203,11 +203,25 @@ class Inspection {
     if (std::all_of(vibration.points.begin(), vibration.points.end(), is_silent_point)) {
       return warn(event, 0, "is silent: the intensity of all its points is 0");
     }
-    for (const Stretch& stretch : stretches_of(profile_, vibration)) {
+    for (const Stretch& stretch : vibration.is_record ? std::vector<Stretch>() : stretches_of(profile_, event)) {
       if (std::max(stretch.from_amplitude, stretch.to_amplitude) < kLeastAmplitude) continue;
       if (!is_heard(i, stretch.span.moved(event.start_ms))) continue;
       inspect_sweep(event, stretch);
       inspect_envelope(event, stretch);
+    }
+  }
+
+  void inspect_kind(size_t, const Event& event, const Curve& curve) {
+    if (curve.strongest() == 0) return warn(event, 0, "is silent: the intensity of all its points is 0");
+    for (size_t i = 0; i < curve.points.size(); ++i) {
+      const CurvePoint& point = curve.points[i];
+      const int32_t hz = hertz_at(profile_, point.offset);
+      const bool ends = std::abs(point.offset) == 50;
+      if (point.asked_hz == 0 || !ends || point.asked_hz == hz) continue;
+      warn(event, curve.point_ms(i),
+           text("point %zu asks for %d Hz and plays %d Hz, the %s of this motor", i + 1, point.asked_hz, hz,
+                point.offset < 0 ? "lowest" : "highest"),
+           "hz");
     }
   }
 
@@ -253,7 +267,7 @@ class Inspection {
     for (const Jump& jump : jumps) {
       const bool to_rest = jump.to == Jump::kRest;
       const Event& event = score_.events()[to_rest ? jump.from : jump.to];
-      const std::string from = jump.from == Jump::kRest ? "rest" : text("event %d", score_.events()[jump.from].number);
+      const std::string from = jump.from == Jump::kRest ? "rest" : score_.events()[jump.from].name.words();
       const std::string way = to_rest ? "to rest" : "from " + from;
       const double at_ms = 1000.0 * static_cast<double>(jump.sample) / profile_.sample_rate;
       warn(event, at_ms - event.start_ms,
@@ -266,21 +280,27 @@ class Inspection {
     const auto& events = score_.events();
     if (jump.from == Jump::kRest) return "";
     const int64_t end = std::llround(score_.span_of(jump.from).to * profile_.sample_rate / 1000);
-    if (events[jump.from].vibration() != nullptr && jump.sample == end) return remedy_of_end(events[jump.from], jump);
-    if (jump.to == Jump::kRest || of_one_kind(events[jump.from], events[jump.to])) return "";
+    if (events[jump.from].tap() == nullptr && jump.sample == end) return remedy_of_end(events[jump.from], jump);
+    if (jump.to == Jump::kRest || in_one_layer(events[jump.from], events[jump.to])) return "";
     return events[jump.to].tap() != nullptr ? remedy_of_tap(jump.to, jump.from) : remedy_of_tap(jump.from, jump.to);
   }
 
   // A vibration that ends there fades instead.
   std::string remedy_of_end(Event event, const Jump& jump) const {
-    Vibration fading = *event.vibration();
-    fading.points[3].intensity = 0;
-    event.kind = fading;
+    size_t last = 3;
+    if (auto* const curve = std::get_if<Curve>(&event.kind)) {
+      last = curve->points.size() - 1;
+      curve->points[last].intensity = 0;
+    } else {
+      std::get<Vibration>(event.kind).points[last].intensity = 0;
+    }
+    event.fit(profile_);
     const Waveform faded = event_waveform(profile_, event);
     uint8_t next = 0;
     if (jump.sample < score_.length()) score_.read(jump.sample, {&next, 1});
     const int height = std::abs(amplitude(next) - amplitude_at(faded, faded.length - 1));
-    return height < kHighJump ? text("; to end event %d at rest set its point 4 to intensity 0", event.number) : "";
+    if (height >= kHighJump) return "";
+    return "; to end " + event.name.words() + text(" at rest set its point %zu to intensity 0", last + 1);
   }
 
   // The nearest start with which a tap breaks into a vibration and hands back to it by less.
@@ -299,42 +319,39 @@ class Inspection {
       for (const int32_t shift : {by, -by}) {
         const int32_t to_ms = moved.start_ms + shift;
         const bool fits = own.from + shift > before->from && own.to + shift < after->to;
-        if (!fits || to_ms == LRASYNTH_CONTINUOUS || to_ms == LRASYNTH_TRANSIENT) continue;
+        if (!fits || reads_as_type(to_ms)) continue;
         const int64_t at = per_ms * (to_ms - score_.events()[vibration].start_ms);
         const int in = std::abs(amplitude_at(over, 0) - amplitude_at(under, at - 1));
         const int out = std::abs(amplitude_at(under, at + over.length) - amplitude_at(over, over.length - 1));
         if (std::max(in, out) >= kHighJump) continue;
-        return text("; with event %d at %d ms the jumps would be %d and %d", moved.number, to_ms, in, out);
+        return "; with " + moved.name.words() + text(" at %d ms the jumps would be %d and %d", to_ms, in, out);
       }
     }
     return "";
   }
 
   // Whether starting an event earlier spares the pattern its longer end.
-  bool ends_before(const Event& event, int32_t by_ms) const {
+  bool ends_before(size_t event, int32_t by_ms) const {
     std::vector<Event> events = score_.events();
-    for (Event& moved : events) {
-      if (moved.number == event.number) moved.start_ms -= by_ms;
-    }
+    events[event].start_ms -= by_ms;
+    events[event].fit(profile_);
     std::stable_sort(events.begin(), events.end(), starts_before);
     return request_of(std::move(events), profile_, score_.playback()).added_ms == 0;
   }
 
   void inspect_closing() {
     const Request& request = score_.request();
-    const auto is_last = [&](const Event& event) { return event.number == request.last_event; };
-    const auto last = std::find_if(score_.events().begin(), score_.events().end(), is_last);
-    if (last == score_.events().end()) return;
+    const Event& last = score_.events()[request.last_event];
     if (request.added_ms > 0) {
       const int32_t end = request.closing_ms - request.added_ms;
       const int32_t by_ms = end - LRASYNTH_CONTINUOUS + 1;
-      warn(*last, last->end_ms(profile_) - last->start_ms,
+      warn(last, last.end_ms(profile_) - last.start_ms,
            text("it ends last, at %d ms, which would read as an event: the pattern ends at %d ms", end,
                 request.closing_ms) +
-               (ends_before(*last, by_ms) ? text("; start it %d ms earlier to end before", by_ms) : ""));
+               (ends_before(request.last_event, by_ms) ? text("; start it %d ms earlier to end before", by_ms) : ""));
     }
     if (request.is_open) {
-      warn(*last, last->end_ms(profile_) - last->start_ms,
+      warn(last, last.end_ms(profile_) - last.start_ms,
            text("it ends last but its record does not stand last: take the buffer's size from "
                 "getLongSignalBufferLength; a limit "
                 "of %d ms would let a record close the pattern",
@@ -347,10 +364,11 @@ class Inspection {
       const Event& event = score_.events()[i];
       const int32_t delta_ms = event.start_ms - (i == 0 ? 0 : score_.events()[i - 1].start_ms);
       if (delta_ms > kMostStreamMs) {
-        wrap(event.number, event.start_ms, i == 0 ? "its start" : "the time since the event before", delta_ms);
+        wrap(event.name, event.start_ms, i == 0 ? "its start" : "the time since the event before", delta_ms);
       }
-      if (event.sent_ms() > kMostStreamMs) wrap(event.number, event.start_ms, "its duration", event.sent_ms());
-      const char* const sent = event.tap() != nullptr ? "its intensity" : "the intensity of point 2, which is sent,";
+      if (event.sent_ms() > kMostStreamMs) wrap(event.name, event.start_ms, "its duration", event.sent_ms());
+      const bool of_point = event.vibration() != nullptr && !event.vibration()->is_record;
+      const char* const sent = of_point ? "the intensity of point 2, which is sent," : "its intensity";
       if (event.sent_strength() == 0) warn(event, 0, text("is silent: %s is 0", sent));
     }
     inspect_stream_total();
@@ -360,10 +378,10 @@ class Inspection {
     int64_t total_ms = score_.events().back().start_ms;
     for (const Event& event : score_.events()) total_ms += event.sent_ms();
     total_ms *= score_.playback().loops;
-    if (total_ms > kMostStreamMs) wrap(0, 0, "the total time", total_ms);
+    if (total_ms > kMostStreamMs) wrap({}, 0, "the total time", total_ms);
   }
 
-  void wrap(int32_t event, double at_ms, const char* what, int64_t ms) {
+  void wrap(const EventName& event, double at_ms, const char* what, int64_t ms) {
     warnings_.push_back({event, at_ms,
                          text("%s, %lld ms, is told in 16 bits and becomes %lld ms; %d ms is the most", what,
                               static_cast<long long>(ms), static_cast<long long>(ms & kMostStreamMs), kMostStreamMs)});
@@ -382,8 +400,8 @@ const std::string& kind_of(const Warning& warning) { return warning.kind.empty()
 std::string line_of_several(const std::vector<const Warning*>& alike) {
   const Warning& first = *alike.front();
   if (alike.size() == 1) return line_of(first);
-  std::set<int32_t> events;
-  for (const Warning* const warning : alike) events.insert(warning->event);
+  std::set<std::string> events;
+  for (const Warning* const warning : alike) events.insert(warning->event.words());
   const auto count = static_cast<int64_t>(events.size());
   const bool differ = std::any_of(alike.begin(), alike.end(), [&](auto* other) { return other->what != first.what; });
   std::string line = count > 1 ? "in " + grouped(count) + " events, first " : "";
@@ -395,8 +413,8 @@ std::string line_of_several(const std::vector<const Warning*>& alike) {
 }  // namespace
 
 std::string line_of(const Warning& warning) {
-  const std::string where = text("event %d at %s ms: ", warning.event, ms_text(warning.at_ms).c_str());
-  return (warning.event > 0 ? where : "") + warning.what;
+  const std::string where = warning.event.words() + " at " + ms_text(warning.at_ms) + " ms: ";
+  return (warning.event.entry > 0 ? where : "") + warning.what;
 }
 
 std::vector<std::string> lines_of(const std::vector<Warning>& warnings, size_t most) {
@@ -425,7 +443,7 @@ std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t le
                                      bool in_pattern) {
   std::vector<Warning> warnings;
   for (const Concern& concern : concerns_of({profile, level, intensity, in_pattern})) {
-    warnings.push_back({0, 0, concern.what, concern.kind});
+    warnings.push_back({{}, 0, concern.what, concern.kind});
   }
   return warnings;
 }
@@ -433,7 +451,7 @@ std::vector<Warning> warnings_of_tap(const lrasynth_profile& profile, int32_t le
 std::vector<Warning> warnings_of_tone(const Waveform& tone, int32_t amplitude) {
   const int64_t count = false_peaks(tone);
   if (count == 0) return {};
-  return {{0, 0, peaks_text(count, text("amplitude %d", amplitude - 1))}};
+  return {{{}, 0, peaks_text(count, text("amplitude %d", amplitude - 1))}};
 }
 
 std::vector<Warning> warnings_of(const Score& score, const std::vector<Jump>& jumps) {

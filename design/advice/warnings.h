@@ -11,7 +11,7 @@
 namespace design {
 
 struct Warning {
-  int32_t event = 0;      // its number in its file; 0: none in particular
+  EventName event = {};
   double at_ms = 0;       // in the first pass
   std::string what;       // with the remedy, where there is one
   std::string kind = {};  // of which many may be told as one; empty: what it says

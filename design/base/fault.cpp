@@ -6,10 +6,12 @@
 
 namespace design {
 
+std::string EventName::words() const { return text("event %d", entry) + inside; }
+
 std::string line_of(const Fault& fault, const std::string& file) {
   std::string line = file + ":";
   if (fault.place.line > 0) line += text("%zu:%zu:", fault.place.line, fault.place.column);
-  if (fault.event > 0) line += text(" event %d:", fault.event);
+  if (fault.event.entry > 0) line += " " + fault.event.words() + ":";
   return line + " " + fault.what;
 }
 

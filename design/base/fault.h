@@ -14,8 +14,17 @@ struct Place {
   size_t column = 0;
 };
 
+// Which event something is about.
+struct EventName {
+  int32_t entry = 0;        // of its file's events, from 1; 0: it is about none in particular
+  std::string inside = {};  // of a group: ".2" is its second event, ", pass 4" its fourth repetition
+
+  // "event 3.2, pass 4"
+  std::string words() const;
+};
+
 struct Fault {
-  int32_t event = 0;  // its number; 0: none in particular
+  EventName event = {};
   Place place = {};
   std::string what;
 };

@@ -2,34 +2,62 @@
 // What each kind of event is in a file and in a request.
 #include "design/pattern/event.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "design/base/length.h"
+#include "design/base/motor.h"
 #include "design/base/text.h"
+#include "design/pattern/compile.h"
 
 namespace design {
+namespace {
 
-std::span<const Field<Tap>> Tap::fields() {
-  static constexpr Field<Tap> kFields[] = {{"intensity", &Tap::intensity, 0, 100}, {"level", &Tap::level, 0, 100}};
-  return kFields;
+int32_t scaled(int32_t percent, double gain) { return static_cast<int32_t>(std::lround(percent * gain)); }
+
+template <class Points>
+int32_t strongest_of(const Points& points) {
+  const auto weaker = [](const auto& a, const auto& b) { return a.intensity < b.intensity; };
+  return std::max_element(points.begin(), points.end(), weaker)->intensity;
 }
 
-std::span<const Field<Vibration>> Vibration::fields() {
-  static constexpr Field<Vibration> kFields[] = {{"duration", &Vibration::duration_ms, 1, kLongestMs}};
-  return kFields;
+template <class Points, class Write>
+std::string points_json(const Points& points, Write write) {
+  std::string list = "\"points\":";
+  for (const auto& point : points) list += (&point == &*points.begin() ? "[" : ",") + write(point);
+  return list + "]";
 }
 
-std::span<const Field<lrasynth_point>> Vibration::point_fields() {
-  static constexpr Field<lrasynth_point> kFields[] = {{"time", &lrasynth_point::ms, 0, kLongestMs},
-                                                      {"intensity", &lrasynth_point::intensity, 0, 100},
-                                                      {"offset", &lrasynth_point::offset, -50, 50}};
-  return kFields;
+}  // namespace
+
+std::string Tap::fields_json() const {
+  const bool is_asked = driven == kAsAsked;
+  return text(R"("%s":%d,"level":%d)", is_asked ? "intensity" : "driven", strongest(), level);
 }
 
-std::string Tap::fields_json() const { return text(R"("intensity":%d,"level":%d)", intensity, level); }
+// The weakest intensity that drives the motor as strongly, or as nearly so as there is one. The motor's share grows
+// with the intensity.
+void Tap::fit(const lrasynth_profile& profile, int32_t) {
+  constexpr int32_t kMost = 10'000;  // what the weakest share, a tenth, makes full scale
+  if (driven == kAsAsked) return;
+  const auto drives = [&](int32_t asked) { return driven_intensity(profile, level, asked); };
+  int32_t least = 0;
+  for (int32_t most = kMost; least < most;) {
+    const int32_t middle = (least + most) / 2;
+    drives(middle) < driven ? least = middle + 1 : most = middle;
+  }
+  intensity = least;
+}
 
-Record Tap::record(int32_t start_ms) const {
+void Tap::scale(double gain) {
+  int32_t& strength = driven == kAsAsked ? intensity : driven;
+  strength = scaled(strength, gain);
+}
+
+std::vector<Record> Tap::records(int32_t start_ms) const {
   Record record;
   lrasynth_put_transient(record.data(), start_ms, intensity, level);
-  return record;
+  return {record};
 }
 
 double Tap::length_ms(const lrasynth_profile& profile) const {
@@ -37,22 +65,61 @@ double Tap::length_ms(const lrasynth_profile& profile) const {
 }
 
 std::string Vibration::fields_json() const {
-  std::string fields = text(R"("duration":%d,"points":)", duration_ms);
-  const char* separator = "[";
-  for (const lrasynth_point& point : points) {
-    fields += text("%s[%d,%d,%d]", separator, point.ms, point.intensity, point.offset);
-    separator = ",";
-  }
-  return fields + "]";
+  return text(R"("duration":%d,)", duration_ms) + points_json(points, [](const lrasynth_point& point) {
+           return text("[%d,%d,%d]", point.ms, point.intensity, point.offset);
+         });
 }
 
-Record Vibration::record(int32_t start_ms) const {
+void Vibration::scale(double gain) {
+  for (lrasynth_point& point : points) point.intensity = scaled(point.intensity, gain);
+}
+
+int32_t Vibration::strongest() const { return strongest_of(points); }
+
+std::vector<Record> Vibration::records(int32_t start_ms) const {
   Record record;
   lrasynth_put_continuous(record.data(), start_ms, duration_ms, points.data());
-  return record;
+  return {record};
+}
+
+std::string Curve::fields_json() const {
+  return points_json(points, [](const CurvePoint& point) {
+    if (point.asked_hz == 0) return text("[%d,%d,%d]", point.ms, point.intensity, point.offset);
+    return text(R"({"time":%d,"intensity":%d,"hz":%d})", point.ms, point.intensity, point.asked_hz);
+  });
+}
+
+// A chip that plays events by itself is told of one, of the largest intensity.
+void Curve::fit(const lrasynth_profile& profile, int32_t start_ms) {
+  const Tuning tuning(profile);
+  std::vector<lrasynth_point> drawn;
+  for (CurvePoint& point : points) {
+    if (point.asked_hz > 0) point.offset = tuning.nearest(point.asked_hz);
+    drawn.push_back({point.ms, point.intensity, point.offset});
+  }
+  if (!is_event_stream(profile)) {
+    parts = compile_curve(profile, start_ms, drawn);
+    return;
+  }
+  const lrasynth_point first = {0, strongest(), drawn[0].offset};
+  const lrasynth_point last = {duration_ms(), strongest(), drawn[0].offset};
+  parts = {{0, {duration_ms(), {first, first, last, last}, true}}};
+}
+
+void Curve::scale(double gain) {
+  for (CurvePoint& point : points) point.intensity = scaled(point.intensity, gain);
+}
+
+int32_t Curve::strongest() const { return strongest_of(points); }
+
+std::vector<Record> Curve::records(int32_t start_ms) const {
+  std::vector<Record> records;
+  for (const auto& [since_ms, vibration] : parts) records.push_back(vibration.records(start_ms + since_ms)[0]);
+  return records;
 }
 
 const char* Event::type() const {
+  if (vibration() != nullptr && vibration()->is_record) return Vibration::kRecordType;
   return std::visit([](const auto& of_kind) { return of_kind.kType; }, kind);
 }
 
@@ -60,8 +127,17 @@ std::string Event::fields_json() const {
   return text("\"start\":%d,", start_ms) + std::visit([](const auto& of_kind) { return of_kind.fields_json(); }, kind);
 }
 
-Record Event::record() const {
-  return std::visit([this](const auto& of_kind) { return of_kind.record(start_ms); }, kind);
+void Event::fit(const lrasynth_profile& profile) {
+  std::visit([&](auto& of_kind) { of_kind.fit(profile, start_ms); }, kind);
+}
+
+std::vector<Record> Event::records() const {
+  return std::visit([this](const auto& of_kind) { return of_kind.records(start_ms); }, kind);
+}
+
+std::vector<CurvePart> Event::parts() const {
+  if (vibration() != nullptr) return {{0, *vibration()}};
+  return curve() != nullptr ? curve()->parts : std::vector<CurvePart>();
 }
 
 int32_t Event::sent_ms() const {

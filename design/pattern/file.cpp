@@ -1,31 +1,44 @@
 // SPDX-License-Identifier: Apache-2.0
-// A pattern from its JSON, with every fault and its place, and back.
+// A pattern from its JSON, with every fault and its place.
 #include "design/pattern/file.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <limits>
 #include <set>
-#include <variant>
 
+#include "design/base/motor.h"
 #include "design/base/text.h"
-#include "design/pattern/json.h"
+#include "design/pattern/entry.h"
+#include "design/pattern/time.h"
 
 namespace design {
 namespace {
 
 using JsonKind = JsonValue::Kind;
+using Words = std::vector<std::string>;
+using Report = std::function<void(Place place, std::string what)>;
 
-constexpr Field<Event> kStart = {"start", &Event::start_ms, 0, kLongestMs};
+constexpr Field<Tap> kIntensity = {"intensity", &Tap::intensity, 0, 100};
+constexpr Field<Tap> kDriven = {"driven", &Tap::driven, 0, 100};
+constexpr Field<Tap> kLevel = {"level", &Tap::level, 0, 100};
+constexpr int32_t kFarMs = 10 * kLongestMs;
+constexpr Field<Vibration> kRecordDuration = {"duration", &Vibration::duration_ms, 1, kLongestMs};
+constexpr Field<lrasynth_point> kFarTime = {"time", &lrasynth_point::ms, 0, kFarMs};
+constexpr Field<lrasynth_point> kFarIntensity = {"intensity", &lrasynth_point::intensity, -1000, 1000};
+constexpr Field<lrasynth_point> kOffset = {"offset", &lrasynth_point::offset, -50, 50};
+constexpr Field<CurvePoint> kPointIntensity = {"intensity", &CurvePoint::intensity, 0, 100};
+constexpr Field<CurvePoint> kPointOffset = {"offset", &CurvePoint::offset, -50, 50};
+constexpr Field<CurvePoint> kHz = {"hz", &CurvePoint::asked_hz, 1, 1000};
+constexpr Field<Entry> kRepeat = {"repeat", &Entry::repeat, 1, static_cast<int32_t>(kMostEvents)};
+constexpr Field<Entry> kGain = {"gain", &Entry::gain, 0, 1000};
 
-// What stands at a place where something else should.
-std::string named(const JsonValue& value) {
-  if (value.kind == JsonKind::kList) return "a list";
-  if (value.kind == JsonKind::kObject) return "an object";
-  return shown(value.written);
-}
+constexpr const char* kGroupType = "group";
 
 // Members of the same name, and those that nobody knows.
-template <class Report>
-void report_names(const JsonValue& object, const std::vector<std::string>& known, const char* of_what, Report report) {
+void report_names(const JsonValue& object, const Words& known, const char* of_what, const Report& report) {
   std::set<std::string_view> seen;
   for (size_t i = 0; i < object.names.size(); ++i) {
     const std::string& name = object.names[i];
@@ -37,117 +50,338 @@ void report_names(const JsonValue& object, const std::vector<std::string>& known
   }
 }
 
-// Reads one event and notes its faults.
-class EventReader {
+int32_t whole_in(int32_t least, int32_t most, const std::string& name, const JsonValue& value, const Report& report) {
+  const auto whole = value.kind == JsonKind::kNumber ? whole_number(value.written) : std::nullopt;
+  if (whole && *whole >= least && *whole <= most) return *whole;
+  report(value.place, name + ": " + range_fault(least, most, named(value)));
+  return least;
+}
+
+std::string string_of(const std::string& name, const JsonValue& value, const Report& report) {
+  if (value.kind != JsonKind::kString) report(value.place, name + ": must be a text, not " + named(value));
+  return value.string;
+}
+
+double time_in(const std::string& name, const JsonValue& value, double tempo, const Report& report,
+               int32_t least_ms = 0) {
+  Time time = time_of(value, tempo, least_ms);
+  if (!time.fault.empty()) report(value.place, name + ": " + time.fault);
+  return time.ms;
+}
+
+// Reads one entry and notes its faults.
+class EntryReader {
  public:
-  EventReader(const JsonValue& json, int32_t number, Faults& faults) : json_(json), faults_(faults) {
-    event_.number = number;
-    event_.place = json.place;
+  EntryReader(const JsonValue& json, const EventName& name, size_t depth, double tempo, Faults& faults)
+      : json_(json), name_(name), depth_(depth), tempo_(tempo), faults_(faults) {
+    entry_.json = &json;
   }
 
-  Event read() {
+  Entry read(int32_t number) {
+    entry_.number = number;
     if (json_.kind != JsonKind::kObject) {
       fault(json_.place, "must be an object, not " + named(json_));
-      return event_;
-    }
-    const JsonValue* const type = member("type");
-    if (type != nullptr && !read_kind(type->string, AnyKind())) {
-      const std::vector<std::string> known = {Tap::kType, Vibration::kType};
+    } else if (const JsonValue* const type = member("type"); type != nullptr && !read_kind(type->string)) {
+      const Words known = {Tap::kType, Vibration::kType, Curve::kType, kGroupType};
       fault(type->place,
             "type: must be " + listed(known) + ", not " + named(*type) + did_you_mean(type->string, known));
     }
-    return event_;
+    return std::move(entry_);
   }
 
  private:
-  void fault(Place place, std::string what) { faults_.add({event_.number, place, std::move(what)}); }
+  void fault(Place place, std::string what) { faults_.add({name_, place, std::move(what)}); }
 
   const JsonValue* member(const char* name) {
     const JsonValue* const value = json_.member(name);
     if (value == nullptr) fault(json_.place, text("%s: is missing", name));
+    known_.emplace_back(name);
     return value;
   }
 
-  // The kind of that name, if there is one.
-  template <class... Kinds>
-  bool read_kind(std::string_view type, const std::variant<Kinds...>&) {
-    return ((type == Kinds::kType && read_fields(Kinds())) || ...);
+  const JsonValue* optional_member(const char* name) {
+    known_.emplace_back(name);
+    return json_.member(name);
   }
 
-  template <class Kind>
-  bool read_fields(Kind kind) {
-    std::vector<std::string> known = {"type"};
-    read_field(event_, kStart, known);
-    for (const Field<Kind>& field : Kind::fields()) read_field(kind, field, known);
-    read_rest(kind, known);
-    report_names(json_, known, Kind::kName, [&](Place place, std::string what) { fault(place, std::move(what)); });
-    event_.kind = kind;
-    return true;
+  bool read_kind(std::string_view type) {
+    const struct {
+      std::string_view type;
+      const char* name;
+      void (EntryReader::*read)();
+    } kinds[] = {{Tap::kType, Tap::kName, &EntryReader::read_tap},
+                 {Vibration::kType, Vibration::kName, &EntryReader::read_vibration},
+                 {Vibration::kRecordType, Vibration::kRecordName, &EntryReader::read_record},
+                 {Curve::kType, Curve::kName, &EntryReader::read_curve},
+                 {kGroupType, "a group", &EntryReader::read_group}};
+    for (const auto& kind : kinds) {
+      if (kind.type != type) continue;
+      if (const JsonValue* const start = member("start")) entry_.start_ms = time("start", *start);
+      (this->*kind.read)();
+      if (const JsonValue* const note = optional_member("note")) string_of("note", *note, report_);
+      report_names(json_, known_, kind.name, report_);
+      return true;
+    }
+    return false;
   }
 
   template <class Owner>
-  void read_field(Owner& owner, const Field<Owner>& field, std::vector<std::string>& known) {
-    known.emplace_back(field.name);
-    if (const JsonValue* value = member(field.name)) owner.*field.value = integer(field.name, *value, field);
-  }
-
-  void read_rest(Tap&, std::vector<std::string>&) {}
-
-  void read_rest(Vibration& vibration, std::vector<std::string>& known) {
-    known.emplace_back("points");
-    if (const JsonValue* points = member("points")) read_points(vibration, *points);
+  void read_field(Owner& owner, const Field<Owner>& field) {
+    if (const JsonValue* const value = member(field.name)) owner.*field.value = whole(field, field.name, *value);
   }
 
   template <class Owner>
-  int32_t integer(const std::string& name, const JsonValue& value, const Field<Owner>& field) {
-    const auto whole = value.kind == JsonKind::kNumber ? whole_number(value.written) : std::nullopt;
-    if (!whole || *whole < field.least || *whole > field.most) {
-      fault(value.place, name + ": " + range_fault(field.least, field.most, named(value)));
-      return 0;
-    }
-    if (*whole == LRASYNTH_CONTINUOUS || *whole == LRASYNTH_TRANSIENT) {
-      fault(value.place, text("%s: %d would read as the start of an event, take %d", name.c_str(), *whole,
-                              *whole == LRASYNTH_CONTINUOUS ? LRASYNTH_CONTINUOUS - 1 : LRASYNTH_TRANSIENT + 1));
-    }
-    return *whole;
+  int32_t whole(const Field<Owner>& field, const std::string& name, const JsonValue& value) {
+    return whole_in(field.least, field.most, name, value, report_);
   }
 
-  void read_points(Vibration& vibration, const JsonValue& points) {
-    if (points.kind != JsonKind::kList || points.items.size() != vibration.points.size()) {
-      return fault(points.place, "points: must be a list of four");
+  double time(const std::string& name, const JsonValue& value, int32_t least_ms = 0) {
+    return time_in(name, value, tempo_, report_, least_ms);
+  }
+
+  void read_tap() {
+    Tap tap;
+    const bool is_driven = json_.member(kDriven.name) != nullptr;
+    if (is_driven && json_.member(kIntensity.name) != nullptr) {
+      fault(json_.member(kDriven.name)->place, "driven: stands in place of the intensity, not beside it");
+      known_.emplace_back(kIntensity.name);
     }
+    read_field(tap, is_driven ? kDriven : kIntensity);
+    known_.emplace_back(kDriven.name);
+    read_field(tap, kLevel);
+    entry_.kind = tap;
+  }
+
+  void read_vibration() {
+    const JsonValue* const duration = member("duration");
+    const double duration_ms = duration == nullptr ? 0 : time("duration", *duration, 1);
+    Vibration vibration;
+    read_four(vibration, [&](size_t i, const JsonValue& json, const std::string& name) {
+      CurvePoint point;
+      read_triple(point, json, name);
+      vibration.points[i] = {0, point.intensity, point.offset};
+    });
+    entry_.kind = vibration;
+    if (entry_.times_ms.size() < vibration.points.size()) return;
+    const double span_ms = entry_.times_ms.back() - entry_.times_ms.front();
+    if (duration_ms == 0 || std::fabs(span_ms - duration_ms) < 1e-6) return;
+    fault(json_.member("points")->place,
+          text("points: times must span the duration, %.10g ms, not %.10g ms", duration_ms, span_ms));
+  }
+
+  void read_record() {
+    Vibration record = {.is_record = true};
+    read_field(record, kRecordDuration);
+    read_four(record, [&](size_t i, const JsonValue& json, const std::string& name) {
+      const Field<lrasynth_point> fields[] = {kFarTime, kFarIntensity, kOffset};
+      if (!is_triple(json, name)) return;
+      for (size_t j = 0; j < std::size(fields); ++j) {
+        record.points[i].*fields[j].value = whole(fields[j], name + ", " + fields[j].name, json.items[j]);
+      }
+      entry_.times_ms.push_back(record.points[i].ms);
+    });
+    entry_.kind = record;
+  }
+
+  template <class Read>
+  void read_four(const Vibration& vibration, Read read_point) {
+    const JsonValue* const points = member("points");
+    if (points == nullptr) return;
+    if (points->kind != JsonKind::kList || points->items.size() != vibration.points.size()) {
+      return fault(points->place, "points: must be a list of four");
+    }
+    read_points(*points, read_point);
+  }
+
+  template <class Read>
+  void read_points(const JsonValue& points, Read read_point) {
     const size_t faults_before = faults_.count;
-    for (size_t i = 0; i < vibration.points.size(); ++i) read_point(vibration.points[i], i, points.items[i]);
-    if (faults_.count == faults_before) check_times(vibration, points);
-  }
-
-  void read_point(lrasynth_point& point, size_t i, const JsonValue& json) {
-    const std::string name = text("point %zu", i + 1);
-    const auto fields = Vibration::point_fields();
-    if (json.kind != JsonKind::kList || json.items.size() != fields.size()) {
-      return fault(json.place, name + ": must be [time, intensity, offset]");
-    }
-    for (size_t j = 0; j < fields.size(); ++j) {
-      point.*fields[j].value = integer(name + ", " + fields[j].name, json.items[j], fields[j]);
+    for (size_t i = 0; i < points.items.size(); ++i) read_point(i, points.items[i], text("point %zu", i + 1));
+    if (faults_.count > faults_before) return entry_.times_ms.clear();
+    for (size_t i = 1; i < entry_.times_ms.size(); ++i) {
+      const double before_ms = entry_.times_ms[i - 1];
+      if (entry_.times_ms[i] >= before_ms) continue;
+      const JsonValue& point = points.items[i];
+      const JsonValue* const time = point.kind == JsonKind::kList ? &point.items[0] : point.member("time");
+      fault(time->place, text("point %zu, time: must be at least %.10g, the time of point %zu, not %.10g", i + 1,
+                              before_ms, i, entry_.times_ms[i]));
     }
   }
 
-  void check_times(const Vibration& vibration, const JsonValue& points) {
-    for (size_t i = 1; i < vibration.points.size(); ++i) {
-      const int32_t before_ms = vibration.points[i - 1].ms;
-      const int32_t time_ms = vibration.points[i].ms;
-      if (time_ms >= before_ms) continue;
-      fault(points.items[i].items[0].place,
-            text("point %zu, time: must be at least %d, the time of point %zu, not %d", i + 1, before_ms, i, time_ms));
+  bool is_triple(const JsonValue& json, const std::string& name) {
+    if (json.kind == JsonKind::kList && json.items.size() == 3) return true;
+    fault(json.place, name + ": must be [time, intensity, offset]");
+    return false;
+  }
+
+  void read_triple(CurvePoint& point, const JsonValue& json, const std::string& name) {
+    if (!is_triple(json, name)) return;
+    entry_.times_ms.push_back(time(name + ", time", json.items[0]));
+    point.intensity = whole(kPointIntensity, name + ", intensity", json.items[1]);
+    point.offset = whole(kPointOffset, name + ", offset", json.items[2]);
+  }
+
+  void read_curve() {
+    Curve curve;
+    if (const JsonValue* const points = member("points")) {
+      if (points->kind != JsonKind::kList || points->items.size() < 2) {
+        fault(points->place, "points: must be a list of two or more");
+      } else {
+        read_points(*points, [&](size_t, const JsonValue& json, const std::string& name) {
+          CurvePoint& point = curve.points.emplace_back();
+          json.kind == JsonKind::kObject ? read_object(point, json, name) : read_triple(point, json, name);
+        });
+      }
     }
-    const int32_t span_ms = vibration.point_ms(3);
-    if (span_ms == vibration.duration_ms || vibration.duration_ms == 0) return;  // 0: already a fault
-    fault(points.place, text("points: times must span the duration, %d ms, not %d ms", vibration.duration_ms, span_ms));
+    entry_.kind = curve;
+  }
+
+  // A point with its hertz, or its offset by its name.
+  void read_object(CurvePoint& point, const JsonValue& json, const std::string& name) {
+    const bool has_hz = json.member(kHz.name) != nullptr;
+    const Words known = {"time", "intensity", has_hz ? kHz.name : kPointOffset.name};
+    const auto value = [&](size_t i) { return json.member(known[i]); };
+    for (size_t i = 0; i < known.size(); ++i) {
+      if (value(i) == nullptr) fault(json.place, name + ", " + known[i] + ": is missing");
+    }
+    report_names(json, known, "a point",
+                 [&](Place place, const std::string& what) { fault(place, name + ", " + what); });
+    if (value(0) != nullptr) entry_.times_ms.push_back(time(name + ", time", *value(0)));
+    if (value(1) != nullptr) point.intensity = whole(kPointIntensity, name + ", intensity", *value(1));
+    const Field<CurvePoint>& pitch = has_hz ? kHz : kPointOffset;
+    if (value(2) != nullptr) point.*pitch.value = whole(pitch, name + ", " + pitch.name, *value(2));
+  }
+
+  void read_group() {
+    if (const JsonValue* const repeat = optional_member(kRepeat.name)) {
+      entry_.repeat = whole(kRepeat, kRepeat.name, *repeat);
+    }
+    if (const JsonValue* const every = optional_member("every")) {
+      entry_.every_ms = time("every", *every, 1);
+    } else if (entry_.repeat > 1) {
+      fault(json_.place, "every: is missing, how far its repetitions are apart");
+    }
+    if (const JsonValue* const gain = optional_member(kGain.name)) entry_.gain = whole(kGain, kGain.name, *gain);
+    const JsonValue* const events = member("events");
+    if (events == nullptr) return;
+    if (events->kind != JsonKind::kList || events->items.empty()) {
+      return fault(events->place, "events: must be a list of at least one");
+    }
+    if (depth_ == kDeepestGroup) {
+      return fault(json_.place, text("stands too deep: groups may be %zu deep", kDeepestGroup));
+    }
+    int32_t number = 0;
+    for (const JsonValue& json : events->items) {
+      const EventName name = {name_.entry, name_.inside + text(".%d", ++number)};
+      entry_.entries.push_back(EntryReader(json, name, depth_ + 1, tempo_, faults_).read(number));
+    }
   }
 
   const JsonValue& json_;
-  Event event_;
+  EventName name_;
+  size_t depth_;
+  double tempo_;
   Faults& faults_;
+  Entry entry_;
+  Words known_ = {"type"};
+  Report report_ = [this](Place place, std::string what) { fault(place, std::move(what)); };
+};
+
+// Reads a whole file.
+class FileReader {
+ public:
+  FileReader(const JsonValue& root, PatternFile& file) : root_(root), file_(file) {}
+
+  void read() {
+    read_setup();
+    report_names(root_, known_, "a pattern", report_);
+    const JsonValue* const events = root_.member("events");
+    if (events == nullptr || events->kind != JsonKind::kList || events->items.empty()) {
+      const Place place = events == nullptr ? root_.place : events->place;
+      return report_(place, "must be an object with events, a list of at least one");
+    }
+    std::vector<Entry> entries;
+    int32_t number = 0;
+    for (const JsonValue& json : events->items) {
+      const size_t faults_before = file_.faults.count;
+      Entry entry = EntryReader(json, {number + 1}, 0, tempo_, file_.faults).read(number + 1);
+      ++number;
+      if (file_.faults.count == faults_before) entries.push_back(std::move(entry));
+    }
+    file_.events = laid_out(entries, is_flat_, file_.faults, file_.notes);
+  }
+
+ private:
+  void read_setup() {
+    const auto whole = [&](const char* name, int32_t least, int32_t most) {
+      const JsonValue* const value = member(name);
+      return value == nullptr ? std::nullopt : std::optional(whole_in(least, most, name, *value, report_));
+    };
+    const auto time = [&](const char* name) {
+      const JsonValue* const value = member(name);
+      return value == nullptr
+                 ? std::nullopt
+                 : std::optional(static_cast<int32_t>(std::lround(time_in(name, *value, tempo_, report_))));
+    };
+    const auto string = [&](const char* name) {
+      const JsonValue* const value = member(name);
+      return value == nullptr ? "" : string_of(name, *value, report_);
+    };
+    read_tempo();
+    whole("version", 1, 1);
+    file_.name = string("name");
+    file_.note = string("note");
+    file_.setup.motor = whole("motor", 0, std::numeric_limits<int32_t>::max());
+    check_motor();
+    file_.setup.chip = whole("chip", 0, std::numeric_limits<int32_t>::max());
+    if (const auto boost = truth("boost")) file_.setup.boost = *boost ? 1 : 0;
+    file_.setup.loops = whole("loops", 1, kMostLoops);
+    file_.setup.interval_ms = time("interval");
+    file_.setup.limit_ms = time("limit");
+    is_flat_ = truth("flat").value_or(false);
+  }
+
+  const JsonValue* member(const char* name) {
+    known_.emplace_back(name);
+    return root_.member(name);
+  }
+
+  std::optional<bool> truth(const char* name) {
+    const JsonValue* const value = member(name);
+    if (value == nullptr) return std::nullopt;
+    if (value->kind != JsonKind::kBoolean) {
+      report_(value->place, text("%s: must be true or false, not ", name) + named(*value));
+    }
+    return value->written == "true";
+  }
+
+  void read_tempo() {
+    constexpr double kSlowest = 1;
+    constexpr double kFastest = 1000;
+    const JsonValue* const tempo = member("tempo");
+    if (tempo == nullptr) return;
+    const bool is_number = tempo->kind == JsonKind::kNumber;
+    tempo_ = is_number ? std::strtod(std::string(tempo->written).c_str(), nullptr) : 0;
+    if (tempo_ >= kSlowest && tempo_ <= kFastest) return;
+    report_(tempo->place, text("tempo: must be a number from %g to %g, not ", kSlowest, kFastest) + named(*tempo));
+    tempo_ = kFastest;  // so that beats are no further faults
+  }
+
+  void check_motor() {
+    if (!file_.setup.motor) return;
+    const std::vector<int32_t> known = motors();
+    if (std::find(known.begin(), known.end(), *file_.setup.motor) != known.end()) return;
+    Words words;
+    for (const int32_t motor : known) words.push_back(text("%d", motor));
+    report_(root_.member("motor")->place, "motor: must be " + listed(words) + text(", not %d", *file_.setup.motor));
+  }
+
+  const JsonValue& root_;
+  PatternFile& file_;
+  Words known_ = {"events"};
+  double tempo_ = 0;  // beats a minute; 0: none
+  bool is_flat_ = false;
+  Report report_ = [this](Place place, std::string what) { file_.faults.add({{}, place, std::move(what)}); };
 };
 
 }  // namespace
@@ -155,40 +389,18 @@ class EventReader {
 PatternFile read_pattern(std::string_view json) {
   PatternFile file;
   if (json.size() > kLargestFile) {
-    file.faults.add({0, {}, text("must not be larger than %zu bytes", kLargestFile)});
+    file.faults.add({{}, {}, text("must not be larger than %zu bytes", kLargestFile)});
     return file;
   }
-  JsonText parsed = read_json(json);
-  if (!parsed.root) {
-    file.faults.add(std::move(parsed.fault));
-    return file;
+  const auto source = std::make_shared<Source>(Source{std::string(json), {}});
+  source->json = read_json(source->text);
+  file.source = source;
+  if (source->json.root) {
+    FileReader(*source->json.root, file).read();
+  } else {
+    file.faults.add(source->json.fault);
   }
-  const JsonValue& root = *parsed.root;
-  const JsonValue* const events = root.member("events");
-  report_names(root, {"events"}, "a pattern", [&](Place place, std::string what) {
-    file.faults.add({0, place, std::move(what)});
-  });
-  if (events == nullptr || events->kind != JsonKind::kList || events->items.empty()) {
-    const Place place = events == nullptr ? root.place : events->place;
-    file.faults.add({0, place, "must be an object with events, a list of at least one"});
-    return file;
-  }
-  int32_t number = 0;
-  for (const JsonValue& entry : events->items) {
-    const size_t faults_before = file.faults.count;
-    const Event event = EventReader(entry, ++number, file.faults).read();
-    if (file.faults.count == faults_before) file.events.push_back(event);
-  }
-  std::stable_sort(file.events.begin(), file.events.end(), starts_before);
   return file;
-}
-
-std::string canonical_json(const std::vector<Event>& events) {
-  std::string lines;
-  for (const Event& event : events) {
-    lines += (lines.empty() ? "  {" : ",\n  {") + text("\"type\":\"%s\",", event.type()) + event.fields_json() + "}";
-  }
-  return "{\"events\": [\n" + lines + "\n]}\n";
 }
 
 }  // namespace design

@@ -1,45 +1,111 @@
 // SPDX-License-Identifier: Apache-2.0
-// Patterns as people write them, in JSON: read with every fault and its place, and written in one canonical form.
+// Patterns as JSON, the form in which people write them.
 #pragma once
 
+#include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "design/pattern/event.h"
+#include "design/pattern/json.h"
 
 namespace design {
 
-constexpr size_t kLargestFile = 4U << 20U;  // bytes
+constexpr size_t kLargestFile = size_t{4} << 20U;  // bytes
+constexpr size_t kMostEvents = 50'000;             // with all repetitions of groups
+constexpr int32_t kMostLoops = 65'535;
 
-// The events that have no fault, in ascending start, and the faults of all others.
+// How often a pattern plays, and the latest start of a continuous vibration.
+struct Playback {
+  int32_t loops = 1;
+  int32_t interval_ms = 0;
+  int32_t limit_ms = LRASYNTH_NO_LIMIT;
+};
+
+// What a pattern is made for or played with, as far as that is said.
+struct Setup {
+  std::optional<int32_t> motor;
+  std::optional<int32_t> chip;
+  std::optional<int32_t> boost;  // 0 or 1
+  std::optional<int32_t> loops;
+  std::optional<int32_t> interval_ms;
+  std::optional<int32_t> limit_ms;
+
+  lrasynth_profile profile() const;
+  Playback playback() const;
+};
+
+// What is asked for, and what a file says of the rest.
+Setup merged(const Setup& asked, const Setup& of_file);
+
+// What is asked for against what the file says: "motor 832 overrides the file's 1040".
+std::vector<std::string> overrides(const Setup& asked, const Setup& of_file);
+
+// The text of a file and its tree, which refers to it.
+struct Source {
+  std::string text;
+  JsonText json;
+};
+
+// What can be read of a file, and what cannot.
 struct PatternFile {
+  std::string name;
+  std::string note;
+  Setup setup;
+  // Laid out, in ascending start; as they stand where the file says that it is flat. Not yet fitted to a chip and
+  // motor.
   std::vector<Event> events;
+  std::vector<std::string> notes;  // on what was not taken as it stands
   Faults faults;
+  std::shared_ptr<const Source> source;
 };
 
 PatternFile read_pattern(std::string_view json);
 
-// A line for each event, every field in the order of the documentation.
-std::string canonical_json(const std::vector<Event>& events);
+// Whether it has comments, which are not kept.
+bool has_comments(const Source& source);
+
+// All that it says, a line for each event, its fields and its events in one order. The text is without faults.
+std::string canonical_json(const Source& source);
+
+// The same waveform as a file of records, one for each that events are made of, for this chip and motor. Its events are
+// fitted to them.
+std::string flat_json(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback);
 
 // The form of a file, for people.
 constexpr const char* kPatternHelp = R"(FILE:
-  {"events": [
+  {"tempo": 120, "events": [
     {"type": "transient", "start": 0, "intensity": 80, "level": 50},
-    {"type": "continuous", "start": 40, "duration": 400,
-     "points": [[0, 20, -20], [100, 100, 0], [300, 80, 10], [400, 0, 0]]}
+    {"type": "curve", "start": "1/4b", "points": [[0, 20, -20], [150, 100, 0], [300, 0, 20]]},
+    {"type": "group", "start": "1b", "repeat": 4, "every": "1/2b", "gain": 60, "events": [
+      {"type": "transient", "start": 0, "driven": 40, "level": 90}
+    ]}
   ]}
   A transient is a tap: of an intensity (percent, 0..100) and a level (its character: from 0, dull, over 50, the motor's
-  resonance, to 100, crisp). A continuous event is a vibration along four points of time, intensity (percent, 0..100)
-  and frequency offset (-50..50, steps of a motor's own curve around its resonance at 0; sheet draws it).
+  resonance, to 100, crisp). driven in place of the intensity is the strength that the motor gets, of which motor 1040
+  takes a share inside patterns. A curve is a vibration through two points or more of time, intensity (percent, 0..100)
+  and frequency offset (-50..50, steps of a motor's own curve around its resonance at 0; sheet draws it); a point may
+  be {"time": 0, "intensity": 20, "hz": 134}, too. It plays as drawn, by as many records as that takes. A continuous
+  event ("duration", and four points) is one record, which plays its points otherwise: its carrier moves twice as far.
+  A group plays its events, whose times count from its own, repeat times, every so often, at gain percent; groups stand
+  in groups, 8 deep at most.
 
-  Times are whole milliseconds: starts and point times 0..600000, durations 1..600000; 4096 and 4097 stand for events
-  and are taken for nothing else. Point times span the duration and need not begin at 0. All passes and gaps together
-  last 600000 ms at most, and a file has 4 MiB at most. Comments (// and /* */) are passed over.
+  Times are milliseconds, or "250ms", "1.5s", and with a tempo (beats a minute) "2b", "1/3b": starts and point times
+  0..600000 ms, durations from 1 ms on. They are rounded from the pattern's start, so that beats do not drift; 4096 and
+  4097 stand for events and are taken for nothing else. Point times need not begin at 0; those of a continuous event
+  span its duration. All passes and gaps together last 600000 ms at most, a file has 4 MiB and 50000 events at most.
+  Comments (// and /* */) are passed over.
 
-  Events may stand in any order. Taps play over vibrations; of two events of one kind, the one that starts later plays.
-  With --chip 11 the output is the event stream, of 64 MiB at most: .bin, or .csv to read it.
+  Besides, a file may have "version": 1, "name", "note" (as may every event), and what it was made for: "motor",
+  "chip", "boost" (true or false), "loops", "interval", "limit". Options override these.
+
+  Events may stand in any order. Taps play over vibrations; of two vibrations or taps, the one that starts later plays.
+  With --chip 11 the output is the event stream, of 64 MiB at most: .bin, or .csv to read it. Flat files, as --flat
+  writes them ("flat": true), have their events in playing order, and may have records whose points lie beyond their
+  durations, {"type": "record"}.
 
 )";
 

@@ -98,7 +98,7 @@ class TreeBuilder {
   bool Double(double) { return false; }
 
  private:
-  static constexpr size_t kDeepest = 16;
+  static constexpr size_t kDeepest = 32;
 
   // What has just been read, so many characters of it.
   std::string_view last(size_t length) { return text_.substr(stream_.Tell() - length, length); }
@@ -136,7 +136,7 @@ class TreeBuilder {
   }
 
   JsonText refused(size_t at, const std::string& why) {
-    return {std::nullopt, {0, place_of(text_.substr(at)), "is not JSON: " + why}};
+    return {std::nullopt, {{}, place_of(text_.substr(at)), "is not JSON: " + why}};
   }
 
   bool add(Kind kind, std::string_view written, std::string string = {}) {
@@ -153,7 +153,7 @@ class TreeBuilder {
   bool open() {
     open_.push_back(newest_);
     if (open_.size() <= kDeepest) return true;
-    fault_ = {0, newest_->place, "is nested too deeply"};
+    fault_ = {{}, newest_->place, "is nested too deeply"};
     return false;
   }
 
@@ -180,6 +180,25 @@ class TreeBuilder {
 const JsonValue* JsonValue::member(std::string_view name) const {
   const auto found = std::find(names.begin(), names.end(), name);
   return found == names.end() ? nullptr : &items[static_cast<size_t>(found - names.begin())];
+}
+
+std::string named(const JsonValue& value) {
+  if (value.kind == Kind::kList) return "a list";
+  if (value.kind == Kind::kObject) return "an object";
+  return shown(value.written);
+}
+
+std::string quoted(std::string_view raw) {
+  std::string word = "\"";
+  for (const char c : raw) {
+    if (c == '"' || c == '\\') word += '\\';
+    if (static_cast<uint8_t>(c) < 0x20) {
+      word += text("\\u%04x", c);
+    } else {
+      word += c;
+    }
+  }
+  return word + '"';
 }
 
 JsonText read_json(std::string_view text) { return TreeBuilder(text).build(); }

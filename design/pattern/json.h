@@ -27,6 +27,12 @@ struct JsonValue {
   const JsonValue* member(std::string_view name) const;
 };
 
+// What stands at a place where something else should, for one line of a message.
+std::string named(const JsonValue& value);
+
+// As it stands in a JSON text.
+std::string quoted(std::string_view raw);
+
 // The tree of a text, or why it is none. `written` refers to the text.
 struct JsonText {
   std::optional<JsonValue> root;

@@ -7,25 +7,19 @@
 #include <string>
 #include <vector>
 
-#include "design/pattern/event.h"
+#include "design/pattern/file.h"
 
 namespace design {
 
-// How often a pattern plays, and the latest start of a continuous vibration.
-struct Playback {
-  int32_t loops = 1;
-  int32_t interval_ms = 0;
-  int32_t limit_ms = LRASYNTH_NO_LIMIT;
-};
-
-// What else is wrong with events on this chip and motor, as the library judges their records one by one.
+// What else is wrong with events that are fitted to this chip and motor, as the library judges their records one by
+// one.
 void add_faults(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback,
                 Faults& faults);
 
 // The records as the profile's chip needs them, and how they end a pass of samples.
 struct Request {
   std::vector<int32_t> integers;
-  int32_t last_event = 0;  // the number of the event that ends last
+  size_t last_event = 0;   // the index of the event that ends last
   int32_t closing_ms = 0;  // where an empty vibration closes the pass; 0: nowhere
   int32_t added_ms = 0;    // by which that is later than the end, which would read as a type
   int32_t missing_ms = 0;  // where one would stand, had the limit allowed it; 0: nowhere

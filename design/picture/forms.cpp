@@ -14,7 +14,10 @@ namespace {
 void as_wav(const Piece& piece, const View&, const Sink& sink) { write_wav(piece.waveform, sink); }
 void as_csv(const Piece& piece, const View&, const Sink& sink) { write_csv(piece.waveform, sink); }
 void as_codes(const Piece& piece, const View&, const Sink& sink) { write_codes(piece.waveform, sink); }
-void as_json(const Piece& piece, const View&, const Sink& sink) { sink(canonical_json(piece.score->events())); }
+void as_json(const Piece& piece, const View&, const Sink& sink) { sink(canonical_json(*piece.source)); }
+void as_flat(const Piece& piece, const View&, const Sink& sink) {
+  sink(flat_json(piece.score->events(), piece.score->profile(), piece.score->playback()));
+}
 void as_c(const Piece& piece, const View&, const Sink& sink) { sink(c_array(piece.score->request())); }
 void as_summary(const Piece& piece, const View& view, const Sink& sink) { sink(summary_of(piece, view.resonator)); }
 
@@ -30,6 +33,7 @@ constexpr Form kForms[] = {
     {"csv", "number, time in ms, sample code and amplitude of every sample", true, true, true, true, as_csv},
     {"bin", "the sample codes", false, true, true, true, as_codes},
     {"json", "", true, true, false, false, as_json},
+    {"flat", "", true, true, false, false, as_flat},
     {"c", "", true, true, false, false, as_c},
     {"summary", "", true, true, true, false, as_summary},
 };

@@ -92,7 +92,7 @@ class Plot {
     name_sections(panel);
     LabelRow marks;
     for (const Warning& warning : warnings_) {
-      if (warning.event == 0 || !is_shown(warning)) continue;
+      if (warning.event.entry == 0 || !is_shown(warning)) continue;
       const auto x = marks.place(panel.x_at(warning.at_ms), "!");
       if (x) picture_.label({*x, panel.box.y + 13}, kMiddle, "warning", "!");
     }
@@ -169,10 +169,10 @@ class Plot {
         for (const TapSegment& segment : tap_segments(score_->profile(), tap->level)) {
           highest = std::max(highest, static_cast<double>(segment.hz));
         }
-        continue;
       }
-      for (const Stretch& stretch : stretches_of(score_->profile(), *event.vibration())) {
-        highest = std::max({highest, stretch.from_hz, stretch.to_hz, std::fabs(stretch.reached_hz())});
+      for (const Asked& point : line_of(score_->profile(), event)) highest = std::max(highest, point.hz);
+      for (const Stretch& stretch : stretches_of(score_->profile(), event)) {
+        highest = std::max({highest, stretch.from_hz, std::fabs(stretch.reached_hz())});
       }
     }
     return highest;
@@ -192,13 +192,18 @@ class Plot {
     if (!has_room_for_events(panel)) return;
     for_events([&](size_t i, double start_ms) {
       const Event& event = score_->events()[i];
-      std::visit([&](const auto& kind) { draw_frequency(panel, i, kind, start_ms + event.start_ms); }, event.kind);
+      event.tap() != nullptr ? draw_segments(panel, i, *event.tap(), start_ms + event.start_ms)
+                             : draw_carriers(panel, i, start_ms + event.start_ms);
     });
   }
 
-  void draw_frequency(const Panel& panel, size_t i, const Vibration& vibration, double start_ms) {
-    for (const Stretch& stretch : stretches_of(score_->profile(), vibration)) {
-      draw_line(panel, stretch.span.moved(start_ms), stretch.from_hz, stretch.to_hz, "aim");
+  void draw_carriers(const Panel& panel, size_t i, double start_ms) {
+    const std::vector<Asked> line = line_of(score_->profile(), score_->events()[i]);
+    for (size_t to = 1; to < line.size(); ++to) {
+      const Span span = {line[to - 1].ms, line[to].ms};
+      draw_line(panel, span.moved(start_ms), line[to - 1].hz, line[to].hz, "aim");
+    }
+    for (const Stretch& stretch : stretches_of(score_->profile(), score_->events()[i])) {
       for (const Span& heard : score_->heard(i)) {
         const Span part = common(stretch.span, heard.moved(-score_->events()[i].start_ms));
         if (part.length() > 0) draw_carrier(panel, stretch, part, start_ms);
@@ -220,7 +225,7 @@ class Plot {
     draw({turn, part.to});
   }
 
-  void draw_frequency(const Panel& panel, size_t i, const Tap& tap, double start_ms) {
+  void draw_segments(const Panel& panel, size_t i, const Tap& tap, double start_ms) {
     const double own_ms = score_->events()[i].start_ms;
     double at_ms = own_ms;
     for (const TapSegment& segment : tap_segments(score_->profile(), tap.level)) {
@@ -242,8 +247,7 @@ class Plot {
                  "outlined: the intensity as asked; filled: what plays, as strong as it is driven (of full scale)", 20);
     if (!has_room_for_events(panel)) return;
     for_events([&](size_t i, double pass_start_ms) {
-      const Event& event = score_->events()[i];
-      if (event.vibration() != nullptr) draw_vibration(panel, i, *event.vibration(), pass_start_ms);
+      if (score_->events()[i].tap() == nullptr) draw_vibration(panel, i, pass_start_ms);
     });
     LabelRow row;
     for_events([&](size_t i, double pass_start_ms) {
@@ -253,16 +257,17 @@ class Plot {
   }
 
   // As asked in outline, straight from point to point; filled where it is what plays, with the envelope that it has.
-  void draw_vibration(const Panel& panel, size_t i, const Vibration& vibration, double pass_start_ms) {
+  void draw_vibration(const Panel& panel, size_t i, double pass_start_ms) {
     const double start_ms = pass_start_ms + score_->events()[i].start_ms;
-    for (const Stretch& stretch : stretches_of(score_->profile(), vibration)) {
+    for (const Stretch& stretch : stretches_of(score_->profile(), score_->events()[i])) {
       for (const Span& heard : score_->heard(i)) {
         const Span part = common(common(stretch.span.moved(start_ms), heard.moved(pass_start_ms)), shown_);
         if (part.length() > 0) draw_envelope(panel, stretch, part, start_ms);
       }
     }
     const Span asked = common(score_->span_of(i).moved(pass_start_ms), shown_);
-    if (asked.length() > 0) draw_intensity(panel, vibration, asked, start_ms);
+    const std::vector<Asked> line = line_of(score_->profile(), score_->events()[i]);
+    if (asked.length() > 0 && !line.empty()) draw_intensity(panel, line, asked, start_ms);
   }
 
   void draw_envelope(const Panel& panel, const Stretch& stretch, Span part, double start_ms) {
@@ -278,26 +283,25 @@ class Plot {
     picture_.path(outline, "vibration");
   }
 
-  void draw_intensity(const Panel& panel, const Vibration& vibration, Span part, double start_ms) {
+  void draw_intensity(const Panel& panel, const std::vector<Asked>& line, Span part, double start_ms) {
     std::vector<Point> outline = {panel.at(part.from, 0),
-                                  panel.at(part.from, intensity_at(vibration, part.from - start_ms))};
-    for (size_t i = 0; i < vibration.points.size(); ++i) {
-      const double ms = start_ms + vibration.point_ms(i);
-      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, vibration.points[i].intensity));
+                                  panel.at(part.from, intensity_at(line, part.from - start_ms))};
+    for (const Asked& point : line) {
+      const double ms = start_ms + point.ms;
+      if (ms >= part.from && ms <= part.to) outline.push_back(panel.at(ms, point.intensity));
     }
-    outline.push_back(panel.at(part.to, intensity_at(vibration, part.to - start_ms)));
+    outline.push_back(panel.at(part.to, intensity_at(line, part.to - start_ms)));
     outline.push_back(panel.at(part.to, 0));
     picture_.path(outline, "outline");
   }
 
-  static double intensity_at(const Vibration& vibration, double ms) {
+  static double intensity_at(const std::vector<Asked>& line, double ms) {
     size_t to = 1;
-    while (to < 3 && vibration.point_ms(to) < ms) ++to;
-    const double from_ms = vibration.point_ms(to - 1);
-    const double length_ms = vibration.point_ms(to) - from_ms;
-    const double share = length_ms <= 0 ? 1 : std::clamp((ms - from_ms) / length_ms, 0.0, 1.0);
-    return vibration.points[to - 1].intensity +
-           share * (vibration.points[to].intensity - vibration.points[to - 1].intensity);
+    while (to + 1 < line.size() && line[to].ms < ms) ++to;
+    const Asked& from = line[to - 1];
+    const double length_ms = line[to].ms - from.ms;
+    const double share = length_ms <= 0 ? 1 : std::clamp((ms - from.ms) / length_ms, 0.0, 1.0);
+    return from.intensity + share * (line[to].intensity - from.intensity);
   }
 
   // As strong as asked in outline, filled as strong as the motor is driven, with level and strength above.
@@ -308,7 +312,7 @@ class Plot {
       const Point corner = panel.at(part.from, height);
       return Box{corner.x, corner.y, panel.x_at(part.to) - corner.x, panel.box.bottom() - corner.y};
     };
-    picture_.rectangle(bar(span, tap.intensity), "outline");
+    picture_.rectangle(bar(span, tap.strongest()), "outline");
     for (const Span& heard : score_->heard(i)) {
       const Span part = common(heard.moved(pass_start_ms), shown_);
       if (part.length() > 0) picture_.rectangle(bar(part, driven), "transient");
@@ -348,7 +352,7 @@ class Plot {
   }
 
   bool is_shown(const Warning& warning) const {
-    return warning.event == 0 || (warning.at_ms >= shown_.from && warning.at_ms <= shown_.to);
+    return warning.event.entry == 0 || (warning.at_ms >= shown_.from && warning.at_ms <= shown_.to);
   }
 
   const Waveform& waveform_;

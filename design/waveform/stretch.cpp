@@ -2,6 +2,7 @@
 // The carrier and the envelope of a continuous vibration.
 #include "design/waveform/stretch.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -14,26 +15,51 @@ double Stretch::amplitude_at(double ms) const {
   return from_amplitude + (to_amplitude - from_amplitude) * turned;
 }
 
-std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Vibration& vibration) {
+namespace {
+
+void add_stretches(const lrasynth_profile& profile, const CurvePart& part, std::vector<Stretch>& stretches) {
   constexpr double kRateOfQuarters = 24000;
   const auto amplitude_of = [&](const lrasynth_point& point) {
     return gain_at(profile, point.offset) * 128 * point.intensity / 100;
   };
-  std::vector<Stretch> stretches;
+  const Vibration& vibration = part.vibration;
   for (size_t to = 1; to < vibration.points.size(); ++to) {
     const lrasynth_point& from_point = vibration.points[to - 1];
     const lrasynth_point& to_point = vibration.points[to];
-    const Span span = {static_cast<double>(vibration.point_ms(to - 1)), static_cast<double>(vibration.point_ms(to))};
-    if (span.length() <= 0) continue;
+    const Span whole = {static_cast<double>(vibration.point_ms(to - 1)), static_cast<double>(vibration.point_ms(to))};
+    const Span played = {whole.from, std::min<double>(whole.to, vibration.duration_ms)};
+    if (played.length() <= 0) continue;
     stretches.push_back({.to_point = to,
-                         .span = span,
+                         .span = played.moved(part.since_ms),
+                         .length_ms = whole.length(),
                          .from_hz = static_cast<double>(hertz_at(profile, from_point.offset)),
                          .to_hz = static_cast<double>(hertz_at(profile, to_point.offset)),
                          .from_amplitude = amplitude_of(from_point),
                          .to_amplitude = amplitude_of(to_point),
                          .quarters = kRateOfQuarters / profile.sample_rate});
   }
+}
+
+}  // namespace
+
+std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Event& event) {
+  std::vector<Stretch> stretches;
+  for (const CurvePart& part : event.parts()) add_stretches(profile, part, stretches);
   return stretches;
+}
+
+std::vector<Asked> line_of(const lrasynth_profile& profile, const Event& event) {
+  std::vector<Asked> line;
+  const auto add = [&](const auto& of_points) {
+    for (size_t i = 0; i < of_points.points.size(); ++i) {
+      const auto& point = of_points.points[i];
+      line.push_back({static_cast<double>(of_points.point_ms(i)), static_cast<double>(point.intensity),
+                      static_cast<double>(hertz_at(profile, point.offset))});
+    }
+  };
+  if (event.curve() != nullptr) add(*event.curve());
+  if (event.vibration() != nullptr && !event.vibration()->is_record) add(*event.vibration());
+  return line;
 }
 
 }  // namespace design

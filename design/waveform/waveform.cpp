@@ -125,23 +125,22 @@ std::vector<Heard> Score::all_heard() const {
   return all;
 }
 
-// Later events of a kind play over earlier ones, and taps over everything. Events ascend, so that from the last to the
+// Later events of a layer play over earlier ones, and taps over everything. Events ascend, so that from the last to the
 // first each starts before all that plays over it.
 void Score::find_heard() {
   std::vector<Span> taps;  // descending
-  find_heard_of<Tap>({}, taps);
+  find_heard_of(true, {}, taps);
   std::reverse(taps.begin(), taps.end());
   std::vector<Span> vibrations;
-  find_heard_of<Vibration>(taps, vibrations);
+  find_heard_of(false, taps, vibrations);
 }
 
-// What is heard of the events of a kind under others, which ascend. Leaves what those of the kind cover, descending.
-template <class Kind>
-void Score::find_heard_of(const std::vector<Span>& others, std::vector<Span>& covered) {
+// What is heard of taps, or of all else, under others, which ascend. Leaves what those of the layer cover, descending.
+void Score::find_heard_of(bool taps, const std::vector<Span>& others, std::vector<Span>& covered) {
   for (size_t i = events_.size(); i-- > 0;) {
-    if (!std::holds_alternative<Kind>(events_[i].kind)) continue;
+    if ((events_[i].tap() != nullptr) != taps) continue;
     const Span span = span_of(i);
-    // Of the later ones of its kind only those matter that this one reaches.
+    // Of the later ones of its layer only those matter that this one reaches.
     std::vector<Span> reached;
     for (size_t j = covered.size(); j-- > 0 && covered[j].from < span.to;) reached.push_back(covered[j]);
     for (const Span part : without(span, reached)) {
@@ -161,11 +160,15 @@ Waveform event_waveform(const lrasynth_profile& profile, const Event& event) {
   if (const Tap* const tap = event.tap()) {
     return tap_waveform(profile, tap->level, driven_intensity(profile, tap->level, tap->intensity));
   }
-  const auto read = [profile, record = event.vibration()->record(0)](int64_t first, std::span<uint8_t> window) {
-    const lrasynth_pattern pattern = {record.data(), LRASYNTH_RECORD_LENGTH, 1, 0, LRASYNTH_NO_LIMIT};
-    lrasynth_pattern_read(&profile, &pattern, first, window.data(), static_cast<int64_t>(window.size()));
+  std::vector<int32_t> integers;
+  for (const Record& record : event.records()) integers.insert(integers.end(), record.begin(), record.end());
+  const int64_t per_ms = profile.sample_rate / 1000;
+  const int64_t start = per_ms * event.start_ms;
+  const auto read = [profile, start, integers](int64_t first, std::span<uint8_t> window) {
+    const lrasynth_pattern pattern = {integers.data(), static_cast<int32_t>(integers.size()), 1, 0, LRASYNTH_NO_LIMIT};
+    lrasynth_pattern_read(&profile, &pattern, start + first, window.data(), static_cast<int64_t>(window.size()));
   };
-  const int64_t length = int64_t{profile.sample_rate / 1000} * event.vibration()->duration_ms;
+  const auto length = static_cast<int64_t>(event.end_ms(profile)) * per_ms - start;
   return {.title = {}, .profile = profile, .length = length, .read = read};
 }
 

@@ -76,7 +76,7 @@ struct Heard {
   size_t event;
 };
 
-// A pattern laid out in time on a chip and motor. Its events are without faults there.
+// A pattern laid out in time on a chip and motor. Its events are fitted to them, and without faults there.
 class Score {
  public:
   Score(const lrasynth_profile& profile, const Playback& playback, std::vector<Event> events);
@@ -106,8 +106,7 @@ class Score {
  private:
   lrasynth_pattern pattern() const;
   void find_heard();
-  template <class Kind>
-  void find_heard_of(const std::vector<Span>& others, std::vector<Span>& covered);
+  void find_heard_of(bool taps, const std::vector<Span>& others, std::vector<Span>& covered);
 
   lrasynth_profile profile_;
   Playback playback_;
@@ -119,7 +118,7 @@ class Score {
   double pass_ms_ = 0;
 };
 
-// An event by itself, as a pattern plays it, from its start on.
+// A fitted event by itself, as a pattern plays it, from its start on.
 Waveform event_waveform(const lrasynth_profile& profile, const Event& event);
 
 // Whether no sample is anything but rest, which has two codes.

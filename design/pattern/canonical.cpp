@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: Apache-2.0
+// Patterns back to JSON, in one form.
+#include <algorithm>
+#include <cstdlib>
+
+#include "design/base/text.h"
+#include "design/pattern/file.h"
+#include "design/pattern/time.h"
+
+namespace design {
+namespace {
+
+using Kind = JsonValue::Kind;
+
+// The fields of a file and of all kinds of events in the order in which they are written.
+constexpr const char* kFileFields[] = {"version", "name",  "note",     "motor", "chip", "boost",
+                                       "tempo",   "loops", "interval", "limit", "flat"};
+constexpr const char* kEventFields[] = {"type",      "start",  "duration", "repeat", "every", "gain",   "time",
+                                        "intensity", "driven", "offset",   "hz",     "level", "points", "note"};
+
+class Writer {
+ public:
+  explicit Writer(const JsonValue& root) : root_(root) {
+    if (const JsonValue* const tempo = root.member("tempo")) {
+      tempo_ = std::strtod(std::string(tempo->written).c_str(), nullptr);
+    }
+    const JsonValue* const flat = root.member("flat");
+    is_flat_ = flat != nullptr && flat->written == "true";
+  }
+
+  std::string write() {
+    lines_ = "{";
+    add_fields(root_, kFileFields);
+    lines_ += lines_.size() > 1 ? "," : "";
+    lines_ += "\"events\": [\n";
+    add_events(*root_.member("events"), 1);
+    return lines_ + "]}\n";
+  }
+
+ private:
+  // In the order in which they start.
+  void add_events(const JsonValue& events, size_t depth) {
+    std::vector<const JsonValue*> sorted;
+    for (const JsonValue& event : events.items) sorted.push_back(&event);
+    const auto start_ms = [&](const JsonValue* event) { return time_of(*event->member("start"), tempo_).ms; };
+    const auto is_earlier = [&](auto* a, auto* b) { return start_ms(a) < start_ms(b); };
+    if (!is_flat_) std::stable_sort(sorted.begin(), sorted.end(), is_earlier);
+    for (const JsonValue* const event : sorted) {
+      lines_ += std::string(2 * depth, ' ') + "{";
+      add_fields(*event, kEventFields);
+      if (const JsonValue* const inner = event->member("events")) {
+        lines_ += ",\"events\":[\n";
+        add_events(*inner, depth + 1);
+        lines_ += std::string(2 * depth, ' ') + "]";
+      }
+      lines_ += event == sorted.back() ? "}\n" : "},\n";
+    }
+  }
+
+  template <class Names>
+  void add_fields(const JsonValue& object, const Names& names) {
+    const char* separator = "";
+    for (const char* const name : names) {
+      const JsonValue* const value = object.member(name);
+      if (value == nullptr) continue;
+      lines_ += separator + quoted(name) + ":";
+      separator = ",";
+      add(*value);
+    }
+  }
+
+  void add(const JsonValue& value) {
+    if (value.kind == Kind::kString) {
+      lines_ += quoted(value.string);
+    } else if (value.kind == Kind::kList) {
+      lines_ += "[";
+      for (const JsonValue& item : value.items) {
+        lines_ += &item == value.items.data() ? "" : ",";
+        add(item);
+      }
+      lines_ += "]";
+    } else if (value.kind == Kind::kObject) {
+      lines_ += "{";
+      add_fields(value, kEventFields);
+      lines_ += "}";
+    } else {
+      lines_ += value.written == "-0" ? "0" : value.written;
+    }
+  }
+
+  const JsonValue& root_;
+  double tempo_ = 0;
+  bool is_flat_ = false;
+  std::string lines_;
+};
+
+}  // namespace
+
+// A slash stands outside of strings in comments alone.
+bool has_comments(const Source& source) {
+  bool in_string = false;
+  for (size_t i = 0; i < source.text.size(); ++i) {
+    const char c = source.text[i];
+    if (in_string && c == '\\') {
+      ++i;
+    } else if (c == '"') {
+      in_string = !in_string;
+    } else if (c == '/' && !in_string) {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::string canonical_json(const Source& source) { return Writer(*source.json.root).write(); }
+
+std::string flat_json(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback) {
+  std::string lines = text(R"({"version":1,"motor":%d,"chip":%d,"boost":%s,)", profile.motor_type, profile.chip_type,
+                           profile.boost_flag == 1 ? "true" : "false");
+  const auto add = [&](const char* name, int32_t value, int32_t usual) {
+    if (value != usual) lines += text(R"("%s":%d,)", name, value);
+  };
+  add("loops", playback.loops, Playback().loops);
+  add("interval", playback.interval_ms, Playback().interval_ms);
+  add("limit", playback.limit_ms, Playback().limit_ms);
+  lines += R"("flat":true,"events": [)";
+  const char* separator = "\n  {";
+  const auto add_event = [&](const Event& event) {
+    lines += separator + text("\"type\":\"%s\",", event.type()) + event.fields_json() + "}";
+    separator = ",\n  {";
+  };
+  for (const Event& event : events) {
+    if (event.curve() == nullptr) add_event(event);
+    for (const auto& [since_ms, vibration] : event.curve() == nullptr ? std::vector<CurvePart>() : event.parts()) {
+      add_event({.start_ms = event.start_ms + since_ms, .kind = vibration});
+    }
+  }
+  return lines + "\n]}\n";
+}
+
+}  // namespace design
