@@ -30,7 +30,7 @@ Setup setup_of(int32_t chip, int32_t motor, const Playback& playback = {}) {
 // Of a file without faults, fitted.
 std::vector<Event> events_of(const std::string& json, const lrasynth_profile& profile) {
   std::vector<Event> events = read_pattern(json).events;
-  for (Event& event : events) event.fit(profile);
+  fit(events, profile);
   return events;
 }
 

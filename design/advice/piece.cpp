@@ -92,7 +92,7 @@ PatternReading read_piece(const Setup& asked, std::string_view json, const std::
   for (std::string& line : overrides(asked, file.setup)) file.notes.push_back(std::move(line));
   const lrasynth_profile profile = reading.setup.profile();
   const Playback playback = reading.setup.playback();
-  for (Event& event : file.events) event.fit(profile);
+  fit(file.events, profile);
   add_faults(file.events, profile, playback, faults);
   if (faults.count > 0) return reading;
   note_streamed_curves(profile, file);

@@ -11,6 +11,7 @@
 #include "design/base/length.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
+#include "design/pattern/compile.h"
 #include "design/waveform/stretch.h"
 
 namespace design {
@@ -294,7 +295,8 @@ class Inspection {
     } else {
       std::get<Vibration>(event.kind).points[last].intensity = 0;
     }
-    event.fit(profile_);
+    CurveCompiler compiler(profile_);
+    event.fit(compiler);
     const Waveform faded = event_waveform(profile_, event);
     uint8_t next = 0;
     if (jump.sample < score_.length()) score_.read(jump.sample, {&next, 1});
@@ -334,7 +336,8 @@ class Inspection {
   bool ends_before(size_t event, int32_t by_ms) const {
     std::vector<Event> events = score_.events();
     events[event].start_ms -= by_ms;
-    events[event].fit(profile_);
+    CurveCompiler compiler(profile_);
+    events[event].fit(compiler);
     std::stable_sort(events.begin(), events.end(), starts_before);
     return request_of(std::move(events), profile_, score_.playback()).added_ms == 0;
   }

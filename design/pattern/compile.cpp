@@ -18,6 +18,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <span>
 
 #include "design/base/motor.h"
 
@@ -27,7 +28,7 @@ namespace {
 constexpr int32_t kSeamMs = 10;  // around a drawn point, where a segment may end
 constexpr double kNearHz = 3.2;  // to the line, or that share of it
 constexpr double kNearShare = 0.024;
-constexpr double kNearAmplitude = 3.3;  // sample units
+constexpr double kNearAmplitude = 3.2;  // sample units
 constexpr double kWeak = 6;             // an amplitude at which an envelope is not shifted
 constexpr size_t kMostPassed = 64;      // drawn points, by one segment
 
@@ -37,11 +38,21 @@ constexpr double kSmoothInside = 0.1;
 constexpr double kRough = 0.4;  // more is taken if there is no other way
 
 // What is taken if it must be: so many times further from the lines.
-constexpr double kSlacks[] = {1, 1.5, 2.5, 5, 1e6};
+constexpr double kAnySlack = 1e6;
+constexpr double kSlacks[] = {1, 1.5, 2.5, 5, kAnySlack};
 
 // How much longer a segment may be than what is played of it.
 constexpr double kOpen[] = {1, 1.5, 2, 3, 4, 6, 8};
 constexpr std::span<const double> kClosed(kOpen, 1);
+
+// Up to pi. By its series and not the library's, which may round otherwise elsewhere: what is chosen by it is to be the
+// same on every build.
+double sine(double x) {
+  constexpr double kPi = std::numbers::pi;
+  const double y = x > kPi / 2 ? kPi - x : x;
+  const double y2 = y * y;
+  return y * (1 - y2 / 6 * (1 - y2 / 20 * (1 - y2 / 42 * (1 - y2 / 72 * (1 - y2 / 110)))));
+}
 
 struct Drawn {
   double ms;
@@ -74,10 +85,11 @@ struct Offsets {
   int32_t most;
 };
 
-class Compiler {
+class Cutter {
  public:
-  Compiler(const lrasynth_profile& profile, int32_t start_ms, std::span<const lrasynth_point> points)
-      : tuning_(profile),
+  Cutter(const lrasynth_profile& profile, const Tuning& tuning, int32_t start_ms,
+         std::span<const lrasynth_point> points)
+      : tuning_(tuning),
         quarters_(24000.0 / profile.sample_rate),
         start_ms_(start_ms),
         first_ms_(points.front().ms),
@@ -141,9 +153,10 @@ class Compiler {
     for (size_t to = stretch + 1; to <= most; ++to) {
       const bool is_long = drawn_[to].ms + kSeamMs - from_ms >= period_ms;
       const auto at = static_cast<int32_t>(drawn_[to].ms);
-      const Goal goal = to + 1 == drawn_.size()
+      const Goal goal = at == end_ms_
                             ? Goal{stretch, to - 1, end_ms_, end_ms_, 1}
                             : Goal{stretch, to - 1, at - kSeamMs, std::min(at + kSeamMs, end_ms_ - 1), kSmooth};
+      if (goal.most_ms <= from_ms) continue;
       const bool is_near = fits(goal, from_ms, drawn_[to].ms, spans, slack);
       if (is_near) goals.insert(goals.begin(), goal);
       if (is_long && (!is_near || slack > 1)) break;
@@ -164,13 +177,15 @@ class Compiler {
     return static_cast<size_t>(behind - drawn_.begin()) - 1;
   }
 
-  // On the line of a stretch, or where it leads beyond it.
+  // On the line of a stretch, or where it leads a little beyond it.
   Drawn on_line(size_t stretch, double ms) const {
+    constexpr double kBeyond = 0.25;
+    constexpr double kStrongest = kFullScale - 1;  // leaves room for whole percents
     const Drawn& a = drawn_[stretch];
     const Drawn& b = drawn_[stretch + 1];
-    const double share = b.ms > a.ms ? (ms - a.ms) / (b.ms - a.ms) : 0;
+    const double share = b.ms > a.ms ? std::clamp((ms - a.ms) / (b.ms - a.ms), -kBeyond, 1 + kBeyond) : 0;
     const double amplitude = a.amplitude + (b.amplitude - a.amplitude) * share;
-    return {ms, a.hz + (b.hz - a.hz) * share, std::clamp(amplitude, 0.0, kFullScale)};
+    return {ms, a.hz + (b.hz - a.hz) * share, std::clamp(amplitude, 0.0, kStrongest)};
   }
 
   bool fits(const Goal& goal, int32_t from_ms, double to_ms, std::span<const double> spans, double slack) const {
@@ -186,8 +201,9 @@ class Compiler {
     Segment best;
     const double hz = on_line(goal.first, from_ms).hz;
     const Offsets starts = offsets_around(hz, 1);
-    const auto period_ms = static_cast<int32_t>(std::ceil(900 / hz));
-    const int32_t least_ms = std::min(std::max(goal.least_ms, from_ms + period_ms), goal.most_ms);
+    const auto period_ms = static_cast<int32_t>(std::ceil(900 / tuning_.hertz(tuning_.nearest(hz))));
+    const int32_t shortest_ms = slack < kAnySlack ? period_ms : 1;
+    const int32_t least_ms = std::min(std::max(goal.least_ms, from_ms + shortest_ms), goal.most_ms);
     for (const double span : spans) {
       if (!fits(goal, from_ms, goal.most_ms, {&span, 1}, 2 * slack)) continue;
       for (int32_t to_ms = least_ms; to_ms <= goal.most_ms; ++to_ms) {
@@ -224,27 +240,27 @@ class Compiler {
 
   // A segment between two times, of a span, for frequencies to be chosen.
   struct Trial {
-    Trial(const Compiler& of, const Goal& to, int32_t from, double until, double span)
-        : compiler(of),
+    Trial(const Cutter& of, const Goal& to, int32_t from, double until, double span)
+        : cutter(of),
           goal(to),
           from_ms(from),
           to_ms(until),
           far_ms(static_cast<int32_t>(std::lround((until - from) * span))),
           played((until - from) / far_ms),
           turn(of.quarters_ * played * std::numbers::pi / 2),
-          reached(std::sin(turn)),
-          halfway(std::sin(turn / 2)),
+          reached(sine(turn)),
+          halfway(sine(turn / 2)),
           begin(of.on_line(to.first, from)),
           end(of.on_line(to.last, until)) {}
 
     // The frequency of the far point with which the carrier meets the line.
     double far_hz(int32_t from) const {
-      const double from_hz = compiler.tuning_.hertz(from);
+      const double from_hz = cutter.tuning_.hertz(from);
       return from_hz + (end.hz - from_hz) / played / 2;
     }
 
     double sweep_hz(int32_t from, int32_t far) const {
-      return 2 * (compiler.tuning_.hertz(far) - compiler.tuning_.hertz(from)) * played;
+      return 2 * (cutter.tuning_.hertz(far) - cutter.tuning_.hertz(from)) * played;
     }
 
     // The envelope's ends meet the line; where it bends far, half of the bend is moved to the other side.
@@ -254,7 +270,7 @@ class Compiler {
       const bool moves = std::fabs(bend) > kNearAmplitude / 2 && std::min(begin.amplitude, end.amplitude) > kWeak;
       const double low = begin.amplitude - (moves ? bend / 2 : 0);
       const auto percent = [&](double amplitude, int32_t offset) {
-        return static_cast<int32_t>(std::lround(100 * amplitude / compiler.tuning_.full(offset)));
+        return static_cast<int32_t>(std::lround(100 * amplitude / cutter.tuning_.full(offset)));
       };
       const bool is_level = reached < 0.1;  // at the end of half a turn no rise is left
       return {.from_ms = from_ms,
@@ -265,7 +281,7 @@ class Compiler {
     }
 
     double amplitude_of(const lrasynth_point& point) const {
-      return compiler.tuning_.full(point.offset) * point.intensity / 100;
+      return cutter.tuning_.full(point.offset) * point.intensity / 100;
     }
 
     // From the lines, 1 is as far as it may be.
@@ -274,20 +290,20 @@ class Compiler {
       const double begins = amplitude_of(tried.from);
       const double rises = amplitude_of(tried.far) - begins;
       if (begins > kFullScale || std::fabs(begins + rises) > kFullScale) return 1e9;
-      const double from_hz = compiler.tuning_.hertz(from);
+      const double from_hz = cutter.tuning_.hertz(from);
       const double sweeps = sweep_hz(from, far);
       double worst = 0;
       const auto look = [&](size_t stretch, double ms) {
-        const Drawn line = compiler.on_line(stretch, ms);
+        const Drawn line = cutter.on_line(stretch, ms);
         const double share = (ms - from_ms) / (to_ms - from_ms);
         const double off_hz = from_hz + sweeps * share - line.hz;
-        const double off_amplitude = begins + rises * std::sin(turn * share) - line.amplitude;
+        const double off_amplitude = begins + rises * sine(turn * share) - line.amplitude;
         worst = std::max(
             {worst, std::fabs(off_hz) / near_hz(line.hz), std::fabs(off_amplitude) / near_amplitude(line.amplitude)});
       };
       for (size_t stretch = goal.first; stretch <= goal.last; ++stretch) {
-        const double lo = std::max<double>(from_ms, compiler.drawn_[stretch].ms);
-        const double hi = std::min(to_ms, compiler.drawn_[stretch + 1].ms);
+        const double lo = std::max<double>(from_ms, cutter.drawn_[stretch].ms);
+        const double hi = std::min(to_ms, cutter.drawn_[stretch + 1].ms);
         if (lo >= hi) continue;
         for (const double third : {0.0, 1.0, 2.0, 3.0}) look(stretch, lo + (hi - lo) * third / 3);
       }
@@ -295,9 +311,9 @@ class Compiler {
     }
 
     void improve(Segment& best, int32_t from, int32_t far, double slack) const {
-      const double cycles = (compiler.tuning_.hertz(from) + sweep_hz(from, far) / 2) * (to_ms - from_ms) / 1000;
+      const double cycles = (cutter.tuning_.hertz(from) + sweep_hz(from, far) / 2) * (to_ms - from_ms) / 1000;
       const double off = std::fabs(cycles - std::floor(cycles + 0.5));
-      const double jump = off < 0.25 ? std::sin(2 * std::numbers::pi * off) : 1 + off;
+      const double jump = off < 0.25 ? sine(2 * std::numbers::pi * off) : 1 + off;
       const double rough = jump / goal.smooth;
       if (rough * rough >= best.cost) return;
       const double deviates = deviation(from, far);
@@ -308,7 +324,7 @@ class Compiler {
       best.cost = cost;
     }
 
-    const Compiler& compiler;
+    const Cutter& cutter;
     const Goal& goal;
     int32_t from_ms;
     double to_ms;
@@ -321,7 +337,7 @@ class Compiler {
     Drawn end;
   };
 
-  Tuning tuning_;
+  const Tuning& tuning_;
   double quarters_;
   int32_t start_ms_;
   int32_t first_ms_;
@@ -347,9 +363,20 @@ int32_t Tuning::nearest(double hz) const {
   return hz - hertz(at - 1) < hertz(at) - hz ? at - 1 : at;
 }
 
-std::vector<CurvePart> compile_curve(const lrasynth_profile& profile, int32_t start_ms,
-                                     std::span<const lrasynth_point> points) {
-  return Compiler(profile, start_ms, points).run();
+std::vector<CurvePart> CurveCompiler::parts(int32_t start_ms, const std::vector<lrasynth_point>& points) {
+  constexpr int32_t kAnyStart = -2 * kLongestMs;
+  std::vector<std::array<int32_t, 3>> key;
+  for (const lrasynth_point& point : points) {
+    key.push_back({point.ms - points.front().ms, point.intensity, point.offset});
+  }
+  auto known = known_.find(key);
+  if (known == known_.end()) {
+    known = known_.emplace(std::move(key), Cutter(profile_, tuning_, kAnyStart, points).run()).first;
+  }
+  const auto is_forbidden = [&](const CurvePart& part) { return reads_as_type(start_ms + part.since_ms); };
+  const std::vector<CurvePart>& parts = known->second;
+  if (std::none_of(parts.begin(), parts.end(), is_forbidden)) return parts;
+  return Cutter(profile_, tuning_, start_ms, points).run();
 }
 
 }  // namespace design

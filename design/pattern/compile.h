@@ -4,7 +4,7 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
+#include <map>
 #include <vector>
 
 #include "design/pattern/event.h"
@@ -29,12 +29,27 @@ class Tuning {
   std::array<double, 101> full_;
 };
 
-// The vibrations that play these points as drawn: from point to point the momentary frequency in a straight line from
-// hertz to hertz, and the amplitude from amplitude to amplitude, that is intensity times the motor's gain.
-//
-// Times do not decrease, and the last point lies behind the first, at which the curve starts. The start is needed since
-// no integer of a record may read as the type of an event.
-std::vector<CurvePart> compile_curve(const lrasynth_profile& profile, int32_t start_ms,
-                                     std::span<const lrasynth_point> points);
+// Makes curves of a chip and motor.
+class CurveCompiler {
+ public:
+  explicit CurveCompiler(const lrasynth_profile& profile) : profile_(profile), tuning_(profile) {}
+
+  const lrasynth_profile& profile() const { return profile_; }
+  const Tuning& tuning() const { return tuning_; }
+
+  // The vibrations that play these points as drawn: from point to point the momentary frequency in a straight line from
+  // hertz to hertz, and the amplitude from amplitude to amplitude, that is intensity times the motor's gain. The same
+  // on every build.
+  //
+  // Times do not decrease, and the last point lies behind the first, at which the curve starts. The start is needed
+  // since no integer of a record may read as the type of an event.
+  std::vector<CurvePart> parts(int32_t start_ms, const std::vector<lrasynth_point>& points);
+
+ private:
+  lrasynth_profile profile_;
+  Tuning tuning_;
+  // Those of any start, since patterns repeat their curves.
+  std::map<std::vector<std::array<int32_t, 3>>, std::vector<CurvePart>> known_;
+};
 
 }  // namespace design

@@ -37,10 +37,10 @@ std::string Tap::fields_json() const {
 
 // The weakest intensity that drives the motor as strongly, or as nearly so as there is one. The motor's share grows
 // with the intensity.
-void Tap::fit(const lrasynth_profile& profile, int32_t) {
+void Tap::fit(CurveCompiler& compiler, int32_t) {
   constexpr int32_t kMost = 10'000;  // what the weakest share, a tenth, makes full scale
   if (driven == kAsAsked) return;
-  const auto drives = [&](int32_t asked) { return driven_intensity(profile, level, asked); };
+  const auto drives = [&](int32_t asked) { return driven_intensity(compiler.profile(), level, asked); };
   int32_t least = 0;
   for (int32_t most = kMost; least < most;) {
     const int32_t middle = (least + most) / 2;
@@ -90,15 +90,14 @@ std::string Curve::fields_json() const {
 }
 
 // A chip that plays events by itself is told of one, of the largest intensity.
-void Curve::fit(const lrasynth_profile& profile, int32_t start_ms) {
-  const Tuning tuning(profile);
+void Curve::fit(CurveCompiler& compiler, int32_t start_ms) {
   std::vector<lrasynth_point> drawn;
   for (CurvePoint& point : points) {
-    if (point.asked_hz > 0) point.offset = tuning.nearest(point.asked_hz);
+    if (point.asked_hz > 0) point.offset = compiler.tuning().nearest(point.asked_hz);
     drawn.push_back({point.ms, point.intensity, point.offset});
   }
-  if (!is_event_stream(profile)) {
-    parts = compile_curve(profile, start_ms, drawn);
+  if (!is_event_stream(compiler.profile())) {
+    parts = compiler.parts(start_ms, drawn);
     return;
   }
   const lrasynth_point first = {0, strongest(), drawn[0].offset};
@@ -127,8 +126,13 @@ std::string Event::fields_json() const {
   return text("\"start\":%d,", start_ms) + std::visit([](const auto& of_kind) { return of_kind.fields_json(); }, kind);
 }
 
-void Event::fit(const lrasynth_profile& profile) {
-  std::visit([&](auto& of_kind) { of_kind.fit(profile, start_ms); }, kind);
+void Event::fit(CurveCompiler& compiler) {
+  std::visit([&](auto& of_kind) { of_kind.fit(compiler, start_ms); }, kind);
+}
+
+void fit(std::vector<Event>& events, const lrasynth_profile& profile) {
+  CurveCompiler compiler(profile);
+  for (Event& event : events) event.fit(compiler);
 }
 
 std::vector<Record> Event::records() const {

@@ -29,6 +29,8 @@ struct Field {
   int32_t most;
 };
 
+class CurveCompiler;
+
 struct Tap {
   int32_t intensity = 0;  // percent
   int32_t level = 0;
@@ -39,7 +41,7 @@ struct Tap {
   static constexpr const char* kName = "a tap";
 
   std::string fields_json() const;
-  void fit(const lrasynth_profile& profile, int32_t start_ms);
+  void fit(CurveCompiler& compiler, int32_t start_ms);
   void scale(double gain);
   int32_t strongest() const { return driven == kAsAsked ? intensity : driven; }
   std::vector<Record> records(int32_t start_ms) const;
@@ -64,7 +66,7 @@ struct Vibration {
   int32_t point_ms(size_t point) const { return points[point].ms - points[0].ms; }
 
   std::string fields_json() const;
-  void fit(const lrasynth_profile&, int32_t) {}
+  void fit(CurveCompiler&, int32_t) {}
   void scale(double gain);
   int32_t strongest() const;
   std::vector<Record> records(int32_t start_ms) const;
@@ -98,7 +100,7 @@ struct Curve {
   int32_t duration_ms() const { return points.back().ms - points.front().ms; }
 
   std::string fields_json() const;
-  void fit(const lrasynth_profile& profile, int32_t start_ms);
+  void fit(CurveCompiler& compiler, int32_t start_ms);
   void scale(double gain);
   int32_t strongest() const;
   std::vector<Record> records(int32_t start_ms) const;
@@ -123,8 +125,8 @@ struct Event {
   const char* type() const;
   // What stands in its file behind the type: "\"start\":0,\"intensity\":80,\"level\":50".
   std::string fields_json() const;
-  // Works out what of it depends on chip and motor. Nothing below is to be asked for before.
-  void fit(const lrasynth_profile& profile);
+  // Works out what of it depends on the compiler's chip and motor. Nothing below is to be asked for before.
+  void fit(CurveCompiler& compiler);
   std::vector<Record> records() const;
   // The vibrations that it consists of, in ascending start; none of a tap.
   std::vector<CurvePart> parts() const;
@@ -132,6 +134,9 @@ struct Event {
   int32_t sent_ms() const;
   int32_t sent_strength() const;
 };
+
+// All of them.
+void fit(std::vector<Event>& events, const lrasynth_profile& profile);
 
 // The order in which events play.
 inline bool starts_before(const Event& a, const Event& b) { return a.start_ms < b.start_ms; }

@@ -328,7 +328,7 @@ class FileReader {
       return value == nullptr ? "" : string_of(name, *value, report_);
     };
     read_tempo();
-    whole("version", 1, 1);
+    read_version();
     file_.name = string("name");
     file_.note = string("note");
     file_.setup.motor = whole("motor", 0, std::numeric_limits<int32_t>::max());
@@ -355,6 +355,12 @@ class FileReader {
     return value->written == "true";
   }
 
+  void read_version() {
+    const JsonValue* const version = member("version");
+    if (version == nullptr || version->written == "1") return;
+    report_(version->place, "version: must be 1, not " + named(*version));
+  }
+
   void read_tempo() {
     constexpr double kSlowest = 1;
     constexpr double kFastest = 1000;
@@ -374,6 +380,7 @@ class FileReader {
     Words words;
     for (const int32_t motor : known) words.push_back(text("%d", motor));
     report_(root_.member("motor")->place, "motor: must be " + listed(words) + text(", not %d", *file_.setup.motor));
+    file_.setup.motor.reset();
   }
 
   const JsonValue& root_;

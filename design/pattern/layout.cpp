@@ -2,6 +2,8 @@
 // Groups laid out in time.
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <utility>
 
 #include "design/base/text.h"
 #include "design/pattern/entry.h"
@@ -60,7 +62,7 @@ class Layout {
 
  private:
   void add(const Entry& entry, const Frame& frame) {
-    const size_t faults_before = faults_.count;
+    is_sound_ = true;
     entry_ = &entry;
     name_ = frame.name();
     if (events.size() == kMostEvents) {
@@ -80,7 +82,7 @@ class Layout {
     check_type(start.place, "start", event.start_ms);
     std::visit([&](auto& kind) { place_points(kind, frame.start_ms); }, event.kind);
     std::visit([&](auto& kind) { weigh(kind, frame.gain); }, event.kind);
-    if (faults_.count == faults_before) events.push_back(std::move(event));
+    if (is_sound_) events.push_back(std::move(event));
   }
 
   // Rounded from the pattern's start on.
@@ -124,12 +126,20 @@ class Layout {
                               value == LRASYNTH_CONTINUOUS ? value - 1 : value + 1));
   }
 
-  void fault(Place place, std::string what) { faults_.add({name_, place, std::move(what)}); }
+  // Once, however often it is repeated.
+  void fault(Place place, std::string what) {
+    is_sound_ = false;
+    if (told_.insert(place_key(place)).second) faults_.add({name_, place, std::move(what)});
+  }
+
+  static std::pair<size_t, size_t> place_key(Place place) { return {place.line, place.column}; }
 
   Faults& faults_;
   const Entry* entry_ = nullptr;  // that is being added
   EventName name_;
   bool is_full_ = false;
+  bool is_sound_ = true;  // what is being added
+  std::set<std::pair<size_t, size_t>> told_;
 };
 
 }  // namespace
