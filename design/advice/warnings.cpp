@@ -58,6 +58,7 @@ struct AskedTap {
   int32_t level;
   int32_t intensity;
   bool in_pattern;
+  const char* strength = "intensity";
 
   bool is_silent_at(int32_t asked) const { return is_silent(tap_waveform(profile, level, driven(asked))); }
   int32_t driven(int32_t asked) const { return in_pattern ? driven_intensity(profile, level, asked) : asked; }
@@ -66,12 +67,12 @@ struct AskedTap {
 
 Concern silence_of(const AskedTap& tap) {
   if (!tap.is_silent_at(tap.intensity)) return {};
-  if (tap.intensity == 0) return {"is silent: its intensity is 0", "is silent"};
+  if (tap.intensity == 0) return {text("is silent: its %s is 0", tap.strength), "is silent"};
   int32_t least = tap.intensity + 1;
   while (least < 100 && tap.is_silent_at(least)) ++least;
   const std::string how = tap.in_pattern ? text(", driven at %d %%", tap.driven(tap.intensity)) : "";
-  return {text("is silent: level %d at intensity %d %%%s, is all rest; intensity %d is the least that drives the motor",
-               tap.level, tap.intensity, how.c_str(), least),
+  return {text("is silent: level %d at %s %d %%%s, is all rest; %s %d is the least that drives the motor", tap.level,
+               tap.strength, tap.intensity, how.c_str(), tap.strength, least),
           "is silent"};
 }
 
@@ -80,7 +81,7 @@ Concern false_peaks_of(const AskedTap& tap) {
   if (count == 0) return {};
   int32_t most = tap.intensity - 1;
   while (most > 0 && tap.false_peaks_at(most) > 0) --most;
-  return {peaks_text(count, text("intensity %d", most)), "false peaks"};
+  return {peaks_text(count, text("%s %d", tap.strength, most)), "false peaks"};
 }
 
 // A stored burst keeps its number of samples whatever their rate.
@@ -194,7 +195,9 @@ class Inspection {
   }
 
   void inspect_kind(size_t, const Event& event, const Tap& tap) {
-    for (const Concern& concern : concerns_of({profile_, tap.level, tap.intensity, true})) {
+    const bool is_asked = tap.driven == Tap::kAsAsked;
+    const AskedTap asked = {profile_, tap.level, tap.strongest(), is_asked, is_asked ? "intensity" : "driven"};
+    for (const Concern& concern : concerns_of(asked)) {
       warn(event, 0, concern.what, concern.kind);
     }
   }
