@@ -218,7 +218,6 @@ TEST(Pattern, WarningsThatAreAlikeAreToldOnce) {
 TEST(Pattern, PassesNeedARecordThatClosesThem) {
   const std::string nested = in_events(curve(0, 100, "[0,0,0],[0,80,0],[100,0,0],[100,0,0]") + "," +
                                        curve(20, 30, "[0,0,0],[10,50,0],[20,50,0],[30,0,0]"));
-  const lrasynth_profile profile = lrasynth_profile_of(0, LRASYNTH_MOTOR_1040, 1);
   for (const int32_t limit_ms : {20, 99, 100}) {
     for (const int32_t loops : {1, 2}) {
       const PatternReading reading = read_piece(setup_of(0, LRASYNTH_MOTOR_1040, {loops, 7, limit_ms}), nested, "f");

@@ -37,6 +37,21 @@ std::string name_of(const lrasynth_profile& profile) {
   return name;
 }
 
+Tuning::Tuning(const lrasynth_profile& profile) {
+  for (int32_t offset = -50; offset <= 50; ++offset) {
+    hertz_[index(offset)] = hertz_at(profile, offset);
+    full_[index(offset)] = gain_at(profile, offset) * 128;
+  }
+}
+
+// Frequencies ascend with their offsets.
+int32_t Tuning::nearest(double hz) const {
+  const auto above = std::lower_bound(hertz_.begin(), hertz_.end(), hz);
+  const auto at = static_cast<int32_t>(above - hertz_.begin()) - 50;
+  if (at == -50 || at == 51) return std::min(at, 50);
+  return hz - hertz(at - 1) < hertz(at) - hz ? at - 1 : at;
+}
+
 std::vector<TapSegment> tap_segments(const lrasynth_profile& profile, int32_t level) {
   static constexpr const char* kNames[LRASYNTH_SEGMENTS] = {"drive", "zero time", "F1", "F2"};
   lrasynth_segment told[LRASYNTH_SEGMENTS];

@@ -2,6 +2,7 @@
 // What a design needs to know of chip and motor.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -48,6 +49,23 @@ inline double gain_at(const lrasynth_profile& profile, int32_t offset) {
 
 // The largest magnitude that a sample code holds.
 constexpr double kFullScale = 127;
+
+// Hertz and full amplitude at all frequency offsets of a motor.
+class Tuning {
+ public:
+  explicit Tuning(const lrasynth_profile& profile);
+
+  double hertz(int32_t offset) const { return hertz_[index(offset)]; }
+  double full(int32_t offset) const { return full_[index(offset)]; }
+  // The offset of the nearest frequency.
+  int32_t nearest(double hz) const;
+
+ private:
+  static size_t index(int32_t offset) { return static_cast<size_t>(offset + 50); }
+
+  std::array<double, 101> hertz_;
+  std::array<double, 101> full_;
+};
 
 // A piece of a tap that is made of segments; what stored bursts are made of is not told.
 struct TapSegment {

@@ -348,21 +348,6 @@ class Cutter {
 
 }  // namespace
 
-Tuning::Tuning(const lrasynth_profile& profile) {
-  for (int32_t offset = -50; offset <= 50; ++offset) {
-    hertz_[index(offset)] = hertz_at(profile, offset);
-    full_[index(offset)] = gain_at(profile, offset) * 128;
-  }
-}
-
-// Frequencies ascend with their offsets.
-int32_t Tuning::nearest(double hz) const {
-  const auto above = std::lower_bound(hertz_.begin(), hertz_.end(), hz);
-  const auto at = static_cast<int32_t>(above - hertz_.begin()) - 50;
-  if (at == -50 || at == 51) return std::min(at, 50);
-  return hz - hertz(at - 1) < hertz(at) - hz ? at - 1 : at;
-}
-
 std::vector<CurvePart> CurveCompiler::parts(int32_t start_ms, const std::vector<lrasynth_point>& points) {
   constexpr int32_t kAnyStart = -2 * kLongestMs;
   std::vector<std::array<int32_t, 3>> key;

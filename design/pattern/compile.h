@@ -7,27 +7,11 @@
 #include <map>
 #include <vector>
 
+#include "design/base/motor.h"
 #include "design/pattern/event.h"
 #include "lrasynth.h"
 
 namespace design {
-
-// Hertz and full amplitude at all frequency offsets of a motor.
-class Tuning {
- public:
-  explicit Tuning(const lrasynth_profile& profile);
-
-  double hertz(int32_t offset) const { return hertz_[index(offset)]; }
-  double full(int32_t offset) const { return full_[index(offset)]; }
-  // The offset of the nearest frequency.
-  int32_t nearest(double hz) const;
-
- private:
-  static size_t index(int32_t offset) { return static_cast<size_t>(offset + 50); }
-
-  std::array<double, 101> hertz_;
-  std::array<double, 101> full_;
-};
 
 // Makes curves of a chip and motor.
 class CurveCompiler {
