@@ -367,9 +367,9 @@ TEST(Curve, TellsWhatTheMotorDoesNotReach) {
       R"({"type":"curve","start":5,"points":[{"time":0,"intensity":9,"hz":199},{"time":90,"intensity":0,"hz":301}]})");
   const auto lines = [&](int32_t motor, int32_t chip) {
     const PatternReading reading = read_piece({.motor = motor, .chip = chip}, json, "f");
-    std::vector<std::string> lines = reading.file.notes;
-    for (const Warning& warning : reading.piece->warnings) lines.push_back(line_of(warning));
-    return lines;
+    std::vector<std::string> told = reading.file.notes;
+    for (const Warning& warning : reading.piece->warnings) told.push_back(line_of(warning));
+    return told;
   };
   EXPECT_THAT(
       lines(832, 0),

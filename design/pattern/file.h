@@ -27,12 +27,12 @@ struct Playback {
 
 // What a pattern is made for or played with, as far as that is said.
 struct Setup {
-  std::optional<int32_t> motor;
-  std::optional<int32_t> chip;
-  std::optional<int32_t> boost;  // 0 or 1
-  std::optional<int32_t> loops;
-  std::optional<int32_t> interval_ms;
-  std::optional<int32_t> limit_ms;
+  std::optional<int32_t> motor = std::nullopt;
+  std::optional<int32_t> chip = std::nullopt;
+  std::optional<int32_t> boost = std::nullopt;  // 0 or 1
+  std::optional<int32_t> loops = std::nullopt;
+  std::optional<int32_t> interval_ms = std::nullopt;
+  std::optional<int32_t> limit_ms = std::nullopt;
 
   lrasynth_profile profile() const;
   Playback playback() const;
