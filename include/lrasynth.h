@@ -44,8 +44,9 @@
 #include <stdint.h>
 
 /** Version of this header. The ABI follows the major number, which is also the library's SONAME (semantic versioning).
- * In the shared library the facts of chips and motors have the symbol version LRASYNTH_1.2, the other functions that
- * begin with lrasynth_ LRASYNTH_1.1, all other names LRASYNTH_1 (for dlvsym).
+ * In the shared library the facts of chips and motors and the builders of records have the symbol version LRASYNTH_1.2,
+ * the other functions that begin with lrasynth_ LRASYNTH_1.1, all other names LRASYNTH_1: dlvsym(library, "sine",
+ * "LRASYNTH_1"), where a host wants this meaning of a name or none.
  * @{ */
 #define LRASYNTH_VERSION_MAJOR 1
 #define LRASYNTH_VERSION_MINOR 2
@@ -731,7 +732,20 @@ int64_t lrasynth_tone_read(const lrasynth_profile *profile, int32_t frequency_hz
 
 /* ------------------------------------------------------------------------------------------------------------------ */
 /** @defgroup builders Builders of records
+ * Inline where the language has that, C++ and C from C99 on, so that a host that uses them runs with a library of
+ * version 1.1 too. Exported as well, since 1.2, for all other callers.
  * @{ */
+
+/** @cond */
+#if defined(LRASYNTH_HAS_BUILDERS) /* in the library itself, which exports them */
+#define LRASYNTH_BUILDER
+#elif defined(__cplusplus) || (defined(__STDC_VERSION__) && __STDC_VERSION__ >= 199901L)
+#define LRASYNTH_HAS_BUILDERS
+#define LRASYNTH_BUILDER static inline
+#else
+#define LRASYNTH_BUILDER
+#endif
+/** @endcond */
 
 /** One of the four points of a continuous vibration. */
 typedef struct lrasynth_point {
@@ -741,7 +755,15 @@ typedef struct lrasynth_point {
 } lrasynth_point;
 
 /** Fills the LRASYNTH_RECORD_LENGTH integers of a record with a tap. */
-static inline void lrasynth_put_transient(int32_t *record, int32_t start_ms, int32_t intensity, int32_t level) {
+LRASYNTH_BUILDER void lrasynth_put_transient(int32_t *record, int32_t start_ms, int32_t intensity, int32_t level);
+
+/** Fills the LRASYNTH_RECORD_LENGTH integers of a record with a continuous vibration of four points, which span its
+ * duration. Neither this nor the other checks anything, not even for null: see lrasynth_pattern_check. */
+LRASYNTH_BUILDER void lrasynth_put_continuous(int32_t *record, int32_t start_ms, int32_t duration_ms,
+                                              const lrasynth_point points[4]);
+
+#ifdef LRASYNTH_HAS_BUILDERS
+LRASYNTH_BUILDER void lrasynth_put_transient(int32_t *record, int32_t start_ms, int32_t intensity, int32_t level) {
   int i;
   record[0] = LRASYNTH_TRANSIENT;
   record[1] = start_ms;
@@ -750,10 +772,8 @@ static inline void lrasynth_put_transient(int32_t *record, int32_t start_ms, int
   for (i = 4; i < LRASYNTH_RECORD_LENGTH; ++i) record[i] = 0;
 }
 
-/** Fills the LRASYNTH_RECORD_LENGTH integers of a record with a continuous vibration of four points, which span its
- * duration. Neither this nor the other checks anything: see lrasynth_pattern_check. */
-static inline void lrasynth_put_continuous(int32_t *record, int32_t start_ms, int32_t duration_ms,
-                                           const lrasynth_point points[4]) {
+LRASYNTH_BUILDER void lrasynth_put_continuous(int32_t *record, int32_t start_ms, int32_t duration_ms,
+                                              const lrasynth_point points[4]) {
   int i;
   record[0] = LRASYNTH_CONTINUOUS;
   record[1] = start_ms;
@@ -766,6 +786,7 @@ static inline void lrasynth_put_continuous(int32_t *record, int32_t start_ms, in
     record[7 + 3 * i] = points[i].offset;
   }
 }
+#endif
 
 /** @} */
 

@@ -12,7 +12,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(ROOT / "examples" / "python"))
 import lrasynth  # noqa: E402
 
-HEADER = (ROOT / "include" / "lrasynth.h").read_text()
+HEADER = (ROOT / "include" / "lrasynth.cdef.h").read_text()  # another test holds it to lrasynth.h
 TYPES = {
     "void": None,
     "int32_t": c_int32,
@@ -23,13 +23,14 @@ TYPES = {
     "lrasynth_profile": lrasynth.Profile,
     "lrasynth_pattern": lrasynth.Pattern,
     "lrasynth_segment": lrasynth.Segment,
+    "lrasynth_point": lrasynth.Point,
 }
 
 
 def declared_type(text):
     """Of a result, or of a parameter with its name."""
     base = TYPES[re.search(rf"\b({'|'.join(TYPES)})\b", text)[0]]
-    if "*" not in text:
+    if not re.search(r"[*\[]", text):
         return base
     return c_char_p if base is c_char else POINTER(base)
 

@@ -7,7 +7,6 @@ from ctypes import POINTER, Structure, c_char_p, c_float, c_int32, c_int64, c_ui
 _bytes, _ints, _floats = POINTER(c_uint8), POINTER(c_int32), POINTER(c_float)
 
 
-
 class Profile(Structure):
     """lrasynth_profile: a chip and its motor."""
 
@@ -22,7 +21,14 @@ class Pattern(Structure):
 
 class Segment(Structure):
     """A piece of a tap: its frequency in Hz, 0 where it is silent, and its length in samples."""
+
     _fields_ = [("frequency_hz", c_int32), ("length", c_int32)]
+
+
+class Point(Structure):
+    """lrasynth_point: one of the four of a continuous vibration."""
+
+    _fields_ = [(name, c_int32) for name in "ms intensity offset".split()]
 
 
 _profile, _pattern, _segments = POINTER(Profile), POINTER(Pattern), POINTER(Segment)
@@ -74,6 +80,8 @@ _SIGNATURES = (
     (c_int32, (_profile, c_int32, _segments), "lrasynth_tap_segments"),
     (c_int64, (_profile, c_int32, c_int32), "lrasynth_tone_length"),
     (c_int64, (_profile,) + (c_int32,) * 3 + (c_int64, _bytes, c_int64), "lrasynth_tone_read"),
+    (None, (_ints,) + (c_int32,) * 3, "lrasynth_put_transient"),
+    (None, (_ints, c_int32, c_int32, POINTER(Point)), "lrasynth_put_continuous"),
 )
 
 FUNCTIONS = {name: (result, arguments) for result, arguments, names in _SIGNATURES for name in names.split()}
@@ -167,6 +175,8 @@ lrasynth_tap_driven             Intensity at which a tap is driven inside a patt
 lrasynth_tap_segments           The segments of a tap.
 lrasynth_tone_length            Length of a sine burst in samples.
 lrasynth_tone_read              Read a window of a sine burst.
+lrasynth_put_transient          Fill a record with a tap.
+lrasynth_put_continuous         Fill a record with a continuous vibration.
 """
 SUMMARIES = dict(line.split(maxsplit=1) for line in _SUMMARIES.strip().splitlines())
 
