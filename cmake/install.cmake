@@ -18,7 +18,10 @@ write_basic_package_version_file(${name}-config-version.cmake COMPATIBILITY Same
 configure_file(${PROJECT_SOURCE_DIR}/cmake/config.cmake.in ${name}-config.cmake @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}-config.cmake ${CMAKE_CURRENT_BINARY_DIR}/${name}-config-version.cmake
   DESTINATION ${package_dir})
-install(FILES ${PROJECT_SOURCE_DIR}/examples/python/lrasynth.py DESTINATION ${CMAKE_INSTALL_DATADIR}/lrasynth/python)
+if(LRASYNTH_BARE_NAMES) # of which the module tells
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings/python/lrasynth DESTINATION ${CMAKE_INSTALL_DATADIR}/lrasynth/python
+    FILES_MATCHING PATTERN *.py PATTERN py.typed PATTERN __pycache__ EXCLUDE)
+endif()
 
 # Relative to where the file is, but for the prefix that is a distribution's: there pkg-config leaves the directories out
 # which compilers search anyway, and recognises them by their plain names.

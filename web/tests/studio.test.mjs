@@ -344,3 +344,10 @@ test('it is small and quick', async () => {
   console.log(`${raw} bytes, ${packed} packed; first picture after ${seen} ms; ` +
     `an edit of 10 s drawn in ${times[0]}; its response a moment later in ${times[1]}`);
 });
+
+test('the npm package, without a bundler, gives what the command writes', async () => {
+  const page = await openPage();
+  const bytes = await page.evaluate(async () => [...(await import('/npm/index.js')).tap(50, 80)]);
+  assert.deepEqual(Buffer.from(bytes), lrasynth('tap', '--level=50', '--intensity=80', '--format=bin', '-').stdout);
+  await page.close();
+});
