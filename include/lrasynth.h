@@ -31,7 +31,10 @@
  *     written where that is 0 or less. A null pointer is refused with status -1 (a length: 0) where at least one
  *     element would be read or written, and ignored where not.
  *   - Buffers belong to the caller, are not kept, and must not overlap one another. Sizes are element counts.
- *   - No heap, less than 16 KiB of stack whatever the request.
+ *   - No heap, less than 16 KiB of stack whatever the request: 4.5 KiB at most, as measured of GCC's and Clang's code
+ *     for x86-64 and GCC's for arm64. A first call takes no more than any other, but meets pages of the library and of
+ *     libm that are not in memory yet: a host with deadlines locks its memory (mlockall), or calls once before they
+ *     begin.
  *   - The floating-point environment must be the default one (round to nearest, subnormals kept). Calls leave it so;
  *     like any arithmetic they may raise exception flags.
  *   - Threads: calls may run at once as long as nobody changes the profile meanwhile.
