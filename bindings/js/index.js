@@ -22,7 +22,14 @@ function place(bytes) {
   return at;
 }
 
+// Calls would take what is left of any other number in 32 bits.
+function whole(number) {
+  if (number !== (number | 0)) throw new RangeError(`not a whole number of 32 bits: ${number}`);
+  return number;
+}
+
 function putIntegers(integers) {
+  integers.forEach(whole);
   const at = place(4 * integers.length);
   new Int32Array(library.memory.buffer, at, integers.length).set(integers);
   return at;
@@ -49,7 +56,7 @@ function served(number) {
 
 function putProfile({ motor = 1040, chip = 0, boost = true }) {
   const profile = place(16);
-  library.lrasynth_profile_of(profile, chip, motor, boost ? 1 : 0);
+  library.lrasynth_profile_of(profile, whole(chip), whole(motor), boost ? 1 : 0);
   return profile;
 }
 
@@ -66,12 +73,12 @@ export function records(events) {
   list.forEach((event, i) => {
     const record = made + 4 * RECORD_LENGTH * i;
     if (event.points === undefined) {
-      library.lrasynth_put_transient(record, event.startMs, event.intensity, event.level);
+      library.lrasynth_put_transient(record, whole(event.startMs), whole(event.intensity), whole(event.level));
       return;
     }
     if (event.points.length !== 4) throw new RangeError('a continuous vibration has four points');
     const points = putIntegers(event.points.flatMap(([ms, intensity, offset = 0]) => [ms, intensity, offset]));
-    library.lrasynth_put_continuous(record, event.startMs, event.durationMs, points);
+    library.lrasynth_put_continuous(record, whole(event.startMs), whole(event.durationMs), points);
   });
   return new Int32Array(library.memory.buffer, made, RECORD_LENGTH * list.length).slice();
 }
@@ -92,8 +99,8 @@ export class Reader {
   static tap(level, intensity = 100, profile = {}) {
     return new Reader(
       () => [putProfile(profile)],
-      ([motor]) => library.lrasynth_tap_length(motor, level),
-      ([motor], ...window) => library.lrasynth_tap_read(motor, level, intensity, ...window));
+      ([motor]) => library.lrasynth_tap_length(motor, whole(level)),
+      ([motor], ...window) => library.lrasynth_tap_read(motor, level, whole(intensity), ...window));
   }
 
   static pattern(events, options = {}) {

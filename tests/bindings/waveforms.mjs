@@ -48,5 +48,7 @@ for (const motor of [lrasynth.MOTOR_832, lrasynth.MOTOR_1040, lrasynth.MOTOR_959
   }
 }
 assert.deepEqual(tap(50, 83), tap(50, 83, { motor: lrasynth.MOTOR_1040, chip: 0, boost: true }));
-assert.throws(() => records([{ points: [] }]), RangeError);
+for (const wrong of [() => records([{ points: [] }]), () => tap(2 ** 32 + 50), () => pattern(events, { loops: 1.5 })]) {
+  assert.throws(wrong, RangeError);
+}
 assert.equal(lrasynth.version, lrasynth.VERSION);

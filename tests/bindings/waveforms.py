@@ -38,9 +38,10 @@ for motor in (lrasynth.MOTOR_832, lrasynth.MOTOR_1040, lrasynth.MOTOR_9595, lras
                 serve(windows, EVENTS, profile, loops=30, interval_ms=interval_ms)
 assert lrasynth.tap(50, 83) == lrasynth.tap(50, 83, lrasynth.Profile())
 for wrong in (lambda: lrasynth.records([17]), lambda: lrasynth.records(b"17 bytes and more"),
-              lambda: lrasynth.Reader.tap(50).readinto(b"read only")):
+              lambda: lrasynth.Reader.tap(50).readinto(b"read only"), lambda: lrasynth.tap(2**32 + 50),
+              lambda: lrasynth.tap(1.5), lambda: lrasynth.pattern(EVENTS, loops=2**31)):
     try:
         wrong()
-        sys.exit("what is no request or no buffer is taken for one")
-    except TypeError:
+        sys.exit("what is no request, buffer or number of 32 bits is taken for one")
+    except (TypeError, OverflowError):
         pass

@@ -18,6 +18,7 @@ lrasynth.raw has every function of the library as it is in C.
 from __future__ import annotations
 
 import ctypes
+from array import array
 from typing import Any, Iterable, Iterator, NamedTuple, Sequence, Union, cast
 
 from . import raw
@@ -45,6 +46,11 @@ def _served(number: int) -> int:
     return number
 
 
+def _whole(*numbers: int) -> array[int]:
+    """The same, and an exception for what 32 bits cannot hold: ctypes would take what is left of it in them."""
+    return array("i", numbers)
+
+
 class Profile(NamedTuple):
     """A motor and what drives it: one of MOTOR_..., 0 or one of CHIP_..., and whether boost is on (motor 832)."""
 
@@ -57,7 +63,7 @@ class Profile(NamedTuple):
         return int(self._raw().sample_rate)
 
     def _raw(self) -> raw.Profile:
-        return cast(raw.Profile, _library.lrasynth_profile_of(self.chip, self.motor, int(self.boost)))
+        return cast(raw.Profile, _library.lrasynth_profile_of(*_whole(self.chip, self.motor, self.boost)))
 
 
 class Transient(NamedTuple):
@@ -98,12 +104,12 @@ def _records_of(events: list[Transient | Continuous]) -> ctypes.Array[ctypes.c_i
     for i, event in enumerate(events):
         record = (ctypes.c_int32 * RECORD_LENGTH).from_buffer(made, i * RECORD_LENGTH * 4)
         if isinstance(event, Transient):
-            _library.lrasynth_put_transient(record, *event)
+            _library.lrasynth_put_transient(record, *_whole(*event))
         elif isinstance(event, Continuous):
             if len(event.points) != 4:
                 raise ValueError("a continuous vibration has four points")
-            points = (raw.Point * 4)(*(raw.Point(*point) for point in event.points))
-            _library.lrasynth_put_continuous(record, event.start_ms, event.duration_ms, points)
+            points = (raw.Point * 4)(*(raw.Point(*_whole(*point)) for point in event.points))
+            _library.lrasynth_put_continuous(record, *_whole(event.start_ms, event.duration_ms), points)
         else:
             raise TypeError(f"neither Transient nor Continuous: {event!r}")
     return made
@@ -112,7 +118,7 @@ def _records_of(events: list[Transient | Continuous]) -> ctypes.Array[ctypes.c_i
 def _request(events: Events, loops: int, interval_ms: int, limit_ms: int) -> raw.Pattern:
     integers = records(events)
     start = ctypes.cast(integers, ctypes.POINTER(ctypes.c_int32))  # which keeps the integers
-    return raw.Pattern(start, len(integers), loops, interval_ms, limit_ms)
+    return raw.Pattern(start, *_whole(len(integers), loops, interval_ms, limit_ms))
 
 
 class Reader:
@@ -127,6 +133,7 @@ class Reader:
     @classmethod
     def tap(cls, level: int, intensity: int = 100, profile: Profile = Profile()) -> Reader:
         motor = profile._raw()
+        level, intensity = _whole(level, intensity)
         length = _library.lrasynth_tap_length(motor, level)
         return cls(_library.lrasynth_tap_read, motor, level, intensity, length=length)
 
