@@ -10,6 +10,7 @@ import io
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sysconfig
 import tarfile
@@ -40,7 +41,8 @@ def _library():
     """The compiled library."""
     with tempfile.TemporaryDirectory() as build:
         options = "-DCMAKE_BUILD_TYPE=Release -DLRASYNTH_BUILD_TOOLS=OFF -DLRASYNTH_BUILD_TESTS=OFF -DLRASYNTH_INSTALL=OFF"
-        subprocess.run(["cmake", "-S", SOURCES, "-B", build, *options.split()], check=True)
+        generator = ["-G", "Ninja"] if shutil.which("ninja") else []  # where there may be no make
+        subprocess.run(["cmake", "-S", SOURCES, "-B", build, *generator, *options.split()], check=True)
         subprocess.run(["cmake", "--build", build, "--parallel"], check=True)
         return (pathlib.Path(build) / "src" / "liblrasynth.so.1").read_bytes()
 
@@ -54,6 +56,14 @@ def _files(top, names):
     for name in names:
         paths = sorted((top / name).rglob("*")) if (top / name).is_dir() else [top / name]
         yield from ((path.relative_to(top), path.read_bytes()) for path in paths if path.is_file())
+
+
+def prepare_metadata_for_build_wheel(metadata_directory, config_settings=None):
+    """So that nobody compiles twice."""
+    about = pathlib.Path(metadata_directory) / f"lrasynth-{_version()}.dist-info"
+    about.mkdir()
+    (about / "METADATA").write_bytes(_metadata())
+    return about.name
 
 
 def build_wheel(wheel_directory, config_settings=None, metadata_directory=None):
