@@ -71,7 +71,7 @@ int main() {
   std::printf(
       "// SPDX-License-Identifier: Apache-2.0\n"
       "// The stored bursts of motors 832 and 9595 as sample codes. Made by tables/generate_tables.cpp.\n"
-      "#include \"lrasynth.h\"\n\n"
+      "#include \"transient/tables.h\"\n\n"
       "// clang-format off\n");
   for (const Recipe& recipe : lrasynth::recipes::kMotor0832) print(recipe, burst_0832(recipe));
   for (const Recipe& recipe : lrasynth::recipes::kMotor9595) print(recipe, burst_9595(recipe));

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The ctypes declarations of the Python example against the export list and the header's declarations."""
+"""The ctypes declarations of the Python package against the export list and the header's declarations."""
 
 import pathlib
 import re
@@ -9,10 +9,10 @@ from ctypes import POINTER, c_char, c_char_p, c_float, c_int32, c_int64, c_uint8
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(ROOT / "examples" / "python"))
-import lrasynth  # noqa: E402
+sys.path.insert(0, str(ROOT / "bindings" / "python" / "lrasynth"))  # by itself, without a library to load
+import raw  # noqa: E402
 
-HEADER = (ROOT / "include" / "lrasynth.h").read_text()
+HEADER = (ROOT / "include" / "lrasynth.cdef.h").read_text()  # another test holds it to lrasynth.h
 TYPES = {
     "void": None,
     "int32_t": c_int32,
@@ -20,16 +20,17 @@ TYPES = {
     "float": c_float,
     "uint8_t": c_uint8,
     "char": c_char,
-    "lrasynth_profile": lrasynth.Profile,
-    "lrasynth_pattern": lrasynth.Pattern,
-    "lrasynth_segment": lrasynth.Segment,
+    "lrasynth_profile": raw.Profile,
+    "lrasynth_pattern": raw.Pattern,
+    "lrasynth_segment": raw.Segment,
+    "lrasynth_point": raw.Point,
 }
 
 
 def declared_type(text):
     """Of a result, or of a parameter with its name."""
     base = TYPES[re.search(rf"\b({'|'.join(TYPES)})\b", text)[0]]
-    if "*" not in text:
+    if not re.search(r"[*\[]", text):
         return base
     return c_char_p if base is c_char else POINTER(base)
 
@@ -37,7 +38,7 @@ def declared_type(text):
 class Bindings(unittest.TestCase):
     def test_cover_exactly_the_exported_names(self):
         exported = re.findall(r"^    (\w+);$", (ROOT / "src" / "lrasynth.map").read_text(), re.MULTILINE)
-        self.assertCountEqual([*lrasynth.FUNCTIONS, *lrasynth.DATA], exported)
+        self.assertCountEqual([*raw.FUNCTIONS, *raw.DATA], exported)
 
     def test_have_the_types_of_the_header(self):
         functions = re.findall(r"^((?:const )?\w+ \*?)(\w+)\(([^)]*)\);", HEADER, re.MULTILINE)
@@ -45,9 +46,9 @@ class Bindings(unittest.TestCase):
             name: (declared_type(result), tuple(map(declared_type, arguments.split(","))) if arguments != "void" else ())
             for result, name, arguments in functions
         }
-        self.assertEqual(lrasynth.FUNCTIONS, declared)
+        self.assertEqual(raw.FUNCTIONS, declared)
         data = re.findall(r"^extern (?:const )?(\w+) (\w+)(?:\[(\d+)\])?;", HEADER, re.MULTILINE)
-        self.assertEqual(lrasynth.DATA, {n: TYPES[t] * int(size) if size else TYPES[t] for t, n, size in data})
+        self.assertEqual(raw.DATA, {n: TYPES[t] * int(size) if size else TYPES[t] for t, n, size in data})
 
 
 if __name__ == "__main__":

@@ -62,6 +62,18 @@ float gain_at(const Profile& profile, int32_t offset) {
 
 using namespace lrasynth;
 
+int32_t lrasynth_offset_hz(const lrasynth_profile* profile, int32_t offset) {
+  if (profile == nullptr) return 0;
+  const Profile resolved = profile_of(*profile);
+  return offset_hz(resolved, resolved.motor.base_hz, offset);
+}
+
+float lrasynth_offset_gain(const lrasynth_profile* profile, int32_t offset) {
+  return profile == nullptr ? 0.0F : gain_at(profile_of(*profile), offset);
+}
+
+#ifndef LRASYNTH_NO_BARE_NAMES
+
 int32_t getFrequency(int32_t level) { return level_hz(current_profile(), level); }
 int32_t getFrequency_0832_ShortData(int32_t level) { return on_levels(with_motor(LRASYNTH_MOTOR_832), level); }
 int32_t getFrequency_1040_ShortData(int32_t level) { return on_levels(with_motor(LRASYNTH_MOTOR_1040), level); }
@@ -84,16 +96,6 @@ int32_t getFrequency_9595(int32_t baseHz, int32_t offset) {
 
 int32_t getFrequency_081540(int32_t baseHz, int32_t offset) {
   return on_offsets(with_motor(LRASYNTH_MOTOR_81540), baseHz, offset);
-}
-
-int32_t lrasynth_offset_hz(const lrasynth_profile* profile, int32_t offset) {
-  if (profile == nullptr) return 0;
-  const Profile resolved = profile_of(*profile);
-  return offset_hz(resolved, resolved.motor.base_hz, offset);
-}
-
-float lrasynth_offset_gain(const lrasynth_profile* profile, int32_t offset) {
-  return profile == nullptr ? 0.0F : gain_at(profile_of(*profile), offset);
 }
 
 float getFrequencyStepValue(int32_t fromHz, int32_t toHz, int32_t stepCount) {
@@ -120,3 +122,5 @@ float getIntensityMax(int32_t offset) { return gain_at(current_profile(), offset
 float getIntensityMax_0832(int32_t offset) { return gain_at(with_motor(LRASYNTH_MOTOR_832), offset); }
 float getIntensityMax_1040(int32_t offset) { return gain_at(with_motor(LRASYNTH_MOTOR_1040), offset); }
 float getIntensityMax_9595(int32_t offset) { return gain_at(with_motor(LRASYNTH_MOTOR_9595), offset); }
+
+#endif  // LRASYNTH_NO_BARE_NAMES

@@ -32,6 +32,24 @@ int64_t use_signal(const lrasynth_profile* profile, const lrasynth_pattern* patt
   return use_signal(resolved, *pattern, limit_in_samples(resolved.rate, pattern->limit_ms), use);
 }
 
+}  // namespace
+}  // namespace lrasynth
+
+using namespace lrasynth;
+
+int64_t lrasynth_pattern_length(const lrasynth_profile* profile, const lrasynth_pattern* pattern) {
+  return use_signal(profile, pattern, [](const auto& signal) { return signal.length(); });
+}
+
+int64_t lrasynth_pattern_read(const lrasynth_profile* profile, const lrasynth_pattern* pattern, int64_t first,
+                              uint8_t* out, int64_t count) {
+  return use_signal(profile, pattern, [=](const auto& signal) { return read(signal, first, out, count); });
+}
+
+#ifndef LRASYNTH_NO_BARE_NAMES
+
+namespace {
+
 // What does not fit the results of the first ones is as good as refused: -1.
 int64_t reportable(int64_t length) { return length <= std::numeric_limits<int32_t>::max() ? length : -1; }
 
@@ -55,9 +73,6 @@ int32_t draw(const Profile& profile, const LongSignal& signal, int64_t limit_sam
 }
 
 }  // namespace
-}  // namespace lrasynth
-
-using namespace lrasynth;
 
 int32_t getLongSignalDataLength(int32_t loopCount, int32_t intervalMs, const int32_t* pattern, int32_t patternLen) {
   const Profile profile = current_profile();
@@ -100,11 +115,4 @@ int32_t get_4097_wave(int32_t startMs, int32_t intensity, int32_t level, uint8_t
   return write(tap_in_pattern(profile, level, intensity), out == nullptr ? nullptr : out + start);
 }
 
-int64_t lrasynth_pattern_length(const lrasynth_profile* profile, const lrasynth_pattern* pattern) {
-  return use_signal(profile, pattern, [](const auto& signal) { return signal.length(); });
-}
-
-int64_t lrasynth_pattern_read(const lrasynth_profile* profile, const lrasynth_pattern* pattern, int64_t first,
-                              uint8_t* out, int64_t count) {
-  return use_signal(profile, pattern, [=](const auto& signal) { return read(signal, first, out, count); });
-}
+#endif  // LRASYNTH_NO_BARE_NAMES

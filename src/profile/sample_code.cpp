@@ -4,6 +4,8 @@
 
 #include "lrasynth.h"
 
+#ifndef LRASYNTH_NO_BARE_NAMES
+
 using namespace lrasynth;
 
 float wave_transform(float offsetValue) { return code_offset(offsetValue); }
@@ -11,3 +13,5 @@ float wave_transform(float offsetValue) { return code_offset(offsetValue); }
 float custom_wave_transform(int32_t offsetValue) { return static_cast<float>(code_truncated_offset(offsetValue)); }
 
 float wave_reverse(float offsetValue) { return mirror(offsetValue); }
+
+#endif  // LRASYNTH_NO_BARE_NAMES

@@ -15,6 +15,8 @@ Ramp::Ramp(int32_t count, float start, float end)
 
 }  // namespace lrasynth
 
+#ifndef LRASYNTH_NO_BARE_NAMES
+
 using namespace lrasynth;
 
 int32_t getIncreasingStepIntensity(int32_t count, float* out, float start, float end) {
@@ -25,3 +27,5 @@ int32_t getIncreasingStepIntensity(int32_t count, float* out, float start, float
   for (int32_t i = 0; i < count; ++i) out[i] = ramp.exact(sample_time(period, i));
   return 0;
 }
+
+#endif  // LRASYNTH_NO_BARE_NAMES

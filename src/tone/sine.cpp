@@ -78,6 +78,19 @@ void Tone::draw(const Window<uint8_t>& window) const {
 
 using namespace lrasynth;
 
+int64_t lrasynth_tone_length(const lrasynth_profile* profile, int32_t frequency_hz, int32_t half_periods) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  return tone_of(profile_of(*profile).rate, frequency_hz, half_periods, 0).length();
+}
+
+int64_t lrasynth_tone_read(const lrasynth_profile* profile, int32_t frequency_hz, int32_t half_periods,
+                           int32_t amplitude, int64_t first, uint8_t* out, int64_t count) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  return read(tone_of(profile_of(*profile).rate, frequency_hz, half_periods, amplitude), first, out, count);
+}
+
+#ifndef LRASYNTH_NO_BARE_NAMES
+
 int32_t get_sine_wave_len(int32_t frequencyHz, float cycles) {
   return TimeGrid(current_profile().rate, frequencyHz, cycles).count;
 }
@@ -93,13 +106,4 @@ int32_t sine(int32_t halfPeriods, int32_t frequencyHz, int32_t amplitude, uint8_
   return write(tone_of(current_profile().rate, frequencyHz, halfPeriods, amplitude), out);
 }
 
-int64_t lrasynth_tone_length(const lrasynth_profile* profile, int32_t frequency_hz, int32_t half_periods) {
-  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
-  return tone_of(profile_of(*profile).rate, frequency_hz, half_periods, 0).length();
-}
-
-int64_t lrasynth_tone_read(const lrasynth_profile* profile, int32_t frequency_hz, int32_t half_periods,
-                           int32_t amplitude, int64_t first, uint8_t* out, int64_t count) {
-  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
-  return read(tone_of(profile_of(*profile).rate, frequency_hz, half_periods, amplitude), first, out, count);
-}
+#endif  // LRASYNTH_NO_BARE_NAMES

@@ -2,8 +2,8 @@
 // The bands of levels that share a stored burst.
 #include "transient/bursts.h"
 
-#include "lrasynth.h"
 #include "profile/motor.h"
+#include "transient/tables.h"
 
 namespace lrasynth {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The stored bursts of motors 832 and 9595 as sample codes. Made by tables/generate_tables.cpp.
-#include "lrasynth.h"
+#include "transient/tables.h"
 
 // clang-format off
 

@@ -9,17 +9,6 @@
 #include "profile/arithmetic.h"
 
 namespace lrasynth {
-namespace {
-
-Tap tap_of_motor(int32_t motor, int32_t level, int32_t intensity) {
-  return tap_of(with_motor(motor), level, intensity);
-}
-
-// Refuses where there is no burst.
-int32_t write_burst(const Tap& tap, uint8_t* out) { return tap.length() == 0 ? -1 : write(tap, out); }
-
-}  // namespace
-
 Tap tap_of(const Profile& profile, int32_t level, int32_t intensity) {
   switch (profile.motor.tap_kind) {
     case TapKind::kFourSegments:
@@ -52,6 +41,48 @@ Tap tap_in_pattern(const Profile& profile, int32_t level, int32_t intensity) {
 }  // namespace lrasynth
 
 using namespace lrasynth;
+
+int32_t lrasynth_tap_driven(const lrasynth_profile* profile, int32_t level, int32_t intensity) {
+  return profile == nullptr ? 0 : intensity_in_pattern(profile_of(*profile), level, intensity);
+}
+
+int32_t lrasynth_tap_segments(const lrasynth_profile* profile, int32_t level, lrasynth_segment* segments) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  const Profile resolved = profile_of(*profile);
+  if (const int32_t missing = missing_tap(resolved, level); missing != 0) return missing;
+  if (resolved.motor.tap_kind != TapKind::kFourSegments) return 0;
+  if (segments == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  tell_segments(resolved, level, segments);
+  return LRASYNTH_SEGMENTS;
+}
+
+int64_t lrasynth_tap_length(const lrasynth_profile* profile, int32_t level) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  const Profile resolved = profile_of(*profile);
+  const int32_t missing = missing_tap(resolved, level);
+  return missing != 0 ? missing : std::max(0, tap_of(resolved, level, 0).length());
+}
+
+int64_t lrasynth_tap_read(const lrasynth_profile* profile, int32_t level, int32_t intensity, int64_t first,
+                          uint8_t* out, int64_t count) {
+  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
+  const Profile resolved = profile_of(*profile);
+  const int32_t missing = missing_tap(resolved, level);
+  return missing != 0 ? missing : read(tap_of(resolved, level, intensity), first, out, count);
+}
+
+#ifndef LRASYNTH_NO_BARE_NAMES
+
+namespace {
+
+Tap tap_of_motor(int32_t motor, int32_t level, int32_t intensity) {
+  return tap_of(with_motor(motor), level, intensity);
+}
+
+// Refuses where there is no burst.
+int32_t write_burst(const Tap& tap, uint8_t* out) { return tap.length() == 0 ? -1 : write(tap, out); }
+
+}  // namespace
 
 // A length does not hang on the intensity.
 int32_t getShortSignalDataLength(int32_t level) { return tap_of(current_profile(), level, 0).length(); }
@@ -92,31 +123,4 @@ int32_t transStringDataToInt(const uint8_t* source, int32_t count, int32_t* dest
   return 0;
 }
 
-int32_t lrasynth_tap_driven(const lrasynth_profile* profile, int32_t level, int32_t intensity) {
-  return profile == nullptr ? 0 : intensity_in_pattern(profile_of(*profile), level, intensity);
-}
-
-int32_t lrasynth_tap_segments(const lrasynth_profile* profile, int32_t level, lrasynth_segment* segments) {
-  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
-  const Profile resolved = profile_of(*profile);
-  if (const int32_t missing = missing_tap(resolved, level); missing != 0) return missing;
-  if (resolved.motor.tap_kind != TapKind::kFourSegments) return 0;
-  if (segments == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
-  tell_segments(resolved, level, segments);
-  return LRASYNTH_SEGMENTS;
-}
-
-int64_t lrasynth_tap_length(const lrasynth_profile* profile, int32_t level) {
-  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
-  const Profile resolved = profile_of(*profile);
-  const int32_t missing = missing_tap(resolved, level);
-  return missing != 0 ? missing : std::max(0, tap_of(resolved, level, 0).length());
-}
-
-int64_t lrasynth_tap_read(const lrasynth_profile* profile, int32_t level, int32_t intensity, int64_t first,
-                          uint8_t* out, int64_t count) {
-  if (profile == nullptr) return LRASYNTH_ERROR_NULL_POINTER;
-  const Profile resolved = profile_of(*profile);
-  const int32_t missing = missing_tap(resolved, level);
-  return missing != 0 ? missing : read(tap_of(resolved, level, intensity), first, out, count);
-}
+#endif  // LRASYNTH_NO_BARE_NAMES

@@ -76,12 +76,6 @@ lrasynth_segment told(Rate rate, const SegmentShape& segment) {
   return {silent ? 0 : segment.hz, TimeGrid(rate, segment.hz, segment.cycles).count};
 }
 
-int32_t write_integers(const Transient& transient, int32_t* out) {
-  if (refuses(out, transient.length())) return -1;
-  transient.draw(Window<int32_t>{0, transient.drawn_length(), out});
-  return 0;
-}
-
 }  // namespace
 
 Transient level_transient(const Profile& profile, int32_t level, int32_t intensity) {
@@ -98,7 +92,19 @@ void tell_segments(const Profile& profile, int32_t level, lrasynth_segment* segm
 
 }  // namespace lrasynth
 
+#ifndef LRASYNTH_NO_BARE_NAMES
+
 using namespace lrasynth;
+
+namespace {
+
+int32_t write_integers(const Transient& transient, int32_t* out) {
+  if (refuses(out, transient.length())) return -1;
+  transient.draw(Window<int32_t>{0, transient.drawn_length(), out});
+  return 0;
+}
+
+}  // namespace
 
 float getC0(int32_t level) { return band_of(level).drive_cycles; }
 float getC1() { return kEdgeF1Cycles; }
@@ -146,3 +152,5 @@ int32_t wave_func_custom(int32_t frequencyHz, int32_t intensity, int32_t f1Hz, i
   const TransientShape shape = {{frequencyHz, c0, intensity}, zeroTimeMs, {f1Hz, c1, a1}, {f2Hz, c2, a2}, reverse == 1};
   return write_integers({current_profile().rate, shape}, out);
 }
+
+#endif  // LRASYNTH_NO_BARE_NAMES

@@ -29,7 +29,7 @@ const types = { '.html': 'text/html', '.js': 'text/javascript', '.css': 'text/cs
 const server = createServer((request, response) => {
   const path = new URL(request.url, 'http://studio').pathname.replace(/\/$/, '/index.html');
   try {
-    const body = readFileSync(join(site, path));
+    const body = readFileSync(join(site, path.startsWith('/npm/') ? '..' : '.', path)); // the npm package stands beside it
     response.writeHead(200, { 'content-type': types[extname(path)] ?? 'application/octet-stream' }).end(body);
   } catch {
     response.writeHead(404).end();

@@ -315,3 +315,10 @@ test('it is small', () => {
   const packed = files.reduce((sum, file) => sum + gzipSync(readFileSync(file)).length, 0);
   assert.ok(raw <= 600e3 && packed <= 250e3, `${raw} bytes, ${packed} packed`);
 });
+
+test('the npm package, without a bundler, gives what the command writes', async () => {
+  const page = await openPage();
+  const bytes = await page.evaluate(async () => [...(await import('/npm/index.js')).tap(50, 80)]);
+  assert.deepEqual(Buffer.from(bytes), lrasynth('tap', '--level=50', '--intensity=80', '--format=bin', '-').stdout);
+  await page.close();
+});

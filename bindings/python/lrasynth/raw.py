@@ -1,11 +1,14 @@
 # SPDX-License-Identifier: Apache-2.0
 """ctypes declarations of everything that liblrasynth.so.1 exports."""
 
+from __future__ import annotations
+
 import ctypes
+import pathlib
 from ctypes import POINTER, Structure, c_char_p, c_float, c_int32, c_int64, c_uint8
+from typing import Any
 
 _bytes, _ints, _floats = POINTER(c_uint8), POINTER(c_int32), POINTER(c_float)
-
 
 
 class Profile(Structure):
@@ -22,7 +25,14 @@ class Pattern(Structure):
 
 class Segment(Structure):
     """A piece of a tap: its frequency in Hz, 0 where it is silent, and its length in samples."""
+
     _fields_ = [("frequency_hz", c_int32), ("length", c_int32)]
+
+
+class Point(Structure):
+    """lrasynth_point: one of the four of a continuous vibration."""
+
+    _fields_ = [(name, c_int32) for name in "ms intensity offset".split()]
 
 
 _profile, _pattern, _segments = POINTER(Profile), POINTER(Pattern), POINTER(Segment)
@@ -74,6 +84,8 @@ _SIGNATURES = (
     (c_int32, (_profile, c_int32, _segments), "lrasynth_tap_segments"),
     (c_int64, (_profile, c_int32, c_int32), "lrasynth_tone_length"),
     (c_int64, (_profile,) + (c_int32,) * 3 + (c_int64, _bytes, c_int64), "lrasynth_tone_read"),
+    (None, (_ints,) + (c_int32,) * 3, "lrasynth_put_transient"),
+    (None, (_ints, c_int32, c_int32, POINTER(Point)), "lrasynth_put_continuous"),
 )
 
 FUNCTIONS = {name: (result, arguments) for result, arguments, names in _SIGNATURES for name in names.split()}
@@ -167,10 +179,12 @@ lrasynth_tap_driven             Intensity at which a tap is driven inside a patt
 lrasynth_tap_segments           The segments of a tap.
 lrasynth_tone_length            Length of a sine burst in samples.
 lrasynth_tone_read              Read a window of a sine burst.
+lrasynth_put_transient          Fill a record with a tap.
+lrasynth_put_continuous         Fill a record with a continuous vibration.
 """
 SUMMARIES = dict(line.split(maxsplit=1) for line in _SUMMARIES.strip().splitlines())
 
-DATA = {
+DATA: dict[str, Any] = {
     **dict.fromkeys("IC_TYPE SAMPLE_RATE giMotorType giBoostFlg F0".split(), c_int32),
     "wave_custom_2p5T": c_uint8 * 576,
     "wave_custom_1T": c_uint8 * 208,
@@ -180,15 +194,20 @@ DATA = {
 }
 
 
-def load(path="liblrasynth.so.1"):
-    """The library, its functions ready to be called."""
-    library = ctypes.CDLL(path)
+NAME = "liblrasynth.so.1"
+
+
+def load(path: str | None = None) -> Any:
+    """The library, its functions ready to be called: the one beside this module where there is one, as in a wheel, or
+    else the one that the system finds."""
+    beside = pathlib.Path(__file__).with_name(NAME)
+    library = ctypes.CDLL(path or (str(beside) if beside.exists() else NAME))
     for name, (result, arguments) in FUNCTIONS.items():
         function = getattr(library, name)
         function.restype, function.argtypes, function.__doc__ = result, arguments, SUMMARIES[name]
     return library
 
 
-def data(library, name):
+def data(library: Any, name: str) -> Any:
     """A variable (read and write its .value) or a table of the library. Tables are constant: read them only."""
     return DATA[name].in_dll(library, name)
