@@ -93,7 +93,15 @@ test('what a file says is kept, whatever the page can edit, and told where it is
   }) }).then(check);
   await page.reload();
   await check(page);
-  // Any part of a group is it all; keys and fields move what has a whole number, and nothing else.
+  // Any part of a group is it all.
+  const lane = await page.locator('#intensity-lane').boundingBox();
+  const place = await studio.plotOf(page, 'intensity-lane', await studio.shownSpan(page), [0, 100], [30, 8]);
+  for (const [ms, value, one] of [[567, 10, /^2 /], [818, 10, /^2 /], [630, 20, /^2 /], [1005, 2, /^3 /]]) {
+    const [x, y] = place(ms, value);
+    await page.mouse.click(lane.x + x, lane.y + y);
+    assert.match(await chosen(page), one, `${ms}`);
+  }
+  // What has a whole number as start is moved, and nothing else.
   for (const [i, keys, start] of [[1, 'ArrowRight', '1b'], [3, 'ArrowRight', 1601], [4, 'ArrowRight', 1901]]) {
     await choose(page, i);
     await page.focus('#intensity-lane');
@@ -190,7 +198,7 @@ test('a link opens to the same pattern, and the last work is there after a reloa
     const [{ fragmentOf }, { current }] = [await import('./panels/files.js'), await import('./model/state.js')];
     return fragmentOf({ ...current().design, ...changes });
   }, changes);
-  const link = await linkTo({});
+  const link = await linkTo({ header: undefined }); // older links have none
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
   await other.reload();

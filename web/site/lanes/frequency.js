@@ -56,10 +56,11 @@ export const frequencyLane = new EventLane('frequency-lane', {
     const step = roundStep(high, 4);
     return Array.from({ length: Math.floor(high / step) + 1 }, (_, i) => i * step);
   },
-  drawLine: (plot, { heard = [], sweeps = [] }, points) => {
+  drawLine: (plot, { type, heard = [], sweeps = [] }, points, isChosen) => {
     stroke(plot, 'aim', points, 1.2, [2, 3]);
+    const name = isChosen && type === 'record' ? 'chosen' : 'curve'; // of others their points tell
     withinHeard(plot, heard, () => {
-      for (const sweep of sweeps) stroke(plot, 'curve', placesOf(plot, sweep), 1.8);
+      for (const sweep of sweeps) stroke(plot, name, placesOf(plot, sweep), 1.8);
     });
   },
   drawTap: (plot, facts, isChosen) => {

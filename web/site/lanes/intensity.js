@@ -36,8 +36,9 @@ function drawTap(plot, facts, isChosen, labels) {
   fill(plot, name, box(left, driven, wide, plot.bottom - driven));
   const middle = Math.min(plot.right - 12, Math.max(plot.left + 14, left + wide / 2));
   const isOutside = left > plot.right || left + wide < plot.left;
-  if (isOutside || (Math.abs(middle - labels.last) < 30 && !isChosen)) return;
-  labels.last = middle;
+  const near = (/** @type {number} */ other) => Math.abs(middle - other) < 30;
+  if (isOutside || near(labels.chosen) || (near(labels.others) && !isChosen)) return;
+  labels[isChosen ? 'chosen' : 'others'] = middle;
   write(plot, `L${facts.level}`, middle, high - 2, 'center', 'bottom', isChosen ? 'chosen' : 'muted');
 }
 
@@ -70,10 +71,12 @@ export const intensityLane = new EventLane('intensity-lane', {
   room: 30,
   high: () => 100,
   lines: () => [0, 50, 100],
-  drawLine: (plot, facts, points) => {
+  drawLine: (plot, facts, points, isChosen) => {
     const heard = facts.heard ?? [[facts.start, writtenEnd(facts)]];
-    withinHeard(plot, heard, () => fill(plot, 'vibration', areaOf(plot, facts, points)));
-    stroke(plot, 'curve', points, 1.2);
+    const area = areaOf(plot, facts, points);
+    withinHeard(plot, heard, () => fill(plot, 'vibration', area));
+    if (points.length > 0) stroke(plot, 'curve', points, 1.2);
+    else stroke(plot, isChosen ? 'chosen' : 'curve', area, 1.2);
   },
   drawTap,
   shapeOfLine: (plot, facts, points) => ({ places: areaOf(plot, facts, points), isLine: false }),

@@ -16,7 +16,7 @@ import { shownSpan } from './view.js';
 /**
  * @typedef {{part: 'point' | 'end' | 'whole', point: number}} Part of an event
  * @typedef {Part & {event: number}} Target what is under the pointer
- * @typedef {{last: number}} Labels where the last one stands: labels keep apart
+ * @typedef {{others: number, chosen: number}} Labels where the last ones stand: labels keep apart
  * @typedef {{places: Places, isLine: boolean}} Shape what of an event can be touched
  */
 
@@ -32,7 +32,7 @@ import { shownSpan } from './view.js';
  *   room: number,
  *   high: (isHeld: boolean, facts: Facts) => number,
  *   lines: (high: number) => number[],
- *   drawLine: (plot: Plot, facts: LineFacts, points: Places) => void,
+ *   drawLine: (plot: Plot, facts: LineFacts, points: Places, isChosen: boolean) => void,
  *   drawTap: (plot: Plot, facts: TapFacts, isChosen: boolean, labels: Labels) => void,
  *   shapeOfLine: (plot: Plot, facts: LineFacts, points: Places) => Shape,
  *   topOfTap: (plot: Plot, facts: TapFacts) => number,
@@ -79,7 +79,7 @@ export class EventLane {
     const plot = plotOn(this.canvas, shownSpan(), [0, high], { top: face.room });
     this.plot = plot;
     drawGrid(plot, face.lines(high));
-    const labels = { last: -Infinity };
+    const labels = { others: -Infinity, chosen: -Infinity };
     const drawPass = (/** @type {Plot} */ plot) => this.#drawEvents(plot, labels);
     clipped(plot, () => {
       drawPass(plot);
@@ -94,8 +94,8 @@ export class EventLane {
   #drawEvents(plot, labels) {
     const { design, event: chosen } = current();
     const all = design.events.flatMap((_, i) => laidOut(design, i).map((facts) => ({ facts, isChosen: i === chosen })));
-    for (const { facts } of all) {
-      if (facts.type !== 'transient') this.#face.drawLine(plot, facts, this.#placesOf(plot, facts));
+    for (const { facts, isChosen } of all) {
+      if (facts.type !== 'transient') this.#face.drawLine(plot, facts, this.#placesOf(plot, facts), isChosen);
     }
     for (const { facts, isChosen } of all) {
       if (facts.type === 'transient') this.#face.drawTap(plot, facts, isChosen, labels);

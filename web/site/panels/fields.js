@@ -35,6 +35,16 @@ function showRows(count) {
   element('more-points', HTMLElement).textContent = count > wanted ? `and ${count - wanted} more points` : '';
 }
 
+/** Breaks between points. @param {unknown} value */
+const wordsOf = (value) =>
+  typeof value === 'string' ? value : JSON.stringify(value).replaceAll(/,(?=[[{])/g, ', ');
+
+/** A line for each event, those of groups below them. @param {any} written @param {string} indent @returns {string[]} */
+const linesOf = ({ events = [], ...others }, indent = '') => [
+  indent + Object.entries(others).map(([name, value]) => `${name} ${wordsOf(value)}`).join(' · '),
+  ...events.flatMap((/** @type {any} */ event) => linesOf(event, `${indent}   `)),
+];
+
 fields.querySelectorAll('input').forEach(watch);
 
 export function showFields() {
@@ -54,7 +64,7 @@ export function showFields() {
   }
   const { note, ...written } = writtenOf(event);
   element('note', HTMLElement).textContent = note ?? '';
-  element('written', HTMLElement).textContent = event.type === 'kept' ? JSON.stringify(written, null, 1) : '';
+  element('written', HTMLElement).textContent = event.type === 'kept' ? linesOf(written).join('\n') : '';
   const [facts] = laidOut(design, chosen);
   const isShared = event.type === 'transient' && motorOf(design.profile).shares && facts?.strength !== undefined;
   element('driven', HTMLElement).textContent = isShared ? `driven at ${facts.strength} %` : '';

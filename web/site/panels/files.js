@@ -9,6 +9,7 @@ import { about, form, laidOutBy, patternPiece, readPattern, release } from '../l
 import { element, make, setValue } from '../page/elements.js';
 import { wordItems } from '../page/words.js';
 
+/** @import {Said} from '../model/file.js' */
 /** @import {Piece} from '../library/pieces.js' */
 /** @import {Design, State, Words} from '../model/state.js' */
 
@@ -44,7 +45,8 @@ function madeOf(text, file, design, make) {
  */
 function open(text, file) {
   const plain = madeOf(text, file, emptyDesign, read);
-  const own = designOf(plain.facts.said, {}, '');
+  const said = offered(plain.facts.said);
+  const own = designOf(said, {}, '');
   // Some are for the chip that they name alone.
   const { facts, json } = plain.json === null ? madeOf(text, file, own, read) : plain;
   if (json === null) return say('fault', ...plain.facts.faults);
@@ -57,9 +59,16 @@ function open(text, file) {
     const end = (entries[i] ?? []).reduce((end, { end_ms = 0 }) => Math.max(end, end_ms), start);
     return readEvent(event, start, end - start);
   });
-  edit({ ...designOf(facts.said, header, file.replace(/\.json$/i, '')), events }, '', selected);
+  edit({ ...designOf(said, header, file.replace(/\.json$/i, '')), events }, '', selected);
   if (facts.comments) say('note', `${file}: its comments are not kept`);
 }
+
+/** As far as the menus have it. @param {Said} said @returns {Said} */
+const offered = (said) => ({
+  ...said,
+  motor: about.motors.find(({ motor }) => motor === said.motor)?.motor,
+  chip: about.chips.find(({ chip }) => chip === said.chip)?.chip,
+});
 
 /** Its form is null where it has faults. @param {Piece} piece */
 const read = (piece) => ({ facts: piece.facts, json: piece.facts.faults.length > 0 ? null : canonical(piece) });
