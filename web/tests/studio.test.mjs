@@ -367,13 +367,19 @@ test('the value under the cursor is the sample, however near', async () => {
 test('nothing keeps anyone out', async () => {
   for (const options of [{}, { colorScheme: 'dark' }, { viewport: { width: 360, height: 780 }, colorScheme: 'dark' }]) {
     const page = await openPage(options);
-    await openDemo(page, 'chirp');
+    const points = [[0, 0, 0], [50, 80, 0], [100, 0, 0]];
+    const inner = [{ type: 'curve', start: 0, points }, { type: 'curve', start: 200, points }];
+    await openEvents(page, { type: 'curve', start: 0, points },
+      { type: 'group', start: 300, events: [{ type: 'group', start: 0, note: 'twice', events: inner }], note: 'deep' });
     await choose(page, 0);
     await page.fill('[aria-label="Point 2, intensity in %"]', '101');
-    await page.click('summary');
-    const found = await page.evaluate(`${axe}; axe.run().then(({ violations }) =>
-      violations.map(({ id, nodes }) => [id, ...nodes.map(({ html }) => html)]))`);
-    assert.deepEqual(found, []);
+    for (const summary of await page.locator('summary').all()) await summary.click();
+    for (const event of [0, 1]) {
+      await choose(page, event);
+      const found = await page.evaluate(`${axe}; axe.run().then(({ violations }) =>
+        violations.map(({ id, nodes }) => [id, ...nodes.map(({ html }) => html)]))`);
+      assert.deepEqual(found, []);
+    }
     assert.match(await page.textContent('#events .fault'), /^event 1: point 2, .*101/);
     const wide = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
     assert.ok(wide <= 0, `${wide} pixels too wide`);

@@ -23,7 +23,7 @@ function wordsOf(facts) {
     words.set(event, [...(words.get(event) ?? []), one]);
   // They stand at their event; where that would be in a file is told only of files.
   facts.faults.forEach((fault, i) => {
-    const line = fault.replace(/^.*?\.json:(\d+:\d+: )?/, '');
+    const line = fault.replace(/^.*?\.json:( |\d+:\d+: )?/, '');
     put(facts.fault_events[i] ?? 0, { line, kind: 'fault' });
   });
   for (const { event, line } of facts.warnings) put(event, { line, kind: 'warning' });
