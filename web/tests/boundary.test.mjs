@@ -66,7 +66,7 @@ const forms = [
   ['c', [0], ['--print-request']],
   ['summary', [0], []],
 ];
-const without = (line) => line.replace(/event \d+ at [\d.]+ ms: /, '');
+const without = (line) => line.replace(/event [\d.]+(, pass [\d.]+)? at [\d.]+ ms: /, '');
 
 // Of the last piece.
 function compare(...words) {

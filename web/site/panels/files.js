@@ -14,7 +14,7 @@ import { wordItems } from '../page/words.js';
 /** @import {Design, State, Words} from '../model/state.js' */
 
 const firstExample = 'heartbeat';
-const examples = [firstExample, 'sunrise', 'chirp', 'fade', 'overlap'];
+const examples = [firstExample, 'sunrise', 'chirp', 'sweep', 'fade', 'alarm', 'rain', 'overlap'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
