@@ -72,6 +72,7 @@ test('what a file says is kept, whatever the page can edit, and told where it is
   const set = { motor: '832', chip: '1', loops: '3', interval: '250', name: 'Song' };
   for (const [id, value] of Object.entries(set)) assert.equal(await page.inputValue(`#${id}`), value, id);
   const whole = [saved(), saved('--flat'), lrasynth('pattern', 'song.json', '--format=bin', '-').stdout.toString('latin1')];
+  assert.equal(await page.textContent('#file-note'), song.note);
   const text = async (page, kind) => (await exported(page, kind)).toString(kind === 'bin' ? 'latin1' : 'utf8');
   const check = async (page) => {
     for (const [i, kind] of ['json', 'flat', 'bin'].entries()) assert.equal(await text(page, kind), whole[i], kind);

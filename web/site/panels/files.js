@@ -236,6 +236,7 @@ export function showFiles() {
   const { design, messages } = current();
   const { facts } = patternPiece(design);
   setValue('name', design.name);
+  element('file-note', HTMLElement).textContent = String(design.header.note ?? '');
   const none = facts.faults.length > 0;
   for (const button of document.querySelectorAll('button[data-form]')) {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';
