@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // The texts of studio.h, as JSON. A test holds them to this.
-import type { Curve } from './site/model/curve.js';
+import type { CurvePoint } from './site/model/points.js';
 import type { Tap } from './site/model/tap.js';
+import type { Vibration } from './site/model/vibration.js';
 
 export interface About {
   version: string;
@@ -36,6 +37,14 @@ export interface Facts {
   faults: string[];
   /** Of each fault the event's number; 0: none in particular. */
   fault_events: number[];
+  /** What the text says of what can be asked for, with its times in ms. */
+  said: { motor?: number; chip?: number; boost?: boolean; loops?: number; interval?: number };
+  /** When each of its events starts, in ms; 0 where that cannot be read. */
+  starts: number[];
+  /** What of the text was not taken as it stands. */
+  notes: string[];
+  /** Whether it has comments, which are not kept. */
+  comments: boolean;
   title: string;
   /** In samples, or bytes of the event stream. */
   length: number;
@@ -43,15 +52,16 @@ export interface Facts {
   length_ms: number;
   pass_ms: number;
   stream: boolean;
-  /** In the order in which they start; none for a tap. */
+  /** Laid out, with all repetitions of groups, in the order in which they start; none for a tap. */
   events: EventFacts[];
   warnings: { event: number; ms: number; line: string }[];
   /** Passes, or the named segments of a tap where they are known. */
   sections: { from: number; to: number; label: string }[];
 }
 
-/** What stands in the file, and without faults its fate. Times are those of the first pass, in ms from its start. */
-export type EventFacts = TapFacts | CurveFacts;
+/** An event as it would stand in a file, and without faults its fate. Times are in ms from the first pass's start. */
+export type EventFacts = TapFacts | LineFacts;
+export type LineFacts = VibrationFacts | CurveFacts | RecordFacts;
 
 interface Fate {
   /** Its place in the file, from 1; of the group that it stands in, where it does. */
@@ -62,18 +72,33 @@ interface Fate {
   heard?: [from: number, to: number][];
 }
 
-export interface TapFacts extends Tap, Fate {
-  /** The intensity that the motor gets. */
-  driven?: number;
-  hz?: undefined;
-  sweeps?: undefined;
-}
-
-export interface CurveFacts extends Curve, Fate {
-  /** At each point. */
+interface Vibrating extends Fate {
+  /** At each point; none for records. */
   hz?: number[];
   sweeps?: Sweep[];
-  driven?: undefined;
+  strength?: undefined;
+}
+
+export type TapFacts = Tap & Fate & {
+  /** The intensity that the motor gets. */
+  strength?: number;
+  hz?: undefined;
+  sweeps?: undefined;
+};
+
+export interface VibrationFacts extends Vibration, Vibrating {}
+
+export interface CurveFacts extends Vibrating {
+  type: 'curve';
+  start: number;
+  points: readonly (CurvePoint | { time: number; intensity: number; hz: number })[];
+}
+
+export interface RecordFacts extends Vibrating {
+  type: 'record';
+  start: number;
+  duration: number;
+  points: readonly CurvePoint[];
 }
 
 export interface Sweep {
@@ -83,6 +108,8 @@ export interface Sweep {
   to_hz: number;
   /** What it ends at, while its points say to_hz. */
   reached_hz: number;
+  /** Of records, what plays at equal distances from its beginning to its end, in percent of full scale. */
+  strengths?: number[];
 }
 
 export interface Estimate {

@@ -15,6 +15,7 @@
 #include "design/advice/summary.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
+#include "design/pattern/time.h"
 #include "design/picture/forms.h"
 #include "design/waveform/stretch.h"
 
@@ -148,9 +149,22 @@ std::string json_of(const design::Number& number) {
   return '[' + quoted(number.first) + ',' + quoted(number.second) + ']';
 }
 
-std::string json_of(const design::Stretch& sweep, double start_ms) {
-  return text(R"({"from_ms":%.10g,"to_ms":%.10g,"from_hz":%.10g,"to_hz":%.10g,"reached_hz":%.10g})",
-              start_ms + sweep.span.from, start_ms + sweep.span.to, sweep.from_hz, sweep.to_hz, sweep.reached_hz());
+// What plays at so many points of time, in percent of full scale.
+std::string strengths_of(const design::Stretch& sweep) {
+  constexpr int kSteps = 8;
+  std::vector<double> strengths;
+  for (int i = 0; i <= kSteps; ++i) {
+    const double ms = sweep.span.from + sweep.span.length() * i / kSteps;
+    strengths.push_back(std::fabs(sweep.amplitude_at(ms)) * 100 / 128);
+  }
+  return list(strengths, [](double strength) { return text("%.4g", strength); });
+}
+
+// Of a record, of which no line tells what it is to be, also what plays.
+std::string json_of(const design::Stretch& sweep, double start_ms, bool is_record) {
+  return text(R"({"from_ms":%.10g,"to_ms":%.10g,"from_hz":%.10g,"to_hz":%.10g,"reached_hz":%.10g)",
+              start_ms + sweep.span.from, start_ms + sweep.span.to, sweep.from_hz, sweep.to_hz, sweep.reached_hz()) +
+         (is_record ? R"(,"strengths":)" + strengths_of(sweep) : "") + '}';
 }
 
 std::string json_of(const design::Warning& warning) {
@@ -182,10 +196,11 @@ std::string fate_of(const design::Score& score, size_t i) {
   const std::string when =
       text(R"(,"end_ms":%.10g,"heard":)", span.to) + list(is_stream ? std::vector{span} : score.heard(i));
   if (const design::Tap* const tap = event.tap()) {
-    return text(R"(,"driven":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
+    return text(R"(,"strength":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
   }
   const auto hz = [](const design::Asked& point) { return text("%.10g", point.hz); };
-  const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms); };
+  const bool is_record = event.vibration() != nullptr && event.vibration()->is_record;
+  const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms, is_record); };
   return R"(,"hz":)" + list(line_of(profile, event), hz) + R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) +
          when;
 }
@@ -193,6 +208,44 @@ std::string fate_of(const design::Score& score, size_t i) {
 std::string json_of(const design::Faults& faults, const std::string& file) {
   return R"({"faults":)" + list(faults.lines(file), quoted) + R"(,"fault_events":)" +
          list(faults.listed, [](const design::Fault& fault) { return text("%d", fault.event.entry); });
+}
+
+// When each of a file's events starts, as far as that can be read.
+std::vector<double> starts_of(const design::Source& source) {
+  std::vector<double> starts;
+  if (!source.json.root) return starts;
+  const design::JsonValue* const tempo = source.json.root->member("tempo");
+  const double beats = tempo == nullptr ? 0 : std::strtod(std::string(tempo->written).c_str(), nullptr);
+  const design::JsonValue* const events = source.json.root->member("events");
+  if (events == nullptr) return starts;
+  for (const design::JsonValue& event : events->items) {
+    const design::JsonValue* const start = event.member("start");
+    starts.push_back(start == nullptr ? 0 : design::time_of(*start, beats).ms);
+  }
+  return starts;
+}
+
+std::string json_of(const design::Setup& setup) {
+  std::string fields;
+  const auto add = [&](const char* name, const std::optional<int32_t>& value, bool is_truth = false) {
+    if (!value) return;
+    fields += (fields.empty() ? "" : ",") + quoted(name) + ':' + (is_truth ? truth(*value != 0) : text("%d", *value));
+  };
+  add("motor", setup.motor);
+  add("chip", setup.chip);
+  add("boost", setup.boost, true);
+  add("loops", setup.loops);
+  add("interval", setup.interval_ms);
+  return '{' + fields + '}';
+}
+
+// What is told of a file, whether it plays or not.
+std::string json_of(const design::PatternFile& file) {
+  const bool has_comments = file.source != nullptr && design::has_comments(*file.source);
+  const std::vector<double> starts = file.source == nullptr ? std::vector<double>() : starts_of(*file.source);
+  return R"(,"said":)" + json_of(file.setup) + R"(,"starts":)" +
+         list(starts, [](double ms) { return text("%.10g", ms); }) + R"(,"notes":)" + list(file.notes, quoted) +
+         R"(,"comments":)" + truth(has_comments);
 }
 
 std::string json_of(const design::Piece& piece) {
@@ -211,16 +264,16 @@ std::string json_of(const design::Piece& piece) {
          list(is_stream ? std::vector<design::Section>() : waveform.sections) + '}';
 }
 
-int take_faults(const design::Faults& faults, const std::string& file, const std::vector<design::Event>& events) {
-  studio().text = json_of(faults, file) +
+int take_faults(const design::PatternFile& file, const std::string& name) {
+  studio().text = json_of(file.faults, name) + json_of(file) +
                   R"(,"title":"","length":0,"rate":0,"length_ms":0,"pass_ms":0,"stream":false,"events":)" +
-                  list(events, [](const design::Event& event) { return '{' + fields_of(event) + '}'; }) +
+                  list(file.events, [](const design::Event& event) { return '{' + fields_of(event) + '}'; }) +
                   R"(,"warnings":[],"sections":[]})";
   return 0;
 }
 
-int take_piece(design::Piece piece) {
-  studio().text = json_of(design::Faults(), "") + json_of(piece);
+int take_piece(design::Piece piece, const design::PatternFile& file = {}) {
+  studio().text = json_of(design::Faults(), "") + json_of(file) + json_of(piece);
   return studio().shelf.put(std::move(piece));
 }
 
@@ -302,25 +355,20 @@ int studio_pattern(const char* json, size_t length, const char* name, size_t nam
   const auto profile = profile_of(motor, chip, boost);
   if (!profile || !is_in(loops, 1, 65535) || !is_in(interval_ms, 0, design::kLongestMs)) return refuse();
   if (studio().shelf.is_full()) return refuse();
-  const std::string_view file(name, name_length);
-  const bool has_gaps = loops > 1 && !design::is_event_stream(*profile);
-  const design::Setup asked = {.motor = motor,
-                               .chip = chip,
-                               .boost = boost != 0 ? 1 : 0,
-                               .loops = loops,
-                               .interval_ms = has_gaps ? interval_ms : 0};
-  auto [setup, pattern, piece] = design::read_piece(asked, {json, length}, std::string(file));
-  if (piece) return take_piece(std::move(*piece));
-  return take_faults(pattern.faults, design::shown(file, 120), pattern.events);
+  const design::Setup asked = {
+      .motor = motor, .chip = chip, .boost = boost != 0 ? 1 : 0, .loops = loops, .interval_ms = interval_ms};
+  const std::string called(name, name_length);
+  auto [setup, file, piece] = design::read_piece(asked, {json, length}, called);
+  return piece ? take_piece(std::move(*piece), file) : take_faults(file, design::shown(called, 120));
 }
 
 int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
   const auto profile = profile_of(motor, chip, 1);
   if (!profile || !is_in(level, 0, 100) || !is_in(intensity, 0, 100) || studio().shelf.is_full()) return refuse();
   if (design::has_taps(*profile)) return take_piece(design::tap_piece(*profile, level, intensity, in_pattern != 0));
-  design::Faults faults;
-  faults.add({{}, {}, design::tap_fault(*profile)});
-  return take_faults(faults, "tap", {});
+  design::PatternFile none;
+  none.faults.add({{}, {}, design::tap_fault(*profile)});
+  return take_faults(none, "tap");
 }
 
 void studio_release(int piece) { studio().shelf.release(piece); }

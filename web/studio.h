@@ -27,9 +27,10 @@ STUDIO_EXPORT(studio_text_length) size_t studio_text_length();
 // Text: an About.
 STUDIO_EXPORT(studio_about) void studio_about();
 
-// Makes a piece of a pattern, which plays loops (1..65535) times with gaps of interval_ms (0..600000) between them.
-// Motors and chips (0, 1 or 11) as in the library's header. Returns its number, 0 where there are faults; one is also a
-// waveform of more than 600000 ms, or an event stream of more than 64 MiB. Text: its Facts.
+// Makes a piece of a pattern, which plays loops (1..65535) times with gaps of interval_ms (0..600000) between them,
+// whatever its text says of these, of motor, chip and boost. Motors and chips (0, 1 or 11) as in the library's header.
+// Returns its number, 0 where there are faults; one is also a waveform of more than 600000 ms, or an event stream of
+// more than 64 MiB. Text: its Facts.
 STUDIO_EXPORT(studio_pattern)
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,
                    int boost, int loops, int interval_ms);
@@ -55,7 +56,8 @@ STUDIO_EXPORT(studio_extremes) const int8_t* studio_extremes(int piece, double f
 STUDIO_EXPORT(studio_response)
 const double* studio_response(int piece, double quality, double hz, double from_ms, double to_ms, int columns);
 
-// Makes the text one of these forms, and returns its length: "json" (canonical) and "c" (the request) of patterns;
+// Makes the text one of these forms, and returns its length: "json" (canonical), "flat" (the same as records) and
+// "c" (the request) of patterns;
 // "bin", "csv", "summary" of anything; "wav" and "svg" not of event streams. A quality of 0 leaves the response out of
 // the picture, which shows from_ms..to_ms; a to_ms of 0 is its end.
 STUDIO_EXPORT(studio_form)

@@ -42,11 +42,18 @@ const files = Object.fromEntries([
   ...read(scratch),
   ['taps "\u00e9".json', '{"events":[{"type":"transient","start":3,"intensity":100,"level":90},' +
     '{"type":"transient","start":8,"intensity":99,"level":30}]}'],
+  ['song.json', `{"tempo":90,"motor":9595,"loops":3,"interval":"1/2b","boost":false,"limit":"200s","note":"n","events":[
+    {"type":"group","start":"1b","repeat":2,"every":"1/3b","gain":50,"events":[
+      {"type":"curve","start":0,"points":[[0,10,-9],[40,90,9],[150,0,0]]},
+      {"type":"group","start":3362,"events":[{"type":"curve","start":"67ms","points":[[0,5,5],[9,9,9]]}]}]},
+    {"type":"curve","start":300,"points":[{"time":0,"intensity":20,"hz":234},[70,100,0],[140,0,0]]}]}`],
   ['wrong.json', '{"events":[{"type":"transient","start":1.5,"level":101,"x\\n":0},\n{"type":"tap \\"\u00e9"},3]}'],
   ['broken.json', `{"events":[${'{},'.repeat(30)}]}`],
   ['cut.json', '{"events":[{"a'],
 ]);
 for (const [name, text] of Object.entries(files)) writeFileSync(join(scratch, name), text);
+lrasynth('pattern', 'song.json', '--save', 'flat.json', '--flat');
+files['flat.json'] = readFileSync(join(scratch, 'flat.json'), 'utf8');
 
 const forms = [
   ['bin', [0], ['--format', 'bin', '-']],
@@ -55,16 +62,20 @@ const forms = [
   ['svg', [0], ['--format', 'svg', '-']],
   ['svg', [35, 150, 20, 90], ['--format', 'svg', '--response=35', '--response-hz=150', '--from=20', '--to=90', '-']],
   ['json', [0], ['--save', '-']],
+  ['flat', [0], ['--save', '-', '--flat']],
   ['c', [0], ['--print-request']],
   ['summary', [0], []],
 ];
-const without = (line) => line.replace(/event \d+ at [\d.]+ ms: /, '');
+const without = (line) => line.replace(/event [\d.]+(, pass [\d.]+)? at [\d.]+ ms: /, '');
 
 // Of the last piece.
 function compare(...words) {
-  const { faults, warnings } = facts();
+  const { faults, warnings, notes } = facts();
   const lines = [...warnings.map(({ line }) => `warning: ${line}`), ...faults];
-  const said = lrasynth(...words).lines.filter((line) => !line.startsWith('note: '));
+  const all = lrasynth(...words).lines;
+  const said = all.filter((line) => !line.startsWith('note: '));
+  const noted = all.flatMap((line) => line.match(/^note: .*?\.json: (.*)/)?.slice(1) ?? []);
+  assert.deepEqual(noted, faults.length > 0 ? [] : notes);
   // The command tells what several events have in common once, of the first of them.
   const once = lines.filter((line, i) => i === lines.findIndex((other) => without(other) === without(line)));
   const firsts = said.map((line) => line.replace(/in \d+ events, first |; the others likewise| \(\d+ places\)/g, ''));
@@ -81,12 +92,11 @@ for (const motor of [832, 1040, 9595, 81540]) {
     const device = [`--motor=${motor}`, `--chip=${chip}`];
     test(`patterns of motor ${motor} on chip ${chip}`, () => {
       for (const [name, text] of Object.entries(files)) {
-        const made = pattern(text, name, motor, chip, 1, 2, 75);
-        assert.equal(made > 0, facts().faults.length === 0);
-        compare('pattern', name, '--loop=2', ...(chip === 11 ? [] : ['--interval=75']), ...device);
-        if (motor !== 832 || made === 0) continue;
-        pattern(text, name, motor, chip, 0, 1, 0);
-        compare('pattern', name, '--boost=off', ...device);
+        for (const boost of motor === 832 ? ['on', 'off'] : ['on']) {
+          const made = pattern(text, name, motor, chip, Number(boost === 'on'), 2, 75);
+          assert.equal(made > 0, facts().faults.length === 0);
+          compare('pattern', name, '--loop=2', '--interval=75', `--boost=${boost}`, ...device);
+        }
       }
     });
   }
@@ -97,7 +107,7 @@ test('taps', () => {
     for (const level of [0, 37, 100]) {
       tap(level, 97, share, motor, chip);
       const words = [`--motor=${motor}`, `--chip=${chip}`, `--level=${level}`, '--intensity=97'];
-      for (const [name, view, options] of forms.filter(([kind]) => kind !== 'json' && kind !== 'c')) {
+      for (const [name, view, options] of forms.filter(([kind]) => !['json', 'flat', 'c'].includes(kind))) {
         const { stdout } = lrasynth('tap', ...words, ...(share ? ['--in-pattern'] : []), ...options);
         assert.ok(stdout.equals(form(name, ...view)), `${words}: ${name}`);
       }

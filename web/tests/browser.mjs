@@ -113,11 +113,13 @@ export async function press(page, ...keys) {
 export const choose = (page, event) => page.click(`#events > :nth-child(${event + 1}) .event`);
 export const chosen = (page) => page.locator('.event[aria-pressed=true]').textContent();
 
-export async function openEvents(page, ...events) {
+export async function openText(page, text) {
   const file = join(scratch, 'events.json');
-  writeFileSync(file, JSON.stringify({ events }));
+  writeFileSync(file, text);
   await openFile(page, file);
 }
+
+export const openEvents = (page, ...events) => openText(page, JSON.stringify({ events }));
 
 /** Fingers, in steps of a type and places. */
 export async function touch(page, steps) {

@@ -7,9 +7,8 @@ import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 const load = (file) => import(new URL(`../site/model/${file}.js`, import.meta.url).href);
-const [{ History }, { curve, newCurve }, { newTap, tap }, spans] =
-  await Promise.all(['history', 'curve', 'tap', 'spans'].map(load));
-const { endOf, eventOf, kindOf } = await load('events');
+const [{ History }, { newCurve }, { newTap, tap }, spans, { endOf, eventOf, kindOf, movedTo, readEvent, writtenOf }] =
+  await Promise.all(['history', 'curve', 'tap', 'spans', 'events'].map(load));
 const state = await load('state');
 const commands = await load('commands');
 
@@ -101,26 +100,57 @@ test('an edit is a step, keeps order and selection, and tells when it has ended'
 });
 
 test('each kind of event has its form, and moves within its bounds', () => {
-  const one = newCurve(10, 60);
-  const mixed = { points: one.points, start: 10, type: 'continuous', duration: 200 };
-  assert.equal(JSON.stringify(eventOf(mixed)), JSON.stringify(one));
-  const wrongs = [null, 3, {}, { type: 'toString' }, { ...one, level: 3 }, { ...one, points: one.points.slice(1) },
-    { ...one, duration: 1.5 }, { ...newTap(3), points: [] }, { ...newTap(3), level: '4' },
-    { type: 'transient', start: 0 }];
-  for (const wrong of wrongs) assert.equal(eventOf(wrong), null, JSON.stringify(wrong));
-  assert.deepEqual([endOf(one), endOf(newTap(10)), kindOf(one).next(one), tap.next(newTap(10))], [210, 25, 210, 60]);
-  const moved = (index, ...to) => curve.withPoint(one, index, to);
-  assert.deepEqual(moved(0, 40, 101, -51).points[0], [0, 100, -50]);
-  assert.deepEqual([moved(1, -5, 1, 1), moved(1, 999, 1, 1)].map(({ points }) => points[1][0]), [0, 130]);
-  assert.deepEqual([moved(3, 20, 1, 1), moved(3, 999, 1, 1)].map(({ duration }) => duration), [131, 999]);
-  const short = curve.stretched(one, -4);
-  assert.equal(short.duration, 1);
-  assert.deepEqual(curve.stretched(short, 400).points.map(([time]) => time), [0, 100, 260, 400]);
-  assert.deepEqual(curve.withValue(one, 'points.1.1', 300).points[1], [50, 300, 0]);
-  assert.deepEqual([curve.withValue(one, 'points.3.0', 90).duration, curve.withValue(one, 'start', -3).start], [90, -3]);
-  assert.deepEqual(curve.strengthened(one, 50).points.map(([, strength]) => strength), [50, 100, 100, 50]);
-  assert.deepEqual([tap.lifted(newTap(0), -99).intensity, curve.lifted(one, 9)], [0, one]);
-  assert.deepEqual([curve.span(one, 1), curve.span(one, -1)], [{ from: 60, to: 60 }, { from: 10, to: 210 }]);
+  const drawn = newCurve(10, 60);
+  const vibration = { type: 'continuous', start: 10, duration: 200, points: drawn.points };
+  for (const wrong of [null, 3, {}, { type: 'toString' }, { ...drawn, level: 3 }, { ...drawn, points: [[0, 0, 0]] },
+    { ...drawn, toString: 1 }, { ...vibration, points: drawn.points.slice(1) }, { ...vibration, duration: 1.5 },
+    { ...newTap(3), points: [] }, { ...newTap(3), level: '4' }, { ...newTap(3), driven: 4 }, { ...newTap(3), note: 4 },
+    { type: 'transient', start: 0 }, { type: 'kept', start: 0, length: 1, written: { type: 'kept' } }]) {
+    assert.equal(eventOf(wrong), null, JSON.stringify(wrong));
+  }
+  assert.deepEqual([endOf(newTap(10)), tap.next(newTap(10)), tap.lifted(newTap(0), -99).intensity], [25, 60, 0]);
+  const driven = { type: 'transient', start: 3, driven: 40, level: 9, note: 'soft' };
+  assert.deepEqual(tap.lifted(eventOf(driven), 5), { ...driven, driven: 45 });
+  for (const one of [drawn, vibration]) {
+    const kind = kindOf(one);
+    const mixed = Object.fromEntries(Object.entries({ ...one, note: 'x' }).reverse());
+    assert.equal(JSON.stringify(eventOf(mixed)), JSON.stringify({ ...one, note: 'x' }));
+    assert.deepEqual([endOf(one), kind.next(one), kind.value(one, 'duration')], [210, 210, 200]);
+    const moved = (index, ...to) => kind.withPoint(one, index, to);
+    assert.deepEqual(moved(0, 40, 101, -51).points[0], [0, 100, -50]);
+    assert.deepEqual([moved(1, -5, 1, 1), moved(1, 999, 1, 1)].map(({ points }) => points[1][0]), [0, 130]);
+    assert.deepEqual([moved(3, 20, 1, 1), moved(3, 999, 1, 1)].map((event) => endOf(event)), [141, 1009]);
+    const short = kind.stretched(one, -4);
+    assert.equal(endOf(short), 11);
+    assert.deepEqual(kind.stretched(short, 400).points.map(([time]) => time), [0, 100, 260, 400]);
+    assert.deepEqual(kind.withValue(one, 'points.1.1', 300).points[1], [50, 300, 0]);
+    assert.deepEqual([endOf(kind.withValue(one, 'points.3.0', 90)), kind.withValue(one, 'start', -3).start], [100, -3]);
+    assert.deepEqual(kind.strengthened(one, 50).points.map(([, strength]) => strength), [50, 100, 100, 50]);
+    assert.equal(kind.lifted(one, 9), one);
+    assert.deepEqual([kind.span(one, 1), kind.span(one, -1)], [{ from: 60, to: 60 }, { from: 10, to: 210 }]);
+  }
+});
+
+test('what the page cannot edit is kept as it is written, and moved where its start is a whole number', () => {
+  const group = { type: 'group', start: 40, repeat: 4, every: '1/2b', events: [{ type: 'transient', start: 0 }, {}] };
+  for (const [written, word, summary, free] of [
+    [group, 'Group of 2 events, 4 times', '40 – 90 ms', true],
+    [{ ...group, start: '1b', repeat: 1 }, 'Group of 2 events', 'at 1b', false],
+    [{ type: 'curve', start: 40, points: [{ time: 0, intensity: 9, hz: 99 }, [1, 2, 3]] }, 'Curve, 2 points',
+      '40 – 90 ms', true],
+    [{ type: 'transient', start: '40ms', intensity: 1, level: 2 }, 'Tap', 'at 40ms', false],
+  ]) {
+    const one = readEvent(written, 40, 50);
+    const kind = kindOf(one);
+    assert.deepEqual([kind.word(one), kind.summary(one)], [word, summary]);
+    assert.deepEqual(eventOf(JSON.parse(JSON.stringify(one))), one);
+    assert.equal(writtenOf(one), written);
+    const start = free ? 70 : written.start;
+    assert.deepEqual(writtenOf(movedTo(one, 70)), { ...written, start });
+    assert.deepEqual(writtenOf(kind.withValue(one, 'start', 70)), { ...written, start });
+    assert.equal(kind.value(one, 'start'), free ? 40 : undefined);
+    assert.deepEqual(writtenOf(kind.startedAt(one, kind.next(one))), { ...written, start: 90 }); // a duplicate
+  }
 });
 
 test('what is looked at stays in bounds', () => {

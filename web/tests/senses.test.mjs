@@ -4,7 +4,7 @@ import assert from 'node:assert/strict';
 import { after, afterEach, before, test } from 'node:test';
 import * as studio from './browser.mjs';
 
-const { choose, coloured, exported, lrasynth, openEvents, openPage, plotOf, shownSpan } = studio;
+const { choose, coloured, exported, lrasynth, openEvents, openPage, openText, plotOf, shownSpan } = studio;
 
 before(studio.startBrowser);
 afterEach(studio.closePages);
@@ -97,6 +97,40 @@ test('the lane for frequency draws what points say, what is reached, and taps', 
   await sees('tap', [[22, 10], [22, high * 0.9]]);
   await sees('tap', [[60, 10]], false);
   await sees('curve', [[280, hertz[50]]], true, 70); // points, too
+});
+
+test('the lanes draw groups wherever they play, curves as they are to be, and of records what plays', async () => {
+  const page = await openPage();
+  const line = { type: 'curve', start: 100, points: [[0, 20, 0], [40, 90, 20], [100, 40, 0]] };
+  await openEvents(page, { type: 'group', start: 0, repeat: 2, every: 400, gain: 50, events: [tap, line] });
+  await choose(page, 0);
+  const names = ['intensity-lane', 'frequency-lane'];
+  const facts = () => page.evaluate(async () => {
+    const [{ patternPiece }, { current }] = [await import('./library/pieces.js'), await import('./model/state.js')];
+    return patternPiece(current().design).facts;
+  });
+  const strong = watcher(page, names[0], [0, 100], [30, 8]);
+  for (const start of [0, 400]) {
+    await strong('chosen', [[start + 24, 4], [start + 24, 39], [start + 100, 10], [start + 140, 45]]);
+    await strong('vibration', [[start + 120, 15], [start + 140, 38]]);
+    await strong('vibration', [[start + 140, 49], [start + 120, 40]], false);
+  }
+  const [hz] = (await facts()).events.map((event) => event.hz).filter(Boolean);
+  const high = await page.evaluate(async () => (await import('./lanes/frequency.js')).frequencyLane.plot.valueAt(8));
+  const pitch = watcher(page, names[1], [0, Math.round(high)], [8, 8]);
+  await pitch('chosen', [0, 40, 100].flatMap((ms, i) => [[100 + ms, hz[i]], [500 + ms, hz[i]]]));
+  // The same as records, of which one is chosen.
+  await openText(page, await exported(page, 'flat'));
+  await choose(page, 1);
+  const { events } = await facts();
+  const records = events.filter(({ type }) => type === 'record');
+  assert.ok(records.length >= 4);
+  for (const { number, sweeps: [{ from_ms, to_ms, from_hz, reached_hz, strengths }] } of records) {
+    const at = [from_ms + (to_ms - from_ms) / 2, strengths[4]];
+    await strong(number === 2 ? 'chosen' : 'curve', [at], true, 60);
+    await strong('vibration', [[at[0], at[1] / 2]]);
+    await pitch(number === 2 ? 'chosen' : 'curve', [[at[0], (from_hz + reached_hz) / 2]], true, 70);
+  }
 });
 
 test('the waveform is drawn as it is, near and far, with its response, and so is a tap', async () => {

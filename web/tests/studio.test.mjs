@@ -42,7 +42,7 @@ test('a download is what the command writes, and its words stand at the events',
     const disabled = await page.locator('[data-form]:disabled').allTextContents();
     if (status !== 0) {
       assert.deepEqual(said, lines.map((line) => line.replace(/^[^ ]* /, '')));
-      assert.equal(disabled.length, 6);
+      assert.equal(disabled.length, 7);
       continue;
     }
     assert.equal(said.length > 0, lines.some((line) => line.startsWith('warning: ')), lines.join());
@@ -51,6 +51,79 @@ test('a download is what the command writes, and its words stand at the events',
     assert.equal(download.suggestedFilename(), 'overlap.bin');
     assert.ok(readFileSync(await download.path()).equals(stdout), `${motor} ${chip}`);
   }
+});
+
+test('what a file says is kept, whatever the page can edit, and told where it is overridden', async () => {
+  const file = join(scratch, 'song.json');
+  const song = { flat: false, note: 'for \u00e9', tempo: 120, version: 1, interval: '1/2b', limit: '2s', loops: 3,
+    boost: false, chip: 1, motor: 832, name: 'Song', events: [
+      { type: 'group', start: '1b', repeat: 2, every: '1/2b', gain: 60, events: [
+        { type: 'transient', start: '1/8b', driven: 50, level: 90, note: 'ping' },
+        { type: 'group', start: 30, events: [{ type: 'curve', start: 10, points: [[0, 0, 0], [90, 80, 10]] }] }] },
+      { type: 'curve', start: 1600, points: [[0, 20, -20], [40, 90, 0], [60, 50, 10], [90, 60, 0], [150, 0, 0]] },
+      { type: 'curve', start: 1900, points: [{ time: '0ms', intensity: 20, hz: 134 }, [70, 100, 0]] },
+      { type: 'continuous', start: '1s', duration: 100, points: [[0, 9, 9], [10, 9, 9], [20, 9, 9], [100, 9, 9]] },
+      { type: 'transient', start: 3, driven: 40, level: 90, note: 'first' }] };
+  writeFileSync(file, `// by hand\n${JSON.stringify(song)}`);
+  const saved = (...words) => lrasynth('pattern', 'song.json', ...words, '--save', '-').stdout.toString();
+  const page = await openPage();
+  await openFile(page, file);
+  assert.match(await page.textContent('#messages'), /comments are not kept/);
+  const set = { motor: '832', chip: '1', loops: '3', interval: '250', name: 'Song' };
+  for (const [id, value] of Object.entries(set)) assert.equal(await page.inputValue(`#${id}`), value, id);
+  const whole = [saved(), saved('--flat'), lrasynth('pattern', 'song.json', '--format=bin', '-').stdout.toString('latin1')];
+  assert.equal(await page.textContent('#file-note'), song.note);
+  const text = async (page, kind) => (await exported(page, kind)).toString(kind === 'bin' ? 'latin1' : 'utf8');
+  const check = async (page) => {
+    for (const [i, kind] of ['json', 'flat', 'bin'].entries()) assert.equal(await text(page, kind), whole[i], kind);
+  };
+  await check(page);
+  const title = (item) => item.locator('b').allTextContents();
+  assert.deepEqual(await title(page.locator('#events')),
+    ['1 Tap', '2 Group of 2 events, 2 times', '3 Vibration', '4 Curve, 5 points', '5 Curve, 2 points']);
+  // What is said of an event, wherever it lies in a group, stands at its entry.
+  lrasynth('pattern', 'song.json', '--save', 'sorted.json'); // events are numbered as there
+  const { lines } = lrasynth('pattern', 'sorted.json');
+  const inside = lines.filter((line) => / 2\./.test(line)).map((line) => line.replace(/^warning: /, ''));
+  const told = await page.locator('#events > :nth-child(2) .words > li').allTextContents();
+  assert.ok(inside.length > 0 && inside.every((line) => told.includes(line)), `${lines}`);
+
+  await openPage({ link: await page.evaluate(async () => {
+    const [{ fragmentOf }, { current }] = [await import('./panels/files.js'), await import('./model/state.js')];
+    return fragmentOf(current().design);
+  }) }).then(check);
+  await page.reload();
+  await check(page);
+  // Any part of a group is it all.
+  const lane = await page.locator('#intensity-lane').boundingBox();
+  const place = await studio.plotOf(page, 'intensity-lane', await studio.shownSpan(page), [0, 100], [30, 8]);
+  for (const [ms, value, one] of [[567, 10, /^2 /], [818, 10, /^2 /], [630, 20, /^2 /], [1005, 2, /^3 /]]) {
+    const [x, y] = place(ms, value);
+    await page.mouse.click(lane.x + x, lane.y + y);
+    assert.match(await chosen(page), one, `${ms}`);
+  }
+  // What has a whole number as start is moved, and nothing else.
+  for (const [i, keys, start] of [[1, 'ArrowRight', '1b'], [3, 'ArrowRight', 1601], [4, 'ArrowRight', 1901]]) {
+    await choose(page, i);
+    await page.focus('#intensity-lane');
+    await studio.press(page, ...keys.split(' '));
+    assert.equal((await savedEvents(page))[i].start, start);
+  }
+  await choose(page, 3);
+  await page.click('#zoom-event');
+  await drag(page, await pointOnScreen(page, 'frequency-lane', 3, 2), { x: 0, y: -20 });
+  await page.fill('[aria-label="Point 5, intensity in %"]', '33');
+  const [, , , { points }] = await savedEvents(page);
+  assert.ok(points[2][2] > 10 && points[4][1] === 33 && points.length === 5);
+  while (!(await page.isDisabled('#undo'))) await page.click('#undo');
+  await check(page);
+
+  await page.selectOption('#motor', '1040');
+  await page.fill('#interval', '70');
+  assert.deepEqual(await page.locator('#general li').allTextContents(),
+    lrasynth('pattern', 'song.json', '--motor=1040', '--interval=70').lines
+      .filter((line) => line.includes(' overrides ')).map((line) => line.replace(/^.*json: /, '')));
+  assert.equal(await text(page, 'json'), saved().replace('"motor":832', '"motor":1040').replace('"1/2b"', '70'));
 });
 
 test('dragging a point changes that point alone, and undo brings the old bytes back', async () => {
@@ -126,7 +199,7 @@ test('a link opens to the same pattern, and the last work is there after a reloa
     const [{ fragmentOf }, { current }] = [await import('./panels/files.js'), await import('./model/state.js')];
     return fragmentOf({ ...current().design, ...changes });
   }, changes);
-  const link = await linkTo({});
+  const link = await linkTo({ header: undefined }); // older links have none
   const other = await openPage({ link });
   assert.ok((await exported(other, 'bin')).equals(bytes));
   await other.reload();
@@ -184,13 +257,13 @@ test('keys alone build a pattern', async () => {
   await press(`2 Shift+ArrowUp 0${' Alt+Shift+ArrowLeft'.repeat(22)}${' Alt+Shift+ArrowRight'.repeat(20)} PageUp d`);
   assert.deepEqual(await savedEvents(page), [
     { type: 'transient', start: 1, intensity: 90, level: 50 },
-    { type: 'continuous', start: 50, duration: 201, points: [[0, 0, 0], [50, 80, 10], [141, 78, 0], [201, 0, 0]] },
+    { type: 'curve', start: 50, points: [[0, 0, 0], [50, 80, 10], [141, 78, 0], [201, 0, 0]] },
     { type: 'transient', start: 51, intensity: 90, level: 50 },
   ]);
   await keyboard.press('Control+z');
   await keyboard.press('Control+z');
   assert.equal((await savedEvents(page)).length, 2);
-  assert.equal((await savedEvents(page))[1].duration, 191);
+  assert.equal((await savedEvents(page))[1].points[3][0], 191);
   // What keys select is brought into view.
   for (const [keys, ms] of [['Escape End + + +', 241], ['Home', 0], ['PageDown +', 8], ['PageDown', 146]]) {
     await press(keys);
@@ -295,13 +368,19 @@ test('the value under the cursor is the sample, however near', async () => {
 test('nothing keeps anyone out', async () => {
   for (const options of [{}, { colorScheme: 'dark' }, { viewport: { width: 360, height: 780 }, colorScheme: 'dark' }]) {
     const page = await openPage(options);
-    await openDemo(page, 'chirp');
+    const points = [[0, 0, 0], [50, 80, 0], [100, 0, 0]];
+    const inner = [{ type: 'curve', start: 0, points }, { type: 'curve', start: 200, points }];
+    await openEvents(page, { type: 'curve', start: 0, points },
+      { type: 'group', start: 300, events: [{ type: 'group', start: 0, note: 'twice', events: inner }], note: 'deep' });
     await choose(page, 0);
     await page.fill('[aria-label="Point 2, intensity in %"]', '101');
-    await page.click('summary');
-    const found = await page.evaluate(`${axe}; axe.run().then(({ violations }) =>
-      violations.map(({ id, nodes }) => [id, ...nodes.map(({ html }) => html)]))`);
-    assert.deepEqual(found, []);
+    for (const summary of await page.locator('summary').all()) await summary.click();
+    for (const event of [0, 1]) {
+      await choose(page, event);
+      const found = await page.evaluate(`${axe}; axe.run().then(({ violations }) =>
+        violations.map(({ id, nodes }) => [id, ...nodes.map(({ html }) => html)]))`);
+      assert.deepEqual(found, []);
+    }
     assert.match(await page.textContent('#events .fault'), /^event 1: point 2, .*101/);
     const wide = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
     assert.ok(wide <= 0, `${wide} pixels too wide`);

@@ -45,6 +45,10 @@ function high(isHeld, facts) {
 export const frequencyLane = new EventLane('frequency-lane', {
   field: 2,
   plotted: hertzOfOffset,
+  plottedOf: ({ hz, points }, i) => {
+    const point = points[i] ?? [0, 0, 0];
+    return hz?.[i] ?? ('hz' in point ? point.hz : hertzOfOffset(point[2]));
+  },
   value: nearestOffset,
   room: 8,
   high,
@@ -52,17 +56,19 @@ export const frequencyLane = new EventLane('frequency-lane', {
     const step = roundStep(high, 4);
     return Array.from({ length: Math.floor(high / step) + 1 }, (_, i) => i * step);
   },
-  drawCurve: (plot, _, points, facts) => {
+  drawLine: (plot, { type, heard = [], sweeps = [] }, points, isChosen) => {
     stroke(plot, 'aim', points, 1.2, [2, 3]);
-    withinHeard(plot, facts?.heard ?? [], () => {
-      for (const sweep of facts?.sweeps ?? []) stroke(plot, 'curve', placesOf(plot, sweep), 1.8);
+    const name = isChosen && type === 'record' ? 'chosen' : 'curve'; // of others their points tell
+    withinHeard(plot, heard, () => {
+      for (const sweep of sweeps) stroke(plot, name, placesOf(plot, sweep), 1.8);
     });
   },
-  drawTap: (plot, event, facts, isChosen) => {
-    const { left, wide } = tapSides(plot, event, facts);
+  drawTap: (plot, facts, isChosen) => {
+    const { left, wide } = tapSides(plot, facts);
     fill(plot, isChosen ? 'chosen' : 'tap', box(left, plot.top, wide, plot.bottom - plot.top), 0.16);
   },
-  shapeOfCurve: (plot, event, points) => ({ places: points, isLine: true }),
+  shapeOfLine: (plot, { sweeps = [] }, points) =>
+    ({ places: points.length > 0 ? points : sweeps.flatMap((sweep) => placesOf(plot, sweep)), isLine: true }),
   topOfTap: (plot) => plot.top,
   gripOf: () => null,
   drawMarks: () => {},

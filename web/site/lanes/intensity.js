@@ -3,34 +3,43 @@
 
 import { endOf, pointsOf } from '../model/events.js';
 import { current } from '../model/state.js';
+import { strengthOf } from '../model/tap.js';
 import { box, fill, stroke, write } from '../page/canvas.js';
 import { withinHeard } from './heard.js';
-import { EventLane, tapSides } from './lane.js';
+import { EventLane, tapSides, writtenEnd } from './lane.js';
 
-/** @import {Facts, TapFacts} from '../../protocol.js' */
-/** @import {Curve} from '../model/curve.js' */
-/** @import {Tap} from '../model/tap.js' */
+/** @import {LineFacts, Sweep} from '../../protocol.js' */
 /** @import {Places, Plot} from '../page/canvas.js' */
 /** @import {Face, Labels} from './lane.js' */
 
 const same = (/** @type {number} */ value) => value;
 
-/** @param {Plot} plot @param {Curve} event @param {Places} points @returns {Places} */
-const areaOf = ({ x, bottom }, event, points) => [[x(event.start), bottom], ...points, [x(endOf(event)), bottom]];
+/** Below its line, or where there is none, below what plays. @param {Plot} plot @param {LineFacts} facts
+ * @param {Places} points @returns {Places} */
+function areaOf(plot, facts, points) {
+  const { x, bottom } = plot;
+  const top = points.length > 0 ? points : (facts.sweeps ?? []).flatMap((sweep) => envelopeOf(plot, sweep));
+  return [[x(facts.start), bottom], ...top, [x(writtenEnd(facts)), bottom]];
+}
+
+/** @param {Plot} plot @param {Sweep} sweep @returns {Places} */
+const envelopeOf = ({ x, y }, { from_ms, to_ms, strengths = [] }) => strengths.map((strength, i) =>
+  [x(from_ms + ((to_ms - from_ms) * i) / (strengths.length - 1)), y(strength)]);
 
 /** The driven strength, in the outline of what is asked for. @type {Face['drawTap']} */
-function drawTap(plot, event, facts, isChosen, labels) {
-  const { left, wide } = tapSides(plot, event, facts);
+function drawTap(plot, facts, isChosen, labels) {
+  const { left, wide } = tapSides(plot, facts);
   const name = isChosen ? 'chosen' : 'tap';
-  const [high, driven] = [plot.y(event.intensity), plot.y(facts?.driven ?? 0)];
+  const [high, driven] = [plot.y(strengthOf(facts)), plot.y(facts.strength ?? 0)];
   const outline = box(left + 0.5, high, wide - 1, plot.bottom - high);
   stroke(plot, name, [...outline, ...outline.slice(0, 1)]);
   fill(plot, name, box(left, driven, wide, plot.bottom - driven));
   const middle = Math.min(plot.right - 12, Math.max(plot.left + 14, left + wide / 2));
   const isOutside = left > plot.right || left + wide < plot.left;
-  if (isOutside || (Math.abs(middle - labels.last) < 30 && !isChosen)) return;
-  labels.last = middle;
-  write(plot, `L${event.level}`, middle, high - 2, 'center', 'bottom', isChosen ? 'chosen' : 'muted');
+  const near = (/** @type {number} */ other) => Math.abs(middle - other) < 30;
+  if (isOutside || near(labels.chosen) || (near(labels.others) && !isChosen)) return;
+  labels[isChosen ? 'chosen' : 'others'] = middle;
+  write(plot, `L${facts.level}`, middle, high - 2, 'center', 'bottom', isChosen ? 'chosen' : 'muted');
 }
 
 /** Warnings at their time, faults at their event, or at the edge beyond which that lies. @type {Face['drawMarks']} */
@@ -54,18 +63,24 @@ function drawMark(plot, x, kind) {
 export const intensityLane = new EventLane('intensity-lane', {
   field: 1,
   plotted: same,
+  plottedOf: ({ points }, i) => {
+    const point = points[i] ?? [0, 0, 0];
+    return 'time' in point ? point.intensity : point[1];
+  },
   value: same,
   room: 30,
   high: () => 100,
   lines: () => [0, 50, 100],
-  drawCurve: (plot, event, points, facts) => {
-    const heard = facts?.heard ?? [[event.start, endOf(event)]];
-    withinHeard(plot, heard, () => fill(plot, 'vibration', areaOf(plot, event, points)));
-    stroke(plot, 'curve', points, 1.2);
+  drawLine: (plot, facts, points, isChosen) => {
+    const heard = facts.heard ?? [[facts.start, writtenEnd(facts)]];
+    const area = areaOf(plot, facts, points);
+    withinHeard(plot, heard, () => fill(plot, 'vibration', area));
+    if (points.length > 0) stroke(plot, 'curve', points, 1.2);
+    else stroke(plot, isChosen ? 'chosen' : 'curve', area, 1.2);
   },
   drawTap,
-  shapeOfCurve: (plot, event, points) => ({ places: areaOf(plot, event, points), isLine: false }),
-  topOfTap: (plot, event) => plot.y(event.intensity) - 14,
+  shapeOfLine: (plot, facts, points) => ({ places: areaOf(plot, facts, points), isLine: false }),
+  topOfTap: (plot, facts) => plot.y(strengthOf(facts)) - 14,
   gripOf: (plot, event) => {
     const last = pointsOf(event).at(-1); // away from it
     return last === undefined ? null : [plot.x(endOf(event)), plot.y(last[1] > 45 ? 15 : 70)];

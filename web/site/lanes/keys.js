@@ -23,8 +23,7 @@ const keys = {
     end(false);
     show({ event: -1 });
   },
-  0: () => show({ point: -1 }),
-  1: () => show({ point: 0 }), 2: () => show({ point: 1 }), 3: () => show({ point: 2 }), 4: () => show({ point: 3 }),
+  ...Object.fromEntries(Array.from({ length: 10 }, (_, i) => [i, () => show({ point: i - 1 })])),
 };
 
 /** @param {Lane} lane @param {KeyboardEvent} event */

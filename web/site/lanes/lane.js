@@ -1,41 +1,41 @@
 // SPDX-License-Identifier: Apache-2.0
 // A lane of events over time: draws them, finds what is under the pointer, and moves that.
 
-import { applied, endOf, kindOf, pointsOf, startedAt, timeOf } from '../model/events.js';
+import { endOf, kindOf, movedTo, pointsOf } from '../model/events.js';
 import { current } from '../model/state.js';
-import { factsOf, patternPiece } from '../library/pieces.js';
+import { laidOut, patternPiece } from '../library/pieces.js';
 import { box, clipped, drawGrid, fill, plotOn, stroke } from '../page/canvas.js';
 import { element } from '../page/elements.js';
 import { shownSpan } from './view.js';
 
-/** @import {CurveFacts, Facts, TapFacts} from '../../protocol.js' */
-/** @import {Curve, CurvePoint} from '../model/curve.js' */
-/** @import {ByKind, PatternEvent} from '../model/events.js' */
-/** @import {Tap} from '../model/tap.js' */
+/** @import {EventFacts, Facts, LineFacts, TapFacts} from '../../protocol.js' */
+/** @import {PatternEvent} from '../model/events.js' */
+/** @import {CurvePoint} from '../model/points.js' */
 /** @import {Place, Places, Plot} from '../page/canvas.js' */
 
 /**
  * @typedef {{part: 'point' | 'end' | 'whole', point: number}} Part of an event
  * @typedef {Part & {event: number}} Target what is under the pointer
- * @typedef {{last: number}} Labels where the last one stands: labels keep apart
+ * @typedef {{others: number, chosen: number}} Labels where the last ones stand: labels keep apart
  * @typedef {{places: Places, isLine: boolean}} Shape what of an event can be touched
  */
 
 /**
- * What differs between lanes: the field of a point that they show, as its index, and how; room above the plot; the
- * highest value, which stays during a drag; lines; how events look and where they can be touched; what lies over them;
- * how strong a new event is; whether an event's strength can be moved here.
+ * What differs between lanes: the field of a point that they show, as its index, and how, alone and of an event; room
+ * above the plot; the highest value, which stays during a drag; lines; how what events are laid out to looks and where
+ * it can be touched; what lies over them; how strong a new event is; whether an event's strength can be moved here.
  * @typedef {{
  *   field: 1 | 2,
  *   plotted: (value: number) => number,
+ *   plottedOf: (facts: LineFacts, point: number) => number,
  *   value: (plotted: number) => number,
  *   room: number,
  *   high: (isHeld: boolean, facts: Facts) => number,
  *   lines: (high: number) => number[],
- *   drawCurve: (plot: Plot, event: Curve, points: Places, facts: CurveFacts | undefined) => void,
- *   drawTap: (plot: Plot, event: Tap, facts: TapFacts | undefined, isChosen: boolean, labels: Labels) => void,
- *   shapeOfCurve: (plot: Plot, event: Curve, points: Places) => Shape,
- *   topOfTap: (plot: Plot, event: Tap) => number,
+ *   drawLine: (plot: Plot, facts: LineFacts, points: Places, isChosen: boolean) => void,
+ *   drawTap: (plot: Plot, facts: TapFacts, isChosen: boolean, labels: Labels) => void,
+ *   shapeOfLine: (plot: Plot, facts: LineFacts, points: Places) => Shape,
+ *   topOfTap: (plot: Plot, facts: TapFacts) => number,
  *   gripOf: (plot: Plot, event: PatternEvent) => Place | null,
  *   drawMarks: (plot: Plot, facts: Facts) => void,
  *   strengthAt: (value: number) => number,
@@ -43,13 +43,21 @@ import { shownSpan } from './view.js';
  * }} Face
  */
 
-/**
- * Where a tap is drawn and touched: up to where the motor lets it end, and never too narrow to be seen.
- * @param {Plot} plot @param {Tap} event @param {TapFacts | undefined} facts
- */
-export function tapSides(plot, event, facts) {
-  const left = plot.x(event.start);
-  return { left, wide: Math.max(4, plot.x(facts?.end_ms ?? endOf(event)) - left) };
+/** Where a tap is drawn and touched: up to where the motor lets it end, and never too narrow to be seen.
+ * @param {Plot} plot @param {TapFacts} facts */
+export function tapSides(plot, facts) {
+  const left = plot.x(facts.start);
+  return { left, wide: Math.max(4, plot.x(facts.end_ms ?? endOf(facts)) - left) };
+}
+
+/** In the order in which they are written. @param {LineFacts} facts */
+const timesOf = ({ points }) => points.map((point) => ('time' in point ? point.time : point[0]));
+
+/** When it ends as it is written. @param {LineFacts} facts */
+export function writtenEnd(facts) {
+  const times = timesOf(facts);
+  const span = 'duration' in facts ? facts.duration : (times.at(-1) ?? 0) - (times[0] ?? 0);
+  return facts.start + span;
 }
 
 export class EventLane {
@@ -71,8 +79,8 @@ export class EventLane {
     const plot = plotOn(this.canvas, shownSpan(), [0, high], { top: face.room });
     this.plot = plot;
     drawGrid(plot, face.lines(high));
-    const labels = { last: -Infinity };
-    const drawPass = (/** @type {Plot} */ plot) => this.#drawEvents(plot, facts, labels);
+    const labels = { others: -Infinity, chosen: -Infinity };
+    const drawPass = (/** @type {Plot} */ plot) => this.#drawEvents(plot, labels);
     clipped(plot, () => {
       drawPass(plot);
       drawPasses(plot, facts, drawPass);
@@ -82,50 +90,54 @@ export class EventLane {
     face.drawMarks(plot, facts);
   }
 
-  /** Taps over curves. @param {Plot} plot @param {Facts} facts @param {Labels} labels */
-  #drawEvents(plot, facts, labels) {
+  /** Taps over all others. @param {Plot} plot @param {Labels} labels */
+  #drawEvents(plot, labels) {
     const { design, event: chosen } = current();
-    const face = this.#face;
-    /** @type {ByKind<void>} */
-    const drawn = {
-      continuous: (event, i) => face.drawCurve(plot, event, this.#placesOf(plot, event), factsOf(facts, event, i)),
-      transient: (event, i) => face.drawTap(plot, event, factsOf(facts, event, i), i === chosen, labels),
-    };
-    for (const type of Object.keys(drawn)) {
-      design.events.forEach((event, i) => event.type === type && applied(drawn, event, i));
+    const all = design.events.flatMap((_, i) => laidOut(design, i).map((facts) => ({ facts, isChosen: i === chosen })));
+    for (const { facts, isChosen } of all) {
+      if (facts.type !== 'transient') this.#face.drawLine(plot, facts, this.#placesOf(plot, facts), isChosen);
+    }
+    for (const { facts, isChosen } of all) {
+      if (facts.type === 'transient') this.#face.drawTap(plot, facts, isChosen, labels);
     }
   }
 
-  /** @param {Plot} plot */
+  /** Of what is kept as it is no point can be moved. @param {Plot} plot */
   #drawPoints(plot) {
     const { design, event: chosen, point } = current();
     design.events.forEach((event, i) => {
       const isChosen = i === chosen;
-      pointsOf(event).forEach((at, j) => {
-        const place = this.#placeOf(plot, event, at);
-        drawDot(plot, place, isChosen ? 'chosen' : 'curve', isChosen ? 6 : 2.5);
-        if (isChosen && j !== point) drawDot(plot, place, 'panel', 4);
+      const isFree = pointsOf(event).length > 0;
+      const places = isFree ? this.handles(event, plot).points
+        : laidOut(design, i).flatMap((facts) => (facts.type === 'transient' ? [] : this.#placesOf(plot, facts)));
+      places.forEach((place, j) => {
+        drawDot(plot, place, isChosen ? 'chosen' : 'curve', !isChosen ? 2.5 : isFree ? 6 : 3);
+        if (isChosen && isFree && j !== point) drawDot(plot, place, 'panel', 4);
       });
       const grip = isChosen ? this.#face.gripOf(plot, event) : null;
       if (grip !== null) drawGrip(plot, grip);
     });
   }
 
-  /** @param {Plot} plot @param {PatternEvent} event @param {CurvePoint} point @returns {Place} */
-  #placeOf(plot, event, point) {
-    return [plot.x(timeOf(event, point)), plot.y(this.#face.plotted(point[this.#face.field]))];
+  /** The line that it is to follow; of a record there is none. @param {Plot} plot @param {LineFacts} facts @returns {Places} */
+  #placesOf(plot, facts) {
+    if (facts.type === 'record') return [];
+    const times = timesOf(facts);
+    return times.map((time, i) =>
+      [plot.x(facts.start + time - (times[0] ?? 0)), plot.y(this.#face.plottedOf(facts, i))]);
   }
 
-  /** @param {Plot} plot @param {PatternEvent} event @returns {Places} */
-  #placesOf(plot, event) {
-    return pointsOf(event).map((point) => this.#placeOf(plot, event, point));
-  }
-
-  /** Where the points of an event, and the grip that stretches it, are on the canvas. @param {PatternEvent} event */
-  handles(event) {
-    const { plot } = this;
-    return plot === null ? { points: [], grip: null }
-      : { points: this.#placesOf(plot, event), grip: this.#face.gripOf(plot, event) };
+  /**
+   * Where the points of an event, and the grip that stretches it, are on the canvas.
+   * @param {PatternEvent} event @param {Plot | null} plot
+   */
+  handles(event, plot = this.plot) {
+    /** @type {{points: Places, grip: Place | null}} */
+    const none = { points: [], grip: null };
+    if (plot === null || event.type === 'kept') return none;
+    const facts = { ...event, number: 0, inside: '' };
+    const points = facts.type === 'transient' ? [] : this.#placesOf(plot, facts);
+    return { points, grip: this.#face.gripOf(plot, event) };
   }
 
   /** @param {number} x @param {number} y @param {number} reach @returns {Target | null} */
@@ -143,17 +155,18 @@ export class EventLane {
       if (point >= 0) return { event: i, part: 'point', point };
       if (i === chosen && near(grip)) return { event: i, part: 'end', point: -1 };
     }
-    const touched = order.filter(([i, event]) => this.#isTouched(event, i, x, y, reach));
+    const touched = order.flatMap(([i]) => laidOut(current().design, i)
+      .filter((facts) => this.#isTouched(facts, x, y, reach)).map(({ type }) => ({ i, type })));
     // A tap may lie over a curve.
-    const [found] = touched.find(([, event]) => pointsOf(event).length === 0) ?? touched[0] ?? [];
-    return found === undefined ? null : { event: found, part: 'whole', point: -1 };
+    const found = touched.find(({ type }) => type === 'transient') ?? touched[0];
+    return found === undefined ? null : { event: found.i, part: 'whole', point: -1 };
   }
 
-  /** @param {PatternEvent} event @param {number} i @param {number} x @param {number} y @param {number} reach */
-  #isTouched(event, i, x, y, reach) {
+  /** @param {EventFacts} facts @param {number} x @param {number} y @param {number} reach */
+  #isTouched(facts, x, y, reach) {
     if (this.plot === null) return false;
     const { draw } = this.plot;
-    const { places, isLine } = this.#shapeOf(this.plot, event, i);
+    const { places, isLine } = this.#shapeOf(this.plot, facts);
     const { a: scale } = draw.getTransform();
     draw.beginPath();
     for (const place of places) draw.lineTo(...place);
@@ -161,18 +174,12 @@ export class EventLane {
     return draw.isPointInStroke(x * scale, y * scale) || (!isLine && draw.isPointInPath(x * scale, y * scale));
   }
 
-  /** @param {Plot} plot @param {PatternEvent} event @param {number} i @returns {Shape} */
-  #shapeOf(plot, event, i) {
-    const { facts } = patternPiece(current().design);
-    const face = this.#face;
-    return applied({
-      continuous: (event) => face.shapeOfCurve(plot, event, this.#placesOf(plot, event)),
-      transient: (event, i) => {
-        const { left, wide } = tapSides(plot, event, factsOf(facts, event, i));
-        const top = face.topOfTap(plot, event);
-        return { places: box(left, top, wide, plot.bottom - top), isLine: false };
-      },
-    }, event, i);
+  /** @param {Plot} plot @param {EventFacts} facts @returns {Shape} */
+  #shapeOf(plot, facts) {
+    if (facts.type !== 'transient') return this.#face.shapeOfLine(plot, facts, this.#placesOf(plot, facts));
+    const { left, wide } = tapSides(plot, facts);
+    const top = this.#face.topOfTap(plot, facts);
+    return { places: box(left, top, wide, plot.bottom - top), isLine: false };
   }
 
   /**
@@ -185,7 +192,7 @@ export class EventLane {
     if (part === 'end') return kind.stretched(event, endOf(event) - event.start + ms);
     const old = pointsOf(event)[point];
     if (part === 'whole' || old === undefined) {
-      return startedAt(hasStrength ? kind.strengthened(event, by) : event, event.start + ms);
+      return movedTo(hasStrength ? kind.strengthened(event, by) : event, event.start + ms);
     }
     return kind.withPoint(event, point, changed(old, ms, field, by));
   }
@@ -199,7 +206,7 @@ export class EventLane {
     const old = part === 'point' ? pointsOf(event)[point] : undefined;
     if (old !== undefined) return this.moved(event, { part, point }, ms, value(plotted(old[field]) + by) - old[field]);
     if (part === 'end') return this.moved(event, { part, point }, ms, 0);
-    return startedAt(hasStrength ? kindOf(event).lifted(event, by) : event, event.start + ms);
+    return movedTo(hasStrength ? kindOf(event).lifted(event, by) : event, event.start + ms);
   }
 
   /** Of a new event there. @param {number} y */

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The library and its design room, compiled to WebAssembly. Nothing that they know is known anywhere else in the page.
 
+import { asRead } from '../model/file.js';
 import { bytesAt, resultBytes, resultText, wasm, withText } from './exports.js';
 
 /** @import {About, Estimate, EventFacts, Facts, Motor} from '../../protocol.js' */
@@ -29,40 +30,43 @@ function pieceOf(number) {
 /** Without it, nothing more is read of it. @param {Piece | null | undefined} piece */
 export const release = (piece) => piece && wasm.studio_release(piece.number);
 
-/**
- * A pattern from a file's text.
- * @param {string} json @param {string} name @param {Profile} profile @param {number} loops @param {number} interval
- */
-export function readPattern(json, name, { motor, chip, boost }, loops = 1, interval = 0) {
+/** A pattern from a file's text, as it plays with the settings of a design. @param {string} json @param {string} name
+ * @param {Design} design */
+export function readPattern(json, name, { profile: { motor, chip, boost }, loops, interval }) {
   return pieceOf(withText(json, (text, length) => withText(name, (called, nameLength) =>
     wasm.studio_pattern(text, length, called, nameLength, motor, chip, Number(boost), loops, interval))));
 }
 
-/** @type {{design: Design, piece: Piece} | null} */
+/** What an entry of a file is laid out to, or what of that can be read. @typedef {EventFacts[]} LaidOut */
+
+/** By the entries' indices. @param {Facts} facts */
+export function laidOutBy({ events }) {
+  /** @type {LaidOut[]} */
+  const entries = [];
+  for (const event of events) (entries[event.number - 1] ??= []).push(event);
+  return entries;
+}
+
+/** @type {{design: Design, piece: Piece & {entries: LaidOut[]}} | null} */
 let last = null;
 
-/** What is known of each event stands at its index in the design. @param {Design} design */
+/** @param {Design} design */
 export function patternPiece(design) {
   if (last?.design === design) return last.piece;
   release(last?.piece);
   last = null; // also where this one is refused
-  const { name, profile, loops, interval, events: written } = design;
-  const piece = readPattern(JSON.stringify({ events: written }), `${name}.json`, profile, loops, interval);
-  /** @type {EventFacts[]} */
-  const events = [];
-  for (const event of piece.facts.events) events[event.number - 1] = event;
-  piece.facts.events = events;
-  last = { design, piece };
-  return piece;
+  const piece = readPattern(asRead(design), `${design.name}.json`, design);
+  last = { design, piece: { ...piece, entries: laidOutBy(piece.facts) } };
+  return last.piece;
 }
 
-/**
- * Undefined where the event cannot be read.
- * @template {PatternEvent} E
- * @param {Facts} facts @param {E} event @param {number} i its index
- */
-export const factsOf = (facts, event, i) =>
-  /** @type {Extract<EventFacts, {type: E['type']}> | undefined} */ (facts.events[i]);
+/** Of an event by its index; where it cannot be read, what is known without. @param {Design} design @param {number} i
+ * @returns {LaidOut} */
+export function laidOut(design, i) {
+  const event = /** @type {PatternEvent} */ (design.events[i]);
+  const own = event.type === 'kept' ? [] : [{ ...event, number: i + 1, inside: '' }];
+  return patternPiece(design).entries[i] ?? own;
+}
 
 /** Whether it has samples. @param {Piece} piece */
 export const isPlayable = ({ facts }) => facts.faults.length === 0 && !facts.stream && facts.length > 0;

@@ -12,7 +12,8 @@ import { newTap } from './tap.js';
 export function add(event) {
   const { events } = current().design;
   const cursor = kindOf(event).next(event);
-  edit({ events: [...events, event] }, '', { event: events.length, point: -1, cursor });
+  const at = events.findLastIndex(({ start }) => start <= event.start) + 1;
+  edit({ events: events.toSpliced(at, 0, event) }, '', { event: at, point: -1, cursor });
 }
 
 export const addTap = () => add(newTap(current().cursor));
@@ -20,7 +21,7 @@ export const addCurve = () => add(newCurve(current().cursor));
 
 export function duplicate() {
   const event = chosenEvent();
-  if (event !== undefined) add({ ...event, start: kindOf(event).next(event) });
+  if (event !== undefined) add(kindOf(event).startedAt(event, kindOf(event).next(event)));
 }
 
 export function remove() {

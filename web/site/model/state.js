@@ -4,13 +4,19 @@
 import { pointsOf } from './events.js';
 import { History } from './history.js';
 
+/** @import {Header} from './file.js' */
 /** @import {PatternEvent} from './events.js' */
 /** @import {Span} from './spans.js' */
 
 /**
  * @typedef {{motor: number, chip: number, boost: boolean}} Profile
- * @typedef {{name: string, profile: Profile, loops: number, interval: number, events: readonly PatternEvent[]}} Design
- * @typedef {{line: string, kind: 'fault' | 'warning' | 'done'}} Words
+ * @typedef {{line: string, kind: 'fault' | 'warning' | 'note' | 'done'}} Words
+ */
+
+/**
+ * `header` is what the file says beside its events, whatever plays.
+ * @typedef {{name: string, profile: Profile, loops: number, interval: number, header: Header,
+ *   events: readonly PatternEvent[]}} Design
  */
 
 /**
@@ -26,6 +32,7 @@ export const emptyDesign = {
   profile: { motor: 1040, chip: 0, boost: true },
   loops: 1,
   interval: 0,
+  header: {},
   events: [],
 };
 
@@ -75,8 +82,9 @@ export const show = put;
  */
 export function edit(changes, kind = '', beside = {}) {
   const all = { ...state.design, ...changes };
-  // As they are numbered in files.
-  const design = { ...all, events: all.events.toSorted((a, b) => a.start - b.start) };
+  // As they are numbered in files; flat ones have the order in which their events play.
+  const events = all.header.flat ? all.events : all.events.toSorted((a, b) => a.start - b.start);
+  const design = { ...all, events };
   const chosen = all.events[beside.event ?? state.event];
   const event = chosen === undefined ? -1 : design.events.indexOf(chosen);
   if (JSON.stringify(design) === JSON.stringify(state.design)) return put({ ...beside, event });

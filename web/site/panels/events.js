@@ -23,15 +23,19 @@ function wordsOf(facts) {
     words.set(event, [...(words.get(event) ?? []), one]);
   // They stand at their event; where that would be in a file is told only of files.
   facts.faults.forEach((fault, i) => {
-    const line = fault.replace(/^.*?\.json:(\d+:\d+: )?/, '');
+    const line = fault.replace(/^.*?\.json:( |\d+:\d+: )?/, '');
     put(facts.fault_events[i] ?? 0, { line, kind: 'fault' });
   });
   for (const { event, line } of facts.warnings) put(event, { line, kind: 'warning' });
+  for (const line of facts.notes) put(0, { line, kind: 'note' });
   return words;
 }
 
 /** @param {PatternEvent} event */
 const summaryOf = (event) => kindOf(event).summary(event);
+
+/** @param {PatternEvent} event @param {number} i */
+const titleOf = (event, i) => `${i + 1} ${kindOf(event).word(event)}`;
 
 export function showEvents() {
   const { design } = current();
@@ -45,7 +49,7 @@ export function showEvents() {
 /** Where it is not shown already. @param {PatternEvent} event @param {number} i @param {Words[]} [words] */
 function showEvent(event, i, words) {
   const isChosen = i === current().event;
-  const key = JSON.stringify([summaryOf(event), words, isChosen]);
+  const key = JSON.stringify([titleOf(event, i), summaryOf(event), words, isChosen]);
   const old = /** @type {HTMLElement | undefined} */ (list.children[i]);
   if (old?.dataset.key === key) return;
   const hadFocus = old?.contains(document.activeElement);
@@ -63,7 +67,7 @@ function statusOf(words) {
   const event = chosenEvent();
   const at = event && pointsOf(event)[point];
   const place = event === undefined ? `cursor at ${cursor} ms`
-    : `${kindOf(event).word} ${chosen + 1}, ${summaryOf(event)}` +
+    : `${titleOf(event, chosen)}, ${summaryOf(event)}` +
       (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
   const faults = [...words.values()].flat().filter(({ kind }) => kind === 'fault').map(({ line }) => line);
   return [place, ...faults.slice(0, 3)].join('; ');
@@ -79,7 +83,7 @@ function scrollTo(item) {
 /** @param {PatternEvent} event @param {number} i @param {boolean} isChosen @param {Words[]} [words] */
 function itemOf(event, i, isChosen, words) {
   const button = make('button', { type: 'button', className: 'event', onclick: () => show({ event: i, point: -1 }) },
-    make('b', {}, `${i + 1} ${kindOf(event).word}`), ' ', summaryOf(event));
+    make('b', {}, titleOf(event, i)), ' ', summaryOf(event));
   button.setAttribute('aria-pressed', String(isChosen));
   return make('li', {}, button, ...(words ? [make('ul', { className: 'words' }, ...wordItems(words))] : []));
 }

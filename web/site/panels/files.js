@@ -1,22 +1,42 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns in files, links and the browser's own store.
 
-import { eventOf } from '../model/events.js';
+import { eventOf, readEvent } from '../model/events.js';
+import { asSaved, designOf } from '../model/file.js';
 import { isInteger } from '../model/numbers.js';
 import { current, edit, emptyDesign, forgetPast, onStepEnd, show } from '../model/state.js';
-import { form, patternPiece, readPattern, release } from '../library/pieces.js';
+import { about, form, laidOutBy, patternPiece, readPattern, release } from '../library/pieces.js';
 import { element, make, setValue } from '../page/elements.js';
 import { wordItems } from '../page/words.js';
 
+/** @import {Said} from '../model/file.js' */
+/** @import {Piece} from '../library/pieces.js' */
 /** @import {Design, State, Words} from '../model/state.js' */
 
 const firstExample = 'heartbeat';
-const examples = [firstExample, 'sunrise', 'chirp', 'fade', 'overlap'];
+const examples = [firstExample, 'sunrise', 'chirp', 'sweep', 'fade', 'alarm', 'rain', 'overlap'];
 const store = 'lrasynth studio';
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
 /** @param {Words['kind']} kind @param {string[]} lines */
 const say = (kind, ...lines) => show({ messages: lines.map((line) => ({ line, kind })) });
+
+const canonical = (/** @type {Piece} */ piece) =>
+  new TextDecoder().decode(form(piece, 'json', current().response) ?? undefined);
+
+/**
+ * What a text makes of a piece that is released then.
+ * @template T
+ * @param {string} text @param {string} file @param {Design} design @param {(piece: Piece) => T} make
+ */
+function madeOf(text, file, design, make) {
+  const piece = readPattern(text, file, design);
+  try {
+    return make(piece);
+  } finally {
+    release(piece);
+  }
+}
 
 /**
  * Nothing gets in but what the command reads; else its words are shown. What is wrong on this motor alone is told
@@ -24,13 +44,34 @@ const say = (kind, ...lines) => show({ messages: lines.map((line) => ({ line, ki
  * @param {string} text @param {string} file
  */
 function open(text, file) {
-  const piece = readPattern(text, file, emptyDesign.profile);
-  const { faults } = piece.facts;
-  if (faults.length > 0) return say('fault', ...faults);
-  const canonical = new TextDecoder().decode(form(piece, 'json', current().response) ?? undefined);
-  release(piece);
-  edit({ name: file.replace(/\.json$/i, ''), events: JSON.parse(canonical).events }, '', selected);
+  const plain = madeOf(text, file, emptyDesign, read);
+  const said = offered(plain.facts.said);
+  const own = designOf(said, {}, '');
+  // Some are for the chip that they name alone.
+  const { facts, json } = plain.json === null ? madeOf(text, file, own, read) : plain;
+  if (json === null) return say('fault', ...plain.facts.faults);
+  const { events: written, ...header } = JSON.parse(json);
+  // Numbered as in this form.
+  const { starts, entries } = madeOf(json, file, plain.json === null ? own : emptyDesign, ({ facts }) =>
+    ({ starts: facts.starts, entries: laidOutBy(facts) }));
+  const events = written.map((/** @type {unknown} */ event, /** @type {number} */ i) => {
+    const start = starts[i] ?? 0;
+    const end = (entries[i] ?? []).reduce((end, { end_ms = 0 }) => Math.max(end, end_ms), start);
+    return readEvent(event, start, end - start);
+  });
+  edit({ ...designOf(said, header, file.replace(/\.json$/i, '')), events }, '', selected);
+  if (facts.comments) say('note', `${file}: its comments are not kept`);
 }
+
+/** As far as the menus have it. @param {Said} said @returns {Said} */
+const offered = (said) => ({
+  ...said,
+  motor: about.motors.find(({ motor }) => motor === said.motor)?.motor,
+  chip: about.chips.find(({ chip }) => chip === said.chip)?.chip,
+});
+
+/** Its form is null where it has faults. @param {Piece} piece */
+const read = (piece) => ({ facts: piece.facts, json: piece.facts.faults.length > 0 ? null : canonical(piece) });
 
 /** @param {string} file @param {Promise<string>} text */
 async function openAs(file, text) {
@@ -42,14 +83,22 @@ async function openAs(file, text) {
 }
 
 /** @param {string} kind one of studio_form's */
-export const exported = (kind) => form(patternPiece(current().design), kind, current().response);
+export function exported(kind) {
+  const { design, response } = current();
+  const piece = patternPiece(design);
+  if (kind !== 'json') return form(piece, kind, response);
+  return madeOf(asSaved(design, piece.facts.said), design.name, design, (saved) => form(saved, kind, response));
+}
+
+/** Of what is no ending itself. @type {Record<string, string>} */
+const endings = { flat: 'flat.json' };
 
 /** @param {string} kind */
 function download(kind) {
   const bytes = exported(kind);
   if (bytes === null) return say('fault', `${kind.toUpperCase()}: nothing to write.`);
   const address = URL.createObjectURL(new Blob([bytes]));
-  make('a', { href: address, download: `${current().design.name || 'pattern'}.${kind}` }).click();
+  make('a', { href: address, download: `${current().design.name || 'pattern'}.${endings[kind] ?? kind}` }).click();
   setTimeout(() => URL.revokeObjectURL(address), 10000);
 }
 
@@ -72,10 +121,11 @@ async function designIn(fragment) {
 
 /** A design of a link or an earlier visit, which may be anything. @param {string} text */
 function takeDesign(text) {
-  const { name, profile, loops, interval, events: written } = JSON.parse(text);
+  const { name, profile, loops, interval, header: { ...header } = {}, events: written } = JSON.parse(text);
   const { motor, chip, boost } = profile;
   const events = written.map(eventOf);
-  const design = { name: String(name), profile: { motor, chip, boost: Boolean(boost) }, loops, interval, events };
+  const design =
+    { name: String(name), profile: { motor, chip, boost: Boolean(boost) }, loops, interval, header, events };
   if (![motor, chip, loops, interval].every(isInteger) || events.includes(null)) throw new Error();
   patternPiece(design); // throws where there is no such profile
   edit(design, '', selected);
@@ -163,9 +213,10 @@ input.onchange = async () => {
   input.value = '';
 };
 element('new', HTMLButtonElement).onclick = () => {
-  const { name, loops, interval, events } = emptyDesign;
-  edit({ name, loops, interval, events }, '', selected);
+  const { profile: _, ...others } = emptyDesign;
+  edit(others, '', selected);
 };
+element('help', HTMLPreElement).textContent = about.help.trim();
 element('link', HTMLButtonElement).onclick = copyLink;
 element('close', HTMLButtonElement).onclick = () => say('done');
 const name = element('name', HTMLInputElement);
@@ -185,6 +236,7 @@ export function showFiles() {
   const { design, messages } = current();
   const { facts } = patternPiece(design);
   setValue('name', design.name);
+  element('file-note', HTMLElement).textContent = String(design.header.note ?? '');
   const none = facts.faults.length > 0;
   for (const button of document.querySelectorAll('button[data-form]')) {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';
