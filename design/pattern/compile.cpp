@@ -28,9 +28,10 @@ namespace {
 constexpr int32_t kSeamMs = 10;  // around a drawn point, where a segment may end
 constexpr double kNearHz = 3.2;  // to the line, or that share of it
 constexpr double kNearShare = 0.024;
-constexpr double kNearAmplitude = 3.2;  // sample units
-constexpr double kWeak = 6;             // an amplitude at which an envelope is not shifted
-constexpr size_t kMostPassed = 64;      // drawn points, by one segment
+constexpr double kNearAmplitude = 3.2;         // sample units
+constexpr double kStrongest = kFullScale - 1;  // leaves room for whole percents
+constexpr double kWeak = 6;                    // an amplitude at which an envelope is not shifted
+constexpr size_t kMostPassed = 64;             // drawn points, by one segment
 
 // How near to a rising zero a segment ends, by its sine there: at a drawn point, and where swings are looked at.
 constexpr double kSmooth = 0.25;
@@ -40,6 +41,7 @@ constexpr double kRough = 0.4;  // more is taken if there is no other way
 // What is taken if it must be: so many times further from the lines.
 constexpr double kAnySlack = 1e6;
 constexpr double kSlacks[] = {1, 1.5, 2.5, 5, kAnySlack};
+constexpr double kFarForSmoothness = 2.5;
 
 // How much longer a segment may be than what is played of it.
 constexpr double kOpen[] = {1, 1.5, 2, 3, 4, 6, 8};
@@ -129,17 +131,19 @@ class Cutter {
     return {record_ms_, vibration};
   }
 
-  // The one that reaches furthest from there on, cut after one of these shares of its span.
+  // The one that reaches furthest from there on, cut after one of these shares of its span. A smooth end is worth to be
+  // somewhat further from the lines.
   Segment next(int32_t from_ms, std::span<const double> spans) const {
     Segment best;
     for (const double slack : kSlacks) {
+      if (slack > 1 && spans.size() == 1) return {};  // one that is to be followed has to be near
+      if (slack > kFarForSmoothness && best.to_ms > 0) break;
       for (const Goal& goal : goals(from_ms, spans, slack)) {
         const Segment found = best_to(goal, from_ms, spans, slack);
         if (found.jump < best.jump) best = found;
         if (best.jump <= 1.5 * goal.smooth) return best;
       }
-      if (best.jump <= kRough) return best;
-      if (spans.size() == 1) return {};
+      if (best.jump <= kRough) break;
     }
     return best;
   }
@@ -161,11 +165,14 @@ class Cutter {
       if (is_near) goals.insert(goals.begin(), goal);
       if (is_long && (!is_near || slack > 1)) break;
     }
+    constexpr double kPart = 0.7;
     const double length_ms = drawn_[stretch + 1].ms - from_ms;
-    for (double part_ms = length_ms * 0.8; part_ms > 2 * period_ms; part_ms *= 0.8) {
+    for (double part_ms = length_ms * kPart; part_ms > 2 * period_ms; part_ms *= kPart) {
       const auto at = static_cast<int32_t>(from_ms + part_ms);
       goals.push_back({stretch, stretch, at - 2 * kSeamMs, at, kSmoothInside});
     }
+    // Where nothing else is left, any end: a few milliseconds may read as types, and the last one starts nothing.
+    if (slack == kAnySlack) goals.push_back({stretch, stretch, from_ms + 1, std::min(from_ms + 20, end_ms_), kSmooth});
     return goals;
   }
 
@@ -180,7 +187,6 @@ class Cutter {
   // On the line of a stretch, or where it leads a little beyond it.
   Drawn on_line(size_t stretch, double ms) const {
     constexpr double kBeyond = 0.25;
-    constexpr double kStrongest = kFullScale - 1;  // leaves room for whole percents
     const Drawn& a = drawn_[stretch];
     const Drawn& b = drawn_[stretch + 1];
     const double share = b.ms > a.ms ? std::clamp((ms - a.ms) / (b.ms - a.ms), -kBeyond, 1 + kBeyond) : 0;
@@ -270,7 +276,8 @@ class Cutter {
       const bool moves = std::fabs(bend) > kNearAmplitude / 2 && std::min(begin.amplitude, end.amplitude) > kWeak;
       const double low = begin.amplitude - (moves ? bend / 2 : 0);
       const auto percent = [&](double amplitude, int32_t offset) {
-        return static_cast<int32_t>(std::lround(100 * amplitude / cutter.tuning_.full(offset)));
+        const double reachable = std::clamp(amplitude, -kStrongest, kStrongest);
+        return static_cast<int32_t>(std::lround(100 * reachable / cutter.tuning_.full(offset)));
       };
       const bool is_level = reached < 0.1;  // at the end of half a turn no rise is left
       return {.from_ms = from_ms,
@@ -289,7 +296,6 @@ class Cutter {
       const Segment tried = segment(from, far);
       const double begins = amplitude_of(tried.from);
       const double rises = amplitude_of(tried.far) - begins;
-      if (begins > kFullScale || std::fabs(begins + rises) > kFullScale) return 1e9;
       const double from_hz = cutter.tuning_.hertz(from);
       const double sweeps = sweep_hz(from, far);
       double worst = 0;
