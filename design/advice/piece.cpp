@@ -46,10 +46,17 @@ std::string fault_of_length(const Score& score) {
   return text("the event stream may have %lld bytes at most", 0LL + kMostBytes);
 }
 
-void note_streamed_curves(const lrasynth_profile& profile, PatternFile& file) {
+// What of a file does nothing on this chip, or something else.
+void note_chip(const lrasynth_profile& profile, bool is_asked, PatternFile& file) {
+  if (!is_asked && !is_chip(profile.chip_type)) {
+    file.notes.push_back(text("chip %d acts as 0", profile.chip_type));
+  }
+  if (!is_event_stream(profile)) return;
+  if (file.setup.interval_ms) file.notes.push_back(text("interval: does nothing with chip %d", profile.chip_type));
+  if (file.setup.limit_ms) file.notes.push_back(text("limit: does nothing with chip %d", profile.chip_type));
   const auto is_curve = [](const Event& event) { return event.curve() != nullptr; };
   const auto count = std::count_if(file.events.begin(), file.events.end(), is_curve);
-  if (count == 0 || !is_event_stream(profile)) return;
+  if (count == 0) return;
   file.notes.push_back(counted(count, "curve") +
                        (count == 1 ? " is sent as one event of its" : " are sent as one event each, of their") +
                        " largest intensity");
@@ -89,18 +96,22 @@ PatternReading read_piece(const Setup& asked, std::string_view json, const std::
   PatternReading reading = {merged(asked, read.setup), std::move(read), std::nullopt};
   PatternFile& file = reading.file;
   Faults& faults = file.faults;
-  for (std::string& line : overrides(asked, file.setup)) file.notes.push_back(std::move(line));
   const lrasynth_profile profile = reading.setup.profile();
+  Setup heeded = file.setup;
+  if (!has_boost(profile)) heeded.boost.reset();
+  for (std::string& line : overrides(asked, heeded)) file.notes.push_back(std::move(line));
   const Playback playback = reading.setup.playback();
   fit(file.events, profile);
   add_faults(file.events, profile, playback, faults);
   if (faults.count > 0) return reading;
-  note_streamed_curves(profile, file);
+  note_chip(profile, asked.chip.has_value(), file);
   auto score = std::make_shared<const Score>(profile, playback, file.events);
   if (score->fault()) {
     faults.add(*score->fault());
   } else if (std::string fault = fault_of_length(*score); !fault.empty()) {
-    faults.add({{}, {}, std::move(fault)});
+    const Event& last = score->events()[score->request().last_event];
+    const bool is_long = playback.loops == 1 && !is_event_stream(profile);
+    faults.add({is_long ? last.name : EventName(), is_long ? last.place : Place(), std::move(fault)});
   } else {
     reading.piece = pattern_piece(std::move(score), name);
     reading.piece->source = file.source;

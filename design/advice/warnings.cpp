@@ -220,13 +220,49 @@ class Inspection {
     for (size_t i = 0; i < curve.points.size(); ++i) {
       const CurvePoint& point = curve.points[i];
       const int32_t hz = hertz_at(profile_, point.offset);
-      const bool ends = std::abs(point.offset) == 50;
-      if (point.asked_hz == 0 || !ends || point.asked_hz == hz) continue;
+      if (point.asked_hz == 0 || std::abs(hz - point.asked_hz) <= near_hz(point.asked_hz)) continue;
       warn(event, curve.point_ms(i),
-           text("point %zu asks for %d Hz and plays %d Hz, the %s of this motor", i + 1, point.asked_hz, hz,
-                point.offset < 0 ? "lowest" : "highest"),
+           text("point %zu asks for %d Hz and plays %d Hz, the nearest of this motor", i + 1, point.asked_hz, hz),
            "hz");
     }
+    inspect_line(event);
+  }
+
+  static double near_hz(double hz) { return std::max(4.0, 0.03 * hz); }
+
+  // Where a curve is too steep, or its points too dense, to be followed away from them.
+  void inspect_line(const Event& event) {
+    constexpr double kSeamMs = 10;
+    constexpr double kFarAmplitude = 8;  // sample units
+    constexpr double kFarHz = 2.5;       // times what counts as near
+    const std::vector<Asked> line = line_of(profile_, event);
+    double worst_hz = 0;
+    double worst_amplitude = 0;
+    double at_ms = 0;
+    size_t to = 1;
+    for (const Stretch& stretch : stretches_of(profile_, event)) {
+      for (const double third : {0.0, 1.0, 2.0, 3.0}) {
+        const double ms = stretch.span.from + stretch.span.length() * third / 3;
+        while (to + 1 < line.size() && line[to].ms < ms) ++to;
+        const Asked& a = line[to - 1];
+        const Asked& b = line[to];
+        if (ms < a.ms + kSeamMs || ms > b.ms - kSeamMs) continue;
+        const double share = (ms - a.ms) / (b.ms - a.ms);
+        const double off_amplitude =
+            std::fabs(stretch.amplitude_at(ms) - (a.amplitude + (b.amplitude - a.amplitude) * share));
+        const double hz = a.hz + (b.hz - a.hz) * share;
+        const double off_hz = std::fabs(stretch.hz_at(ms) - hz);
+        if (off_amplitude <= kFarAmplitude && off_hz <= kFarHz * near_hz(hz)) continue;
+        if (worst_hz == 0 && worst_amplitude == 0) at_ms = ms;
+        worst_hz = std::max(worst_hz, off_hz);
+        worst_amplitude = std::max(worst_amplitude, off_amplitude);
+      }
+    }
+    if (worst_hz == 0 && worst_amplitude == 0) return;
+    warn(event, at_ms,
+         text("it is too steep to be followed: it plays up to %.0f Hz and %.0f of 127 beside its line", worst_hz,
+              worst_amplitude),
+         "steep");
   }
 
   void inspect_sweep(const Event& event, const Stretch& stretch) {

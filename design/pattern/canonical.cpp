@@ -83,9 +83,16 @@ class Writer {
       lines_ += "{";
       add_fields(value, kEventFields);
       lines_ += "}";
+    } else if (value.kind == Kind::kNumber) {
+      add_number(value.written);
     } else {
-      lines_ += value.written == "-0" ? "0" : value.written;
+      lines_ += value.written;
     }
+  }
+
+  // A tempo may be written in many ways.
+  void add_number(std::string_view written) {
+    lines_ += text("%.15g", std::strtod(std::string(written).c_str(), nullptr) + 0.0);
   }
 
   const JsonValue& root_;

@@ -206,7 +206,7 @@ class Cutter {
   Segment best_to(const Goal& goal, int32_t from_ms, std::span<const double> spans, double slack) const {
     Segment best;
     const double hz = on_line(goal.first, from_ms).hz;
-    const Offsets starts = offsets_around(hz, 1);
+    const Offsets starts = offsets_around(hz, slack);
     const auto period_ms = static_cast<int32_t>(std::ceil(900 / tuning_.hertz(tuning_.nearest(hz))));
     const int32_t shortest_ms = slack < kAnySlack ? period_ms : 1;
     const int32_t least_ms = std::min(std::max(goal.least_ms, from_ms + shortest_ms), goal.most_ms);
@@ -216,7 +216,7 @@ class Cutter {
         const Trial trial(*this, goal, from_ms, to_ms, span);
         if (is_forbidden(from_ms, to_ms, trial.far_ms)) continue;
         for (int32_t from = starts.least; from <= starts.most; ++from) {
-          const Offsets ends = offsets_around(trial.far_hz(from), span / 2);
+          const Offsets ends = offsets_around(trial.far_hz(from), slack, span / 2);
           for (int32_t far = ends.least; far <= ends.most; ++far) trial.improve(best, from, far, slack);
         }
       }
@@ -230,13 +230,16 @@ class Cutter {
     return starts || reads_as_type(to_ms - record_ms_) || reads_as_type(from_ms - record_ms_ + far_ms);
   }
 
-  // Those near enough, and the nearest.
-  Offsets offsets_around(double hz, double share) const {
+  // The nearest, and those within a share of what is near enough.
+  Offsets offsets_around(double hz, double slack, double share = 1) const {
+    const int32_t beside = slack > 1 ? 4 : 2;
     const int32_t nearest = tuning_.nearest(hz);
-    const double near = share * near_hz(hz);
+    const int32_t least = std::max(-50, nearest - beside);
+    const int32_t most = std::min(50, nearest + beside);
+    const double near = slack * share * near_hz(hz);
     Offsets offsets = {nearest, nearest};
-    while (offsets.least > std::max(-50, nearest - 2) && hz - tuning_.hertz(offsets.least - 1) <= near) --offsets.least;
-    while (offsets.most < std::min(50, nearest + 2) && tuning_.hertz(offsets.most + 1) - hz <= near) ++offsets.most;
+    while (offsets.least > least && hz - tuning_.hertz(offsets.least - 1) <= near) --offsets.least;
+    while (offsets.most < most && tuning_.hertz(offsets.most + 1) - hz <= near) ++offsets.most;
     return offsets;
   }
 

@@ -13,7 +13,10 @@
 namespace design {
 namespace {
 
-int32_t scaled(int32_t percent, double gain) { return static_cast<int32_t>(std::lround(percent * gain)); }
+// Multiplied before it is divided, so that halves are halves.
+int32_t scaled(int32_t percent, double gain, double full_gain) {
+  return static_cast<int32_t>(std::lround(percent * gain / full_gain));
+}
 
 template <class Points>
 int32_t strongest_of(const Points& points) {
@@ -49,9 +52,9 @@ void Tap::fit(CurveCompiler& compiler, int32_t) {
   intensity = least;
 }
 
-void Tap::scale(double gain) {
+void Tap::scale(double gain, double full_gain) {
   int32_t& strength = driven == kAsAsked ? intensity : driven;
-  strength = scaled(strength, gain);
+  strength = scaled(strength, gain, full_gain);
 }
 
 std::vector<Record> Tap::records(int32_t start_ms) const {
@@ -70,8 +73,8 @@ std::string Vibration::fields_json() const {
          });
 }
 
-void Vibration::scale(double gain) {
-  for (lrasynth_point& point : points) point.intensity = scaled(point.intensity, gain);
+void Vibration::scale(double gain, double full_gain) {
+  for (lrasynth_point& point : points) point.intensity = scaled(point.intensity, gain, full_gain);
 }
 
 int32_t Vibration::strongest() const { return strongest_of(points); }
@@ -105,8 +108,8 @@ void Curve::fit(CurveCompiler& compiler, int32_t start_ms) {
   parts = {{0, {duration_ms(), {first, first, last, last}, true}}};
 }
 
-void Curve::scale(double gain) {
-  for (CurvePoint& point : points) point.intensity = scaled(point.intensity, gain);
+void Curve::scale(double gain, double full_gain) {
+  for (CurvePoint& point : points) point.intensity = scaled(point.intensity, gain, full_gain);
 }
 
 int32_t Curve::strongest() const { return strongest_of(points); }

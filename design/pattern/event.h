@@ -42,7 +42,8 @@ struct Tap {
 
   std::string fields_json() const;
   void fit(CurveCompiler& compiler, int32_t start_ms);
-  void scale(double gain);
+  // By a gain of so much, to the nearest percent.
+  void scale(double gain, double full_gain);
   int32_t strongest() const { return driven == kAsAsked ? intensity : driven; }
   std::vector<Record> records(int32_t start_ms) const;
   double length_ms(const lrasynth_profile& profile) const;
@@ -67,7 +68,7 @@ struct Vibration {
 
   std::string fields_json() const;
   void fit(CurveCompiler&, int32_t) {}
-  void scale(double gain);
+  void scale(double gain, double full_gain);
   int32_t strongest() const;
   std::vector<Record> records(int32_t start_ms) const;
   double length_ms(const lrasynth_profile&) const { return duration_ms; }
@@ -101,7 +102,7 @@ struct Curve {
 
   std::string fields_json() const;
   void fit(CurveCompiler& compiler, int32_t start_ms);
-  void scale(double gain);
+  void scale(double gain, double full_gain);
   int32_t strongest() const;
   std::vector<Record> records(int32_t start_ms) const;
   double length_ms(const lrasynth_profile&) const { return duration_ms(); }

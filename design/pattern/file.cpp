@@ -331,8 +331,7 @@ class FileReader {
     read_version();
     file_.name = string("name");
     file_.note = string("note");
-    file_.setup.motor = whole("motor", 0, std::numeric_limits<int32_t>::max());
-    check_motor();
+    read_motor();
     file_.setup.chip = whole("chip", 0, std::numeric_limits<int32_t>::max());
     if (const auto boost = truth("boost")) file_.setup.boost = *boost ? 1 : 0;
     file_.setup.loops = whole("loops", 1, kMostLoops);
@@ -373,14 +372,16 @@ class FileReader {
     tempo_ = kFastest;  // so that beats are no further faults
   }
 
-  void check_motor() {
-    if (!file_.setup.motor) return;
-    const std::vector<int32_t> known = motors();
-    if (std::find(known.begin(), known.end(), *file_.setup.motor) != known.end()) return;
+  void read_motor() {
+    const JsonValue* const motor = member("motor");
+    if (motor == nullptr) return;
+    const auto asked = motor->kind == JsonKind::kNumber ? whole_number(motor->written) : std::nullopt;
     Words words;
-    for (const int32_t motor : known) words.push_back(text("%d", motor));
-    report_(root_.member("motor")->place, "motor: must be " + listed(words) + text(", not %d", *file_.setup.motor));
-    file_.setup.motor.reset();
+    for (const int32_t known : motors()) {
+      if (asked == known) file_.setup.motor = known;
+      words.push_back(text("%d", known));
+    }
+    if (!file_.setup.motor) report_(motor->place, "motor: must be " + listed(words) + ", not " + named(*motor));
   }
 
   const JsonValue& root_;

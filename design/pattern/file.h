@@ -95,17 +95,17 @@ constexpr const char* kPatternHelp = R"(FILE:
 
   Times are milliseconds, or "250ms", "1.5s", and with a tempo (beats a minute) "2b", "1/3b": starts and point times
   0..600000 ms, durations from 1 ms on. They are rounded from the pattern's start, so that beats do not drift; 4096 and
-  4097 stand for events and are taken for nothing else. Point times need not begin at 0; those of a continuous event
-  span its duration. All passes and gaps together last 600000 ms at most, a file has 4 MiB and 50000 events at most.
+  4097 stand for events and are taken for nothing else. Of point times only the differences count; those of a continuous
+  event span its duration. All passes and gaps together last 600000 ms at most, a file has 4 MiB and 50000 events at most.
   Comments (// and /* */) are passed over.
 
   Besides, a file may have "version": 1, "name", "note" (as may every event), and what it was made for: "motor",
   "chip", "boost" (true or false), "loops", "interval", "limit". Options override these.
 
   Events may stand in any order. Taps play over vibrations; of two vibrations or taps, the one that starts later plays.
-  With --chip 11 the output is the event stream, of 64 MiB at most: .bin, or .csv to read it. Flat files, as --flat
-  writes them ("flat": true), have their events in playing order, and may have records whose points lie beyond their
-  durations, {"type": "record"}.
+  With --chip 11 the output is the event stream, of 64 MiB at most: .bin, or .csv to read it. A record
+  ("type": "record") is one as the library takes it, of which points may lie beyond the duration. Files that --flat
+  writes are made of them; their events stay in their order ("flat": true), and have neither names nor notes.
 
 )";
 

@@ -17,7 +17,8 @@ int32_t rounded(double ms) { return static_cast<int32_t>(std::lround(ms)); }
 // What the events of a group, or of one repetition of it, have in common.
 struct Frame {
   double start_ms = 0;
-  double gain = 1;
+  double gain = 1;          // a product of percents,
+  double full_gain = 1;     // of this
   int32_t entry = 0;        // 0: they stand in no group
   std::string path = {};    // behind that, ".2"
   std::string passes = {};  // "4"
@@ -33,7 +34,8 @@ struct Frame {
   Frame repeated(const Entry& group, int32_t pass) const {
     Frame frame = *this;
     frame.start_ms += pass * group.every_ms;
-    frame.gain *= group.gain / 100.0;
+    frame.gain *= group.gain;
+    frame.full_gain *= 100;
     if (group.repeat > 1) frame.passes += text(passes.empty() ? "%d" : ".%d", pass + 1);
     return frame;
   }
@@ -43,9 +45,11 @@ struct Frame {
 
 class Layout {
  public:
-  explicit Layout(Faults& faults) : faults_(faults) {}
+  Layout(bool stay, Faults& faults) : stay_(stay), faults_(faults) {}
 
-  void lay_out(const std::vector<Entry>& entries, const Frame& frame) {
+  void lay_out(std::vector<Entry> entries, const Frame& frame) {
+    const auto is_earlier = [](const Entry& a, const Entry& b) { return a.start_ms < b.start_ms; };
+    if (!stay_) std::stable_sort(entries.begin(), entries.end(), is_earlier);
     for (const Entry& entry : entries) {
       const Frame own = frame.of(entry);
       if (!entry.is_group()) add(entry, own);
@@ -81,7 +85,7 @@ class Layout {
     }
     check_type(start.place, "start", event.start_ms);
     std::visit([&](auto& kind) { place_points(kind, frame.start_ms); }, event.kind);
-    std::visit([&](auto& kind) { weigh(kind, frame.gain); }, event.kind);
+    std::visit([&](auto& kind) { weigh(kind, frame); }, event.kind);
     if (is_sound_) events.push_back(std::move(event));
   }
 
@@ -112,9 +116,9 @@ class Layout {
   }
 
   template <class Kind>
-  void weigh(Kind& kind, double gain) {
-    if (gain == 1) return;
-    kind.scale(gain);
+  void weigh(Kind& kind, const Frame& frame) {
+    if (frame.gain == frame.full_gain) return;
+    kind.scale(frame.gain, frame.full_gain);
     if (kind.strongest() <= 100) return;
     fault(entry_->json->place,
           text("with the gain of its groups its intensity is %d, more than 100", kind.strongest()));
@@ -134,6 +138,7 @@ class Layout {
 
   static std::pair<size_t, size_t> place_key(Place place) { return {place.line, place.column}; }
 
+  bool stay_;
   Faults& faults_;
   const Entry* entry_ = nullptr;  // that is being added
   EventName name_;
@@ -146,7 +151,7 @@ class Layout {
 
 std::vector<Event> laid_out(const std::vector<Entry>& entries, bool stay, Faults& faults,
                             std::vector<std::string>& notes) {
-  Layout layout(faults);
+  Layout layout(stay, faults);
   layout.lay_out(entries, Frame());
   if (layout.moved > 0) {
     notes.push_back(counted(layout.moved, "event") +

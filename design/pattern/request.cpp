@@ -48,7 +48,7 @@ void close_pass(std::vector<Event>& events, const lrasynth_profile& profile, con
 std::string wording_of(int32_t error, const lrasynth_profile& profile, const Playback& playback, int32_t strength) {
   const std::string what = lrasynth_error_text(error);
   if (error == LRASYNTH_ERROR_MOTOR_WITHOUT_TAPS) return what + text(": motor %d", profile.motor_type);
-  if (error == LRASYNTH_ERROR_STREAM_STRENGTH) return what + text(": %d", strength);
+  if (error == LRASYNTH_ERROR_STREAM_STRENGTH) return what + text(": %d, more than 255", strength);
   return error == LRASYNTH_ERROR_LATE_EVENT ? what + text(": %d ms", playback.limit_ms) : what;
 }
 
@@ -72,9 +72,11 @@ void add_faults(const std::vector<Event>& events, const lrasynth_profile& profil
       int32_t index = 0;
       const int32_t error = lrasynth_pattern_check(&profile, &alone, &index);
       if (error == 0 || error == LRASYNTH_ERROR_STREAM_TIME) continue;
+      const bool is_driven = index == 2 && event.tap() != nullptr && event.tap()->driven != Tap::kAsAsked;
       const std::string where = record[1] == event.start_ms ? "" : text(", in its record at %d ms", record[1]);
       faults.add({event.name, event.place,
-                  field_at(index) + ": " + wording_of(error, profile, playback, event.sent_strength()) + where});
+                  (is_driven ? "driven" : field_at(index)) + ": " +
+                      wording_of(error, profile, playback, event.sent_strength()) + where});
       break;
     }
   }

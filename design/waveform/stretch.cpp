@@ -54,7 +54,8 @@ std::vector<Asked> line_of(const lrasynth_profile& profile, const Event& event) 
     for (size_t i = 0; i < of_points.points.size(); ++i) {
       const auto& point = of_points.points[i];
       line.push_back({static_cast<double>(of_points.point_ms(i)), static_cast<double>(point.intensity),
-                      static_cast<double>(hertz_at(profile, point.offset))});
+                      static_cast<double>(hertz_at(profile, point.offset)),
+                      gain_at(profile, point.offset) * 128 * point.intensity / 100});
     }
   };
   if (event.curve() != nullptr) add(*event.curve());

@@ -41,6 +41,7 @@ struct Asked {
   double ms;  // from the event's start
   double intensity;
   double hz;
+  double amplitude;  // in sample units
 };
 
 // The line that a vibration or a curve is to follow; of a tap, and of a record of which points may lie beyond, none.
