@@ -667,7 +667,7 @@ int64_t lrasynth_pattern_read(const lrasynth_profile *profile, const lrasynth_pa
  * A request without a fault plays as its author wrote it on this profile: nothing is passed over, clamped, wrapped or
  * cut, but for what patterns and signals are like:
  *   - Of events that overlap the later one plays, and may cover another whole; passes that overlap cut one another. A
- *     tap at the end of a pass loses less than a millisecond.
+ *     tap at the end of a pass loses less than a millisecond. What points beyond a duration steer is cut there.
  *   - A tap driven at 100 % on motor 1040 can have single samples of 128 at its positive peaks: see getShortSignalData.
  *     Levels outside 0..100 have the frequency of the nearest level there. On an unknown motor offsets shift nothing.
  *   - Only at 24000 samples a second does the envelope run along a quarter sine, and reach the next point. At 12000 it

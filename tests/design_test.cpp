@@ -74,10 +74,10 @@ TEST(Pattern, FaultsHavePlaceAndCause) {
       {in_events("7"), {"f:1:13: event 1: must be an object, not 7"}},
       {in_events("\"\u00e4\",{\"type\":\"\\\"wobble\\\"\"}"),
        {"f:1:13: event 1: must be an object, not \"\u00e4\"",
-        "f:1:25: event 2: type: must be transient, continuous, curve or group, not \"\\\"wobble\\\"\""}},
+        "f:1:25: event 2: type: must be transient, continuous, record, curve or group, not \"\\\"wobble\\\"\""}},
       {in_events("{}"), {"f:1:13: event 1: type: is missing"}},
       {in_events(R"({"type":"transiet","start":0})"),
-       {"f:1:21: event 1: type: must be transient, continuous, curve or group, not \"transiet\"; did you mean "
+       {"f:1:21: event 1: type: must be transient, continuous, record, curve or group, not \"transiet\"; did you mean "
         "transient?"}},
       {in_events(R"({"type":"transient","start":0,"levle":3,"intensity":"3"})"),
        {"f:1:65: event 1: intensity: must be a whole number from 0 to 100, not \"3\"",

@@ -214,13 +214,12 @@ std::string json_of(const design::Faults& faults, const std::string& file) {
 std::vector<double> starts_of(const design::Source& source) {
   std::vector<double> starts;
   if (!source.json.root) return starts;
-  const design::JsonValue* const tempo = source.json.root->member("tempo");
-  const double beats = tempo == nullptr ? 0 : std::strtod(std::string(tempo->written).c_str(), nullptr);
+  const double tempo = design::tempo_of(*source.json.root);
   const design::JsonValue* const events = source.json.root->member("events");
   if (events == nullptr) return starts;
   for (const design::JsonValue& event : events->items) {
     const design::JsonValue* const start = event.member("start");
-    starts.push_back(start == nullptr ? 0 : design::time_of(*start, beats).ms);
+    starts.push_back(start == nullptr ? 0 : design::time_of(*start, tempo).ms);
   }
   return starts;
 }

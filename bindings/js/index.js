@@ -96,17 +96,20 @@ export class Reader {
     this.length = served(length(put()));
   }
 
+  // What is given may be changed afterwards, which must not change what is read.
   static tap(level, intensity = 100, profile = {}) {
+    const own = { ...profile };
     return new Reader(
-      () => [putProfile(profile)],
+      () => [putProfile(own)],
       ([motor]) => library.lrasynth_tap_length(motor, whole(level)),
       ([motor], ...window) => library.lrasynth_tap_read(motor, level, whole(intensity), ...window));
   }
 
   static pattern(events, options = {}) {
     const integers = records(events);
+    const own = { ...options };
     return new Reader(
-      () => [putProfile(options), putRequest(integers, options)],
+      () => [putProfile(own), putRequest(integers, own)],
       (both) => library.lrasynth_pattern_length(...both),
       (both, ...window) => library.lrasynth_pattern_read(...both, ...window));
   }

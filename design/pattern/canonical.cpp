@@ -20,10 +20,7 @@ constexpr const char* kEventFields[] = {"type",      "start",  "duration", "repe
 
 class Writer {
  public:
-  explicit Writer(const JsonValue& root) : root_(root) {
-    if (const JsonValue* const tempo = root.member("tempo")) {
-      tempo_ = std::strtod(std::string(tempo->written).c_str(), nullptr);
-    }
+  explicit Writer(const JsonValue& root) : root_(root), tempo_(tempo_of(root)) {
     const JsonValue* const flat = root.member("flat");
     is_flat_ = flat != nullptr && flat->written == "true";
   }
@@ -96,7 +93,7 @@ class Writer {
   }
 
   const JsonValue& root_;
-  double tempo_ = 0;
+  double tempo_;
   bool is_flat_ = false;
   std::string lines_;
 };

@@ -31,7 +31,6 @@ struct Entry {
 // Events with whole milliseconds from the pattern's start on, in ascending start unless they are to stay in order; of
 // equal ones in the order in which what they stand in starts.
 // Those that would start where an integer reads as an event are moved behind it, which a note tells.
-std::vector<Event> laid_out(const std::vector<Entry>& entries, bool stay, Faults& faults,
-                            std::vector<std::string>& notes);
+std::vector<Event> laid_out(std::vector<Entry> entries, bool stay, Faults& faults, std::vector<std::string>& notes);
 
 }  // namespace design

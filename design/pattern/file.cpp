@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <set>
@@ -82,7 +81,7 @@ class EntryReader {
     if (json_.kind != JsonKind::kObject) {
       fault(json_.place, "must be an object, not " + named(json_));
     } else if (const JsonValue* const type = member("type"); type != nullptr && !read_kind(type->string)) {
-      const Words known = {Tap::kType, Vibration::kType, Curve::kType, kGroupType};
+      const Words known = {Tap::kType, Vibration::kType, Vibration::kRecordType, Curve::kType, kGroupType};
       fault(type->place,
             "type: must be " + listed(known) + ", not " + named(*type) + did_you_mean(type->string, known));
     }
@@ -308,7 +307,7 @@ class FileReader {
       ++number;
       if (file_.faults.count == faults_before) entries.push_back(std::move(entry));
     }
-    file_.events = laid_out(entries, is_flat_, file_.faults, file_.notes);
+    file_.events = laid_out(std::move(entries), is_flat_, file_.faults, file_.notes);
   }
 
  private:
@@ -365,8 +364,7 @@ class FileReader {
     constexpr double kFastest = 1000;
     const JsonValue* const tempo = member("tempo");
     if (tempo == nullptr) return;
-    const bool is_number = tempo->kind == JsonKind::kNumber;
-    tempo_ = is_number ? std::strtod(std::string(tempo->written).c_str(), nullptr) : 0;
+    tempo_ = tempo->kind == JsonKind::kNumber ? tempo_of(root_) : 0;
     if (tempo_ >= kSlowest && tempo_ <= kFastest) return;
     report_(tempo->place, text("tempo: must be a number from %g to %g, not ", kSlowest, kFastest) + named(*tempo));
     tempo_ = kFastest;  // so that beats are no further faults

@@ -93,11 +93,11 @@ constexpr const char* kPatternHelp = R"(FILE:
   A group plays its events, whose times count from its own, repeat times, every so often, at gain percent; groups stand
   in groups, 8 deep at most.
 
-  Times are milliseconds, or "250ms", "1.5s", and with a tempo (beats a minute) "2b", "1/3b": starts and point times
-  0..600000 ms, durations from 1 ms on. They are rounded from the pattern's start, so that beats do not drift; 4096 and
-  4097 stand for events and are taken for nothing else. Of point times only the differences count; those of a continuous
-  event span its duration. All passes and gaps together last 600000 ms at most, a file has 4 MiB and 50000 events at most.
-  Comments (// and /* */) are passed over.
+  Times are milliseconds, or (not in records) "250ms", "1.5s", and with a tempo (beats a minute) "2b", "1/3b": starts
+  and point times 0..600000 ms, durations from 1 ms on. They are rounded from the pattern's start, so that beats do not
+  drift; 4096 and 4097 stand for events and are taken for nothing else. Of point times only the differences count; those
+  of a continuous event span its duration. All passes and gaps together last 600000 ms at most, a file has 4 MiB and
+  50000 events at most. Comments (// and /* */) are passed over.
 
   Besides, a file may have "version": 1, "name", "note" (as may every event), and what it was made for: "motor",
   "chip", "boost" (true or false), "loops", "interval", "limit". Options override these.

@@ -45,11 +45,9 @@ struct Frame {
 
 class Layout {
  public:
-  Layout(bool stay, Faults& faults) : stay_(stay), faults_(faults) {}
+  explicit Layout(Faults& faults) : faults_(faults) {}
 
-  void lay_out(std::vector<Entry> entries, const Frame& frame) {
-    const auto is_earlier = [](const Entry& a, const Entry& b) { return a.start_ms < b.start_ms; };
-    if (!stay_) std::stable_sort(entries.begin(), entries.end(), is_earlier);
+  void lay_out(const std::vector<Entry>& entries, const Frame& frame) {
     for (const Entry& entry : entries) {
       const Frame own = frame.of(entry);
       if (!entry.is_group()) add(entry, own);
@@ -69,7 +67,7 @@ class Layout {
     is_sound_ = true;
     entry_ = &entry;
     name_ = frame.name();
-    if (events.size() == kMostEvents) {
+    if (++count_ > kMostEvents) {
       is_full_ = true;
       return fault(entry.json->place, text("is one too many: a file has %zu events at most", kMostEvents));
     }
@@ -138,20 +136,26 @@ class Layout {
 
   static std::pair<size_t, size_t> place_key(Place place) { return {place.line, place.column}; }
 
-  bool stay_;
   Faults& faults_;
   const Entry* entry_ = nullptr;  // that is being added
   EventName name_;
+  size_t count_ = 0;  // of events, those that are at fault too
   bool is_full_ = false;
   bool is_sound_ = true;  // what is being added
   std::set<std::pair<size_t, size_t>> told_;
 };
 
+void sort(std::vector<Entry>& entries) {
+  const auto is_earlier = [](const Entry& a, const Entry& b) { return a.start_ms < b.start_ms; };
+  std::stable_sort(entries.begin(), entries.end(), is_earlier);
+  for (Entry& entry : entries) sort(entry.entries);
+}
+
 }  // namespace
 
-std::vector<Event> laid_out(const std::vector<Entry>& entries, bool stay, Faults& faults,
-                            std::vector<std::string>& notes) {
-  Layout layout(stay, faults);
+std::vector<Event> laid_out(std::vector<Entry> entries, bool stay, Faults& faults, std::vector<std::string>& notes) {
+  if (!stay) sort(entries);
+  Layout layout(faults);
   layout.lay_out(entries, Frame());
   if (layout.moved > 0) {
     notes.push_back(counted(layout.moved, "event") +

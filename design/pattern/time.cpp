@@ -47,6 +47,11 @@ Time range_checked(double ms, int32_t least_ms, const std::string& written) {
 
 }  // namespace
 
+double tempo_of(const JsonValue& file) {
+  const JsonValue* const tempo = file.member("tempo");
+  return tempo == nullptr ? 0 : std::strtod(std::string(tempo->written).c_str(), nullptr);
+}
+
 Time time_of(const JsonValue& value, double tempo, int32_t least_ms) {
   if (value.kind != JsonValue::Kind::kString) {
     const auto whole = value.kind == JsonValue::Kind::kNumber ? whole_number(value.written) : std::nullopt;

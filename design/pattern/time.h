@@ -16,6 +16,9 @@ struct Time {
   std::string fault = {};
 };
 
+// Of a file, 0 where it has none.
+double tempo_of(const JsonValue& file);
+
 Time time_of(const JsonValue& value, double tempo, int32_t least_ms = 0);
 
 }  // namespace design

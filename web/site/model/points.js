@@ -96,7 +96,7 @@ export function pointed({ word, read, duration, withPoints }) {
     word,
     read,
     summary: (event) => `${event.start} – ${event.start + duration(event)} ms · up to ${
-      Math.max(...event.points.map(([, intensity]) => intensity))} %`,
+      event.points.reduce((most, [, intensity]) => Math.max(most, intensity), 0)} %`,
     points: ({ points }) => points,
     span: (event, index) => {
       const point = event.points[index];
