@@ -289,7 +289,8 @@ TEST(File, FaultsOfGroupsAndCurves) {
       {in_events(deep), {"f:1:300: event 1.1.1.1.1.1.1.1.1: stands too deep: groups may be 8 deep"}},
       {in_events(group(R"("repeat":50000,"every":1,)", kTap + "," + kTap)),
        {"f:1:73: event 1.1, pass 25001: is one too many: a file has 50000 events at most"}},
-      {in_events(group(R"("repeat":50000,"every":1,"gain":300,)", group(R"("repeat":50000,"every":1,)", kTap))), {}},
+      {in_events(group(R"("repeat":50000,"every":1,"gain":300,)", group(R"("repeat":50000,"every":1,)", kTap))),
+       {"f:1:145: event 1.1.1, pass 1.1: with the gain of its groups its intensity is 150, more than 100"}},
       {in_events(group(R"("repeat":50000,"every":20,)", kTap)),
        {"f:1:102: event 1.1, pass 30001: start: must be at most 600000 ms, not 600005"}},
   };
