@@ -296,8 +296,9 @@ TEST(Score, EventsAreHeardWhereNothingPlaysOverThem) {
       const std::string points =
           text("[7,%d,%d],[%d,%d,%d],[%d,90,40],[%d,%d,0]", up_to(100), up_to(50), 7 + duration / 3, up_to(100),
                -up_to(50), 7 + duration / 2, 7 + duration, up_to(100));
-      events += (events.empty() ? "" : ",") +
-                (up_to(1) ? curve(up_to(120), duration, points) : tap(up_to(120), up_to(100), up_to(100)));
+      const std::string kinds[] = {curve(up_to(120), duration, points), tap(up_to(120), up_to(100), up_to(100)),
+                                   text(R"({"type":"curve","start":%d,"points":[%s]})", up_to(120), points.c_str())};
+      events += (events.empty() ? "" : ",") + kinds[up_to(2)];
     }
     const lrasynth_profile profile = lrasynth_profile_of(up_to(1), motors()[static_cast<size_t>(up_to(2))], 1);
     const Score score(profile, {2, 3, LRASYNTH_NO_LIMIT}, events_of(in_events(events), profile));

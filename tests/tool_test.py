@@ -398,6 +398,8 @@ class ToolTest(unittest.TestCase):
     def test_canonical_form_is_stable_and_plays_the_same(self):
         events = [transient(90, 70), continuous(30, 200, -20), transient(0, 30)]
         saved = self.output_of("pattern", "-", "--save", "-", pattern=events)
+        self.assertNotIn(b"flat", saved)
+        self.assertIn(b'"flat":true', self.output_of("pattern", "-", "--save", "-", "--flat", pattern=events))
         self.assertEqual(self.output_of("pattern", "-", "--save", "-", pattern=saved.decode()), saved)
         self.assertEqual([event["start"] for event in json.loads(saved)["events"]], [0, 30, 90])
         self.assertEqual(self.samples(pattern=saved.decode()), self.samples(pattern=events))

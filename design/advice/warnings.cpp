@@ -251,7 +251,8 @@ class Inspection {
         const double off_amplitude =
             std::fabs(stretch.amplitude_at(ms) - (a.amplitude + (b.amplitude - a.amplitude) * share));
         const double hz = a.hz + (b.hz - a.hz) * share;
-        const double off_hz = std::fabs(stretch.hz_at(ms) - hz);
+        const double drawn = a.amplitude + (b.amplitude - a.amplitude) * share;
+        const double off_hz = drawn < kLeastAmplitude ? 0 : std::fabs(stretch.hz_at(ms) - hz);
         if (off_amplitude <= kFarAmplitude && off_hz <= kFarHz * near_hz(hz)) continue;
         if (worst_hz == 0 && worst_amplitude == 0) at_ms = ms;
         worst_hz = std::max(worst_hz, off_hz);

@@ -31,6 +31,7 @@ constexpr double kNearShare = 0.024;
 constexpr double kNearAmplitude = 3.2;         // sample units
 constexpr double kStrongest = kFullScale - 1;  // leaves room for whole percents
 constexpr double kWeak = 6;                    // an amplitude at which an envelope is not shifted
+constexpr double kSilent = 1;                  // an amplitude of which neither frequency nor phase is felt
 constexpr size_t kMostPassed = 64;             // drawn points, by one segment
 
 // How near to a rising zero a segment ends, by its sine there: at a drawn point, and where swings are looked at.
@@ -70,6 +71,7 @@ struct Segment {
   lrasynth_point from = {};
   lrasynth_point far = {};
   double jump = 1e9;  // of the amplitude, at its end
+  double flaw = 1e9;  // that, or what is cut of what is drawn there
   double cost = 1e9;
 };
 
@@ -140,8 +142,8 @@ class Cutter {
       if (slack > kFarForSmoothness && best.to_ms > 0) break;
       for (const Goal& goal : goals(from_ms, spans, slack)) {
         const Segment found = best_to(goal, from_ms, spans, slack);
-        if (found.jump < best.jump) best = found;
-        if (best.jump <= 1.5 * goal.smooth) return best;
+        if (found.flaw < best.flaw) best = found;
+        if (best.flaw <= 1) return best;
       }
       if (best.jump <= kRough) break;
     }
@@ -192,6 +194,14 @@ class Cutter {
     const double share = b.ms > a.ms ? std::clamp((ms - a.ms) / (b.ms - a.ms), -kBeyond, 1 + kBeyond) : 0;
     const double amplitude = a.amplitude + (b.amplitude - a.amplitude) * share;
     return {ms, a.hz + (b.hz - a.hz) * share, std::clamp(amplitude, 0.0, kStrongest)};
+  }
+
+  // How far the amplitudes of a stretch and of the one behind it are apart where the one gives way to the other: what
+  // is near its end, a short fade, say, is not cut.
+  double kink_at(size_t stretch, double ms) const {
+    if (stretch + 2 >= drawn_.size()) return 0;
+    const double apart = on_line(stretch, ms).amplitude - on_line(stretch + 1, ms).amplitude;
+    return apart / (2 * kNearAmplitude);
   }
 
   bool fits(const Goal& goal, int32_t from_ms, double to_ms, std::span<const double> spans, double slack) const {
@@ -260,7 +270,8 @@ class Cutter {
           reached(sine(turn)),
           halfway(sine(turn / 2)),
           begin(of.on_line(to.first, from)),
-          end(of.on_line(to.last, until)) {}
+          end(of.on_line(to.last, until)),
+          kink(of.kink_at(to.last, until)) {}
 
     // The frequency of the far point with which the carrier meets the line.
     double far_hz(int32_t from) const {
@@ -307,8 +318,8 @@ class Cutter {
         const double share = (ms - from_ms) / (to_ms - from_ms);
         const double off_hz = from_hz + sweeps * share - line.hz;
         const double off_amplitude = begins + rises * sine(turn * share) - line.amplitude;
-        worst = std::max(
-            {worst, std::fabs(off_hz) / near_hz(line.hz), std::fabs(off_amplitude) / near_amplitude(line.amplitude)});
+        worst = std::max(worst, std::fabs(off_amplitude) / near_amplitude(line.amplitude));
+        if (line.amplitude >= kSilent) worst = std::max(worst, std::fabs(off_hz) / near_hz(line.hz));
       };
       for (size_t stretch = goal.first; stretch <= goal.last; ++stretch) {
         const double lo = std::max<double>(from_ms, cutter.drawn_[stretch].ms);
@@ -322,14 +333,17 @@ class Cutter {
     void improve(Segment& best, int32_t from, int32_t far, double slack) const {
       const double cycles = (cutter.tuning_.hertz(from) + sweep_hz(from, far) / 2) * (to_ms - from_ms) / 1000;
       const double off = std::fabs(cycles - std::floor(cycles + 0.5));
-      const double jump = off < 0.25 ? sine(2 * std::numbers::pi * off) : 1 + off;
+      const bool is_silent = end.amplitude < kSilent;
+      const double jump = is_silent ? 0 : off < 0.25 ? sine(2 * std::numbers::pi * off) : 1 + off;
       const double rough = jump / goal.smooth;
-      if (rough * rough >= best.cost) return;
+      const double unsmooth = rough * rough + kink * kink;
+      if (unsmooth >= best.cost) return;
       const double deviates = deviation(from, far);
-      const double cost = rough * rough + deviates * deviates;
+      const double cost = unsmooth + deviates * deviates;
       if (deviates > slack || cost >= best.cost) return;
       best = segment(from, far);
       best.jump = jump;
+      best.flaw = std::max(rough / 1.5, std::fabs(kink) / 2);
       best.cost = cost;
     }
 
@@ -344,6 +358,7 @@ class Cutter {
     double halfway;
     Drawn begin;
     Drawn end;
+    double kink;
   };
 
   const Tuning& tuning_;

@@ -49,7 +49,7 @@ export const kept = {
     isInteger(written.start) ? `${start} – ${Math.round(start + length)} ms` : `at ${written.start}`,
   points: () => [],
   span: ({ start, length }) => ({ from: start, to: start + length }),
-  next: ({ start, length }) => clamp(start + length, 0, Infinity),
+  next: ({ start, length }) => clamp(Math.ceil(start + length), 0, Infinity),
   startedAt,
   value: (event, name) => (name === 'start' && isMovable(event) ? event.start : undefined),
   withValue: (event, name, value) => (name === 'start' && isMovable(event) ? startedAt(event, value) : event),
