@@ -232,7 +232,6 @@ class Inspection {
 
   // Where a curve is too steep, or its points too dense, to be followed away from them.
   void inspect_line(const Event& event) {
-    constexpr double kSeamMs = 10;
     constexpr double kFarAmplitude = 8;  // sample units
     constexpr double kFarHz = 2.5;       // times what counts as near
     const std::vector<Asked> line = line_of(profile_, event);
@@ -248,10 +247,9 @@ class Inspection {
         const Asked& b = line[to];
         if (ms < a.ms + kSeamMs || ms > b.ms - kSeamMs) continue;
         const double share = (ms - a.ms) / (b.ms - a.ms);
-        const double off_amplitude =
-            std::fabs(stretch.amplitude_at(ms) - (a.amplitude + (b.amplitude - a.amplitude) * share));
         const double hz = a.hz + (b.hz - a.hz) * share;
         const double drawn = a.amplitude + (b.amplitude - a.amplitude) * share;
+        const double off_amplitude = std::fabs(stretch.amplitude_at(ms) - drawn);
         const double off_hz = drawn < kLeastAmplitude ? 0 : std::fabs(stretch.hz_at(ms) - hz);
         if (off_amplitude <= kFarAmplitude && off_hz <= kFarHz * near_hz(hz)) continue;
         if (worst_hz == 0 && worst_amplitude == 0) at_ms = ms;

@@ -25,7 +25,6 @@
 namespace design {
 namespace {
 
-constexpr int32_t kSeamMs = 10;  // around a drawn point, where a segment may end
 constexpr double kNearHz = 3.2;  // to the line, or that share of it
 constexpr double kNearShare = 0.024;
 constexpr double kNearAmplitude = 3.2;         // sample units
@@ -96,10 +95,9 @@ class Cutter {
       : tuning_(tuning),
         quarters_(24000.0 / profile.sample_rate),
         start_ms_(start_ms),
-        first_ms_(points.front().ms),
         end_ms_(points.back().ms - points.front().ms) {
     for (const lrasynth_point& point : points) {
-      drawn_.push_back({static_cast<double>(point.ms - first_ms_), tuning_.hertz(point.offset),
+      drawn_.push_back({static_cast<double>(point.ms - points.front().ms), tuning_.hertz(point.offset),
                         tuning_.full(point.offset) * point.intensity / 100});
     }
   }
@@ -364,7 +362,6 @@ class Cutter {
   const Tuning& tuning_;
   double quarters_;
   int32_t start_ms_;
-  int32_t first_ms_;
   int32_t end_ms_;
   std::vector<Drawn> drawn_;
   int32_t record_ms_ = 0;

@@ -13,6 +13,8 @@
 
 namespace design {
 
+constexpr int32_t kSeamMs = 10;  // around a drawn point, where a segment may end
+
 // Makes curves of a chip and motor.
 class CurveCompiler {
  public:

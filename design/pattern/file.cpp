@@ -71,6 +71,12 @@ double time_in(const std::string& name, const JsonValue& value, double tempo, co
 // Reads one entry and notes its faults.
 class EntryReader {
  public:
+  struct Kind {
+    std::string_view type;
+    const char* name;
+    void (EntryReader::*read)();
+  };
+
   EntryReader(const JsonValue& json, const EventName& name, size_t depth, double tempo, Faults& faults)
       : json_(json), name_(name), depth_(depth), tempo_(tempo), faults_(faults) {
     entry_.json = &json;
@@ -81,14 +87,17 @@ class EntryReader {
     if (json_.kind != JsonKind::kObject) {
       fault(json_.place, "must be an object, not " + named(json_));
     } else if (const JsonValue* const type = member("type"); type != nullptr && !read_kind(type->string)) {
-      const Words known = {Tap::kType, Vibration::kType, Vibration::kRecordType, Curve::kType, kGroupType};
+      Words types;
+      for (const Kind& kind : kKinds) types.emplace_back(kind.type);
       fault(type->place,
-            "type: must be " + listed(known) + ", not " + named(*type) + did_you_mean(type->string, known));
+            "type: must be " + listed(types) + ", not " + named(*type) + did_you_mean(type->string, types));
     }
     return std::move(entry_);
   }
 
  private:
+  static const Kind kKinds[5];
+
   void fault(Place place, std::string what) { faults_.add({name_, place, std::move(what)}); }
 
   const JsonValue* member(const char* name) {
@@ -104,16 +113,7 @@ class EntryReader {
   }
 
   bool read_kind(std::string_view type) {
-    const struct {
-      std::string_view type;
-      const char* name;
-      void (EntryReader::*read)();
-    } kinds[] = {{Tap::kType, Tap::kName, &EntryReader::read_tap},
-                 {Vibration::kType, Vibration::kName, &EntryReader::read_vibration},
-                 {Vibration::kRecordType, Vibration::kRecordName, &EntryReader::read_record},
-                 {Curve::kType, Curve::kName, &EntryReader::read_curve},
-                 {kGroupType, "a group", &EntryReader::read_group}};
-    for (const auto& kind : kinds) {
+    for (const Kind& kind : kKinds) {
       if (kind.type != type) continue;
       if (const JsonValue* const start = member("start")) entry_.start_ms = time("start", *start);
       (this->*kind.read)();
@@ -285,6 +285,13 @@ class EntryReader {
   Words known_ = {"type"};
   Report report_ = [this](Place place, std::string what) { fault(place, std::move(what)); };
 };
+
+const EntryReader::Kind EntryReader::kKinds[] = {
+    {Tap::kType, Tap::kName, &EntryReader::read_tap},
+    {Vibration::kType, Vibration::kName, &EntryReader::read_vibration},
+    {Vibration::kRecordType, Vibration::kRecordName, &EntryReader::read_record},
+    {Curve::kType, Curve::kName, &EntryReader::read_curve},
+    {kGroupType, "a group", &EntryReader::read_group}};
 
 // Reads a whole file.
 class FileReader {
