@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: Apache-2.0
+// Drawings as pattern files.
+#include "design/formats/drawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "design/base/text.h"
+#include "design/pattern/file.h"
+
+namespace design {
+namespace {
+
+// With which the JSON of taps and points stays smaller than the largest file.
+constexpr size_t kMostPoints = 80'000;
+
+constexpr double kNear = 1;      // of 100
+constexpr double kNearHz = 2.2;  // about a hundredth of a motor's range
+
+int32_t rounded(double value, int32_t least, int32_t most) {
+  return static_cast<int32_t>(std::lround(std::clamp(value, 1.0 * least, 1.0 * most)));
+}
+
+// A point as it is drawn, and as it is written.
+struct Point {
+  DrawnPoint drawn;
+  int32_t ms;
+  int32_t intensity;
+  int32_t place;  // its offset, or its hertz
+
+  explicit Point(const DrawnPoint& point)
+      : drawn(point),
+        ms(rounded(point.ms, 0, kLongestMs)),
+        intensity(rounded(point.intensity, 0, 100)),
+        place(has_hz() ? rounded(point.hz, 1, 1000) : rounded(point.offset, -50, 50)) {}
+
+  bool has_hz() const { return drawn.hz > 0; }
+  double drawn_place() const { return has_hz() ? drawn.hz : drawn.offset; }
+  double near() const { return has_hz() ? kNearHz : kNear; }
+  bool is_near(const Point& other) const {
+    return std::fabs(drawn.intensity - other.drawn.intensity) <= kNear &&
+           std::fabs(drawn_place() - other.drawn_place()) <= near();
+  }
+};
+
+using Line = std::vector<Point>;
+
+// Points of ascending whole milliseconds.
+Line merged(const DrawnCurve& curve) {
+  Line line;
+  for (size_t i = 0; i < curve.size();) {
+    const Point first(curve[i]);
+    while (i + 1 < curve.size() && Point(curve[i + 1]).ms == first.ms) ++i;
+    const Point last(curve[i++]);
+    const bool has_room = !line.empty() && line.back().ms < first.ms - 1;
+    if (has_room && !first.is_near(last)) {
+      line.push_back(first);
+      --line.back().ms;
+    }
+    line.push_back(last);
+  }
+  return line;
+}
+
+// The slopes of the lines from a point that pass near to others.
+class Cone {
+ public:
+  bool has(double dx, double dy) const { return dy >= low_ * dx && dy <= high_ * dx; }
+  void narrow(double dx, double dy, double near) {
+    low_ = std::max(low_, (dy - near) / dx);
+    high_ = std::min(high_, (dy + near) / dx);
+  }
+
+ private:
+  double low_ = -1e9;
+  double high_ = 1e9;
+};
+
+// Without the points that a line between others passes near enough.
+Line thinned(const Line& line) {
+  Line kept = {line.front()};
+  Cone intensity;
+  Cone place;
+  for (size_t i = 1; i < line.size(); ++i) {
+    const Point& from = kept.back();
+    const int32_t ms = line[i].ms - from.ms;
+    if (!intensity.has(ms, line[i].intensity - from.intensity) || !place.has(ms, line[i].place - from.place)) {
+      kept.push_back(line[--i]);
+      intensity = place = Cone();
+      continue;
+    }
+    intensity.narrow(ms, line[i].drawn.intensity - from.intensity, kNear);
+    place.narrow(ms, line[i].drawn_place() - from.place, line[i].near());
+  }
+  if (kept.back().ms < line.back().ms) kept.push_back(line.back());
+  return kept;
+}
+
+// The parts of a line that are not rest.
+std::vector<Line> sounding(const Line& line) {
+  std::vector<Line> parts;
+  bool is_open = false;
+  for (size_t i = 1; i < line.size(); ++i) {
+    const bool sounds = line[i - 1].intensity > 0 || line[i].intensity > 0;
+    if (sounds && !is_open) parts.push_back({line[i - 1]});
+    if (sounds) parts.back().push_back(line[i]);
+    is_open = sounds;
+  }
+  return parts;
+}
+
+// As computed times are written, which may be those that read as the start of an event.
+std::string start_text(int32_t ms) { return text(reads_as_type(ms) ? "\"%dms\"" : "%d", ms); }
+
+std::string curve_json(const Line& line) {
+  std::string json = "{\"type\":\"curve\",\"start\":" + start_text(line.front().ms) + ",\"points\":";
+  char separator = '[';
+  for (const Point& point : line) {
+    const char* const form = point.has_hz() ? R"(%c{"time":%d,"intensity":%d,"hz":%d})" : "%c[%d,%d,%d]";
+    json += text(form, separator, point.ms - line.front().ms, point.intensity, point.place);
+    separator = ',';
+  }
+  return json + "]}";
+}
+
+class Writer {
+ public:
+  explicit Writer(Drawing& drawing) : drawing_(drawing) {}
+
+  std::string write() {
+    for (const DrawnCurve& curve : drawing_.curves) add(curve);
+    const bool has_strength = std::any_of(drawing_.taps.begin(), drawing_.taps.end(),
+                                          [](const DrawnTap& tap) { return rounded(tap.strength, 0, 100) > 0; });
+    // Taps without strength are kept beside others, which they may replace.
+    if (has_strength || !events_.empty()) {
+      for (const DrawnTap& tap : drawing_.taps) add(tap);
+    }
+    if (events_.size() > kMostEvents) fault(text("has more than %zu events", kMostEvents));
+    if (points_ > kMostPoints) fault(text("has more than %zu points", kMostPoints));
+    if (drawing_.faults.count > 0) return "";
+    if (events_.empty()) drawing_.losses.say("there is nothing in it but rest");
+    std::stable_sort(events_.begin(), events_.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::string json = "{\"version\":1,\"events\": [";
+    for (const auto& [ms, event] : events_) json += (&event == &events_.front().second ? "\n  " : ",\n  ") + event;
+    return json + "\n]}\n";
+  }
+
+ private:
+  void fault(std::string what) { drawing_.fault({}, std::move(what)); }
+
+  bool is_in_time(double ms) {
+    const bool fits = ms <= kLongestMs;
+    if (!fits) fault(text("goes on until %.10g ms, longer than %d", ms, kLongestMs));
+    return fits;
+  }
+
+  void add(const DrawnCurve& curve) {
+    if (!is_in_time(curve.back().ms)) return;
+    const Line line = merged(curve);
+    if (line.size() < 2) return drawing_.losses.add("curve", "left out, shorter than a millisecond");
+    for (const Line& part : sounding(line)) {
+      const Line few = thinned(part);
+      points_ += few.size();
+      events_.emplace_back(few.front().ms, curve_json(few));
+    }
+  }
+
+  void add(const DrawnTap& tap) {
+    if (!is_in_time(tap.ms)) return;
+    const int32_t ms = rounded(tap.ms, 0, kLongestMs);
+    events_.emplace_back(
+        ms, R"({"type":"transient","start":)" + start_text(ms) +
+                text(R"(,"driven":%d,"level":%d})", rounded(tap.strength, 0, 100), rounded(tap.level, 0, 100)));
+  }
+
+  Drawing& drawing_;
+  std::vector<std::pair<int32_t, std::string>> events_;
+  size_t points_ = 0;
+};
+
+}  // namespace
+
+void Losses::add(const std::string& thing, const std::string& fate, int64_t count) {
+  if (count == 0) return;
+  for (Kind& kind : kinds_) {
+    if (kind.thing == thing && kind.fate == fate) return void(kind.count += count);
+  }
+  kinds_.push_back({thing, fate, count});
+}
+
+std::vector<std::string> Losses::lines() const {
+  std::vector<std::string> lines;
+  for (const auto& [thing, fate, count] : kinds_) {
+    lines.push_back(thing.empty() ? fate : counted(count, thing.c_str()) + (count == 1 ? " is " : " are ") + fate);
+  }
+  return lines;
+}
+
+std::string pattern_json(Drawing& drawing) { return Writer(drawing).write(); }
+
+}  // namespace design

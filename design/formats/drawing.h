@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+// Between our events and files from elsewhere: what either means, in times and strengths that are not yet rounded.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "design/base/fault.h"
+
+namespace design {
+
+struct DrawnTap {
+  double ms = 0;        // from the pattern's start
+  double strength = 0;  // as the motor is driven, 0..100
+  double level = 0;     // 0..100
+};
+
+struct DrawnPoint {
+  double ms = 0;         // from the pattern's start
+  double intensity = 0;  // 0..100
+  double offset = 0;     // -50..50
+  double hz = 0;         // in place of the offset, where it is above 0; of a curve all points have it, or none
+};
+
+// Two points or more, of which the times do not decrease. Straight from point to point; two of one time are a step.
+using DrawnCurve = std::vector<DrawnPoint>;
+
+// What others call sharpness, 0..1, is a place on the motor's range of offsets, and a tap's level.
+constexpr double offset_of_sharpness(double sharpness) { return 100 * (sharpness - 0.5); }
+constexpr double sharpness_of_offset(double offset) { return offset / 100 + 0.5; }
+
+// What a form cannot say, a line for each kind of it.
+class Losses {
+ public:
+  // "1 audio event is left out", "3 audio events are left out"
+  void add(const std::string& thing, const std::string& fate, int64_t count = 1);
+  // A line of its own, once.
+  void say(const std::string& line) { add("", line); }
+
+  // In the order in which the kinds were first told of.
+  std::vector<std::string> lines() const;
+
+ private:
+  struct Kind {
+    std::string thing;  // empty: the fate is the whole line
+    std::string fate;
+    int64_t count;
+  };
+
+  std::vector<Kind> kinds_;
+};
+
+struct Drawing {
+  std::vector<DrawnTap> taps = {};
+  std::vector<DrawnCurve> curves = {};
+  Losses losses = {};
+  Faults faults = {};  // with their places in what was read; nothing else is of use where there are any
+
+  void fault(Place place, std::string what) { faults.add({{}, place, std::move(what)}); }
+};
+
+// As a pattern file of ours, in ascending start. Times become whole milliseconds; points that fall together are one,
+// the last of them, and where that makes a step, the line before it ends a millisecond earlier; points are left out
+// where the line stays within 1 of 100. Rest, of which no curve sounds, is no event. What lies beyond the longest
+// pattern, or is more than a file may have, is a fault of the drawing.
+std::string pattern_json(Drawing& drawing);
+
+}  // namespace design
