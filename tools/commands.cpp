@@ -12,6 +12,7 @@
 
 #include "design/advice/summary.h"
 #include "design/base/text.h"
+#include "design/formats/formats.h"
 #include "design/picture/forms.h"
 #include "design/picture/plot.h"
 #include "design/picture/sheet.h"
@@ -79,17 +80,28 @@ std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
   return patterns;
 }
 
+void note(const std::string& path, const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) {
+    std::cerr << "lrasynth: note: " << shown_path(path) << ": " << line << '\n';
+  }
+}
+
+// What a format cannot say, which may be a fault.
+void note_losses(const Arguments& arguments, const std::string& path, const std::vector<std::string>& lines) {
+  note(path, lines);
+  if (arguments.strict && !lines.empty()) refuse("--strict: what is lost is a fault");
+}
+
 // What is asked for overrides what the file says.
-design::Piece pattern_piece(const design::Setup& asked, const PatternText& pattern) {
+design::Piece pattern_piece(const Arguments& arguments, const design::Setup& asked, const PatternText& pattern) {
   auto [setup, file, piece] = design::read_piece(asked, pattern.json, pattern.name);
   if (!piece) {
     std::string lines;
     for (const std::string& line : file.faults.lines(shown_path(pattern.path))) lines += line + '\n';
     refuse(lines);
   }
-  for (const std::string& note : file.notes) {
-    std::cerr << "lrasynth: note: " << shown_path(pattern.path) << ": " << note << '\n';
-  }
+  note(pattern.path, file.notes);
+  note_losses(arguments, pattern.path, file.losses);
   return std::move(*piece);
 }
 
@@ -175,7 +187,7 @@ File saved_file(const Arguments& arguments, const design::Piece& piece, const st
 void run_pattern(const Arguments& arguments) {
   arguments.refuse_idle({"--flat"}, !arguments.has("--save"), "without --save");
   const PatternText pattern = read_patterns(arguments.files).front();
-  const design::Piece piece = pattern_piece(arguments.setup(), pattern);
+  const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
   const lrasynth_profile& profile = piece.score->profile();
   arguments.note_profiles({profile});
   arguments.refuse_idle({"--interval"}, piece.score->playback().loops == 1, "without --loop 2 or more");
@@ -225,7 +237,8 @@ std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vect
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
-    for (const PatternText& pattern : patterns) pieces.push_back(pattern_piece(setup_of(arguments, profile), pattern));
+    for (const PatternText& pattern : patterns)
+      pieces.push_back(pattern_piece(arguments, setup_of(arguments, profile), pattern));
     if (pieces.size() > kMost) refuse(text("at most %zu waveforms can be compared", kMost));
   }
   return pieces;
@@ -262,6 +275,33 @@ void run_compare(const Arguments& arguments) {
   write_files({text_file(picture, drawn, design::counted(static_cast<int64_t>(pieces.size()), "waveform"))}, files);
 }
 
+// What OUTPUT's ending or --format says.
+const design::Format& format_of(const Arguments& arguments, const std::string& path) {
+  const bool is_printed = path == kStandardOutput;
+  if (is_printed && arguments.format.empty()) {
+    refuse("--format: OUTPUT - needs " + design::listed(written_formats(&design::Format::name)));
+  }
+  arguments.refuse_idle({"--format"}, !is_printed, "without OUTPUT -");
+  return is_printed ? *design::format_named(arguments.format) : *design::format_of_path(path);
+}
+
+void run_convert(const Arguments& arguments) {
+  const std::string& output = arguments.outputs.front();
+  const design::Format& format = format_of(arguments, output);
+  const PatternText pattern = read_patterns(arguments.files).front();
+  const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
+  const design::Score& score = *piece.score;
+  arguments.note_profiles({score.profile()});
+  if (design::is_event_stream(score.profile())) {
+    refuse(text("--chip: %d plays events, not a waveform", score.profile().chip_type));
+  }
+  design::Losses losses;
+  std::string content = format.write(score, *piece.source, losses);
+  note_losses(arguments, output, losses.lines());
+  const std::string size = design::counted(static_cast<int64_t>(content.size()), "byte");
+  write_files({text_file(output, std::move(content), size)}, arguments.files);
+}
+
 void run_completion(const Arguments& arguments) {
   write_files({text_file(kStandardOutput, completion_for(arguments.shell, *arguments.command->get_parent()))});
 }
@@ -283,6 +323,14 @@ void declare_pattern(Options& options) {
   options.passes();
   options.saving();
   options.output();
+}
+
+void declare_convert(Options& options) {
+  options.pattern_file();
+  options.converted_file();
+  options.motor();
+  options.chip();
+  options.boost();
 }
 
 void declare_tone(Options& options) {
@@ -326,6 +374,9 @@ std::vector<Command> commands() {
        design::kPatternHelp + forms + example +
            "pattern heartbeat.json --loop 3 --interval 200 heartbeat.wav heartbeat.svg",
        run_pattern},
+      {"convert", "Turn patterns into other forms, and those of others into patterns", declare_convert, false,
+       design::formats_help() + example + "convert clip.ahap clip.json\n  lrasynth convert clip.json --format xml -",
+       run_convert},
       {"tone", "Render a sine burst", declare_tone, false,
        forms + example + "tone --frequency 170 --half-periods 20 --amplitude 100 --audible tone.wav", run_tone},
       {"sheet", "Draw a motor model's taps and curves", declare_sheet, false,

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "design/base/text.h"
+#include "design/formats/formats.h"
 #include "design/picture/forms.h"
 
 namespace command {
@@ -204,6 +205,21 @@ void Options::pattern_file() {
       ->expected(1)
       ->allow_extra_args(false)
       ->required();
+}
+
+void Options::converted_file() {
+  add_positional("OUTPUT", arguments_.outputs, "The file to write, in the form that its ending says; or -")
+      ->check([](const std::string& path) {
+        if (path == kStandardOutput || design::format_of_path(path) != nullptr) return std::string();
+        const Words endings = written_formats(&design::Format::ending);
+        return design::echo(path) + " must end in " + design::listed(endings) + ", or be -";
+      })
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->required();
+  add("--format", arguments_.format, "Form of OUTPUT -", one_of(written_formats(&design::Format::name)))
+      ->default_str("");
+  flag("--strict", arguments_.strict, "Take what is lost for a fault");
 }
 
 void Options::pattern_files() {

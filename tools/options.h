@@ -31,6 +31,7 @@ class Options {
   void output();
   void pattern_file();
   void pattern_files();
+  void converted_file();
   void picture_file();
   void shell();
 

@@ -6,6 +6,7 @@
 
 #include "design/base/motor.h"
 #include "design/base/text.h"
+#include "design/formats/formats.h"
 
 namespace design {
 namespace {
@@ -91,8 +92,11 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
   return piece;
 }
 
-PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name) {
-  PatternFile read = read_pattern(json);
+PatternReading read_piece(const Setup& asked, std::string_view text, const std::string& name) {
+  return piece_of(asked, read_file(text, Tuning(asked.profile())), name);
+}
+
+PatternReading piece_of(const Setup& asked, PatternFile read, const std::string& name) {
   PatternReading reading = {merged(asked, read.setup), std::move(read), std::nullopt};
   PatternFile& file = reading.file;
   Faults& faults = file.faults;

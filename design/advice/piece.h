@@ -31,14 +31,17 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
 // What is wrong with a tone, like "frequency: must be ..."; empty: nothing.
 std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods);
 
-// A pattern's text, what it plays on, what can be read of it, and all passes as a piece where it has no faults.
+// What a pattern plays on, what can be read of it, and all passes as a piece where it has no faults.
 struct PatternReading {
   Setup setup;
   PatternFile file;
   std::optional<Piece> piece;
 };
 
-// What is asked for overrides what the text says, which its notes tell.
-PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name);
+// What is asked for overrides what the file says, which its notes tell.
+PatternReading piece_of(const Setup& asked, PatternFile file, const std::string& name);
+
+// Of a text of ours, or of a format from elsewhere.
+PatternReading read_piece(const Setup& asked, std::string_view text, const std::string& name);
 
 }  // namespace design

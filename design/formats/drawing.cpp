@@ -156,7 +156,7 @@ class Writer {
   }
 
   void add(const DrawnCurve& curve) {
-    if (!is_in_time(curve.back().ms)) return;
+    if (!curve.empty() && !is_in_time(curve.back().ms)) return;
     const Line line = merged(curve);
     if (line.size() < 2) return drawing_.losses.add("curve", "left out, shorter than a millisecond");
     for (const Line& part : sounding(line)) {
@@ -195,6 +195,15 @@ std::vector<std::string> Losses::lines() const {
     lines.push_back(thing.empty() ? fate : counted(count, thing.c_str()) + (count == 1 ? " is " : " are ") + fate);
   }
   return lines;
+}
+
+DrawnCurve simplified(const DrawnCurve& curve) {
+  DrawnCurve few;
+  for (const Point& point : thinned(merged(curve))) {
+    const double place = point.place;
+    few.push_back({1.0 * point.ms, 1.0 * point.intensity, point.has_hz() ? 0 : place, point.has_hz() ? place : 0});
+  }
+  return few;
 }
 
 std::string pattern_json(Drawing& drawing) { return Writer(drawing).write(); }

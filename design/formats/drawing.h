@@ -60,6 +60,9 @@ struct Drawing {
   void fault(Place place, std::string what) { faults.add({{}, place, std::move(what)}); }
 };
 
+// In whole milliseconds, steps and places, with as few points as stay within 1 of 100 of all of them.
+DrawnCurve simplified(const DrawnCurve& curve);
+
 // As a pattern file of ours, in ascending start. Times become whole milliseconds; points that fall together are one,
 // the last of them, and where that makes a step, the line before it ends a millisecond earlier; points are left out
 // where the line stays within 1 of 100. Rest, of which no curve sounds, is no event. What lies beyond the longest

@@ -1,36 +1,52 @@
 // SPDX-License-Identifier: Apache-2.0
-// The table of forms from elsewhere that patterns come in and go out in. Whatever reads or offers them goes by it.
+// The table of formats from elsewhere that patterns come in and go out in. Whatever reads or offers them goes by it.
 #pragma once
 
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "design/base/motor.h"
 #include "design/formats/drawing.h"
+#include "design/formats/xml.h"
+#include "design/pattern/file.h"
 #include "design/waveform/waveform.h"
 
 namespace design {
 
-// What was read of a text from elsewhere.
-struct Import {
-  std::string json = {};                 // the same as a pattern file of ours, where there are no faults
-  std::vector<std::string> losses = {};  // what of it could not be taken
-  Faults faults = {};                    // with their places in the text
-};
-
-// Nothing where the text is none of the table's: it is ours, or nobody's. The profile's motor says which levels of taps
-// are meant by hertz.
-std::optional<Import> imported(std::string_view text, const lrasynth_profile& profile);
-
-// A form to write patterns in.
-struct ExportForm {
+struct Format {
   const char* name;    // of --format, and of the studio's exports
   const char* ending;  // of files
   const char* help;
-  std::string (*write)(const Drawing& drawing, Losses& losses);
+
+  // What reads it, if it is JSON or XML from elsewhere.
+  bool (*is_json)(const JsonValue& root);
+  void (*read_json)(const JsonValue& root, const Tuning& tuning, Drawing& drawing);
+  bool (*is_xml)(const XmlElement& root);
+  void (*read_xml)(const XmlElement& root, Drawing& drawing);
+
+  // A pattern with all its passes, whose chip renders samples. Null where the format is only read.
+  std::string (*write)(const Score& score, const Source& source, Losses& losses);
 };
 
-const std::vector<ExportForm>& export_forms();
+// Ours is the first.
+std::span<const Format> formats();
+
+// The one of that name, and the one to write a file of that name in; null where there is none.
+const Format* format_named(std::string_view name);
+const Format* format_of_path(std::string_view path);
+
+// Names, or endings, of those that can be written.
+std::vector<std::string> written_formats(const char* Format::*word);
+
+// A line for each.
+std::string formats_help();
+
+// A file of ours, or of any format that is read: what that means as a pattern of ours. Places of faults are those in
+// the text; events of other formats have none. The tuning's motor says which levels of taps are meant by hertz.
+PatternFile read_file(std::string_view text, const Tuning& tuning);
+
+PatternFile file_of(Drawing drawing);
 
 }  // namespace design

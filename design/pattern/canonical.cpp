@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // Patterns back to JSON, in one form.
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
+#include "design/base/motor.h"
 #include "design/base/text.h"
 #include "design/pattern/file.h"
 #include "design/pattern/time.h"
@@ -20,7 +22,9 @@ constexpr const char* kEventFields[] = {"type",      "start",  "duration", "repe
 
 class Writer {
  public:
-  explicit Writer(const JsonValue& root) : root_(root), tempo_(tempo_of(root)) {
+  // With a profile in the form to hand on.
+  explicit Writer(const JsonValue& root, const lrasynth_profile* profile = nullptr)
+      : root_(root), profile_(profile), tempo_(tempo_of(root)) {
     const JsonValue* const flat = root.member("flat");
     is_flat_ = flat != nullptr && flat->written == "true";
   }
@@ -60,10 +64,46 @@ class Writer {
     for (const char* const name : names) {
       const JsonValue* const value = object.member(name);
       if (value == nullptr) continue;
-      lines_ += separator + quoted(name) + ":";
+      lines_ += separator;
       separator = ",";
+      if (profile_ != nullptr && add_handed_on(object, name, *value)) continue;
+      lines_ += quoted(name) + ":";
       add(*value);
     }
+  }
+
+  // What that form says otherwise, if this is such: the strength of a tap as the motor gets it, and the points of a
+  // curve from its start on.
+  bool add_handed_on(const JsonValue& event, std::string_view name, const JsonValue& value) {
+    const JsonValue* const type = event.member("type");
+    if (type == nullptr) return false;
+    if (type->string == Tap::kType && name == "intensity") {
+      const int32_t level = whole_number(event.member("level")->written).value_or(0);
+      const int32_t intensity = whole_number(value.written).value_or(0);
+      lines_ += text("\"driven\":%d", driven_intensity(*profile_, level, intensity));
+      return true;
+    }
+    if (type->string != Curve::kType || name != "points") return false;
+    lines_ += "\"points\":[";
+    const double first_ms = time_of(time_in(value.items.front()), tempo_).ms;
+    for (const JsonValue& point : value.items) {
+      const long ms = std::lround(time_of(time_in(point), tempo_).ms - first_ms);
+      const bool is_list = point.kind == Kind::kList;
+      lines_ += (&point == value.items.data() ? "" : ",") + text(is_list ? "[%ld" : "{\"time\":%ld", ms);
+      for (const JsonValue& item : point.items) {
+        if (&item == &time_in(point)) continue;
+        const auto place = static_cast<size_t>(&item - point.items.data());
+        lines_ += "," + (is_list ? "" : quoted(point.names[place]) + ":");
+        add(item);
+      }
+      lines_ += is_list ? "]" : "}";
+    }
+    lines_ += "]";
+    return true;
+  }
+
+  static const JsonValue& time_in(const JsonValue& point) {
+    return point.kind == Kind::kList ? point.items[0] : *point.member("time");
   }
 
   void add(const JsonValue& value) {
@@ -93,6 +133,7 @@ class Writer {
   }
 
   const JsonValue& root_;
+  const lrasynth_profile* profile_;
   double tempo_;
   bool is_flat_ = false;
   std::string lines_;
@@ -117,6 +158,10 @@ bool has_comments(const Source& source) {
 }
 
 std::string canonical_json(const Source& source) { return Writer(*source.json.root).write(); }
+
+std::string handed_on_json(const Source& source, const lrasynth_profile& profile) {
+  return Writer(*source.json.root, &profile).write();
+}
 
 std::string flat_json(const std::vector<Event>& events, const lrasynth_profile& profile, const Playback& playback) {
   std::string lines = text(R"({"version":1,"motor":%d,"chip":%d,"boost":%s,)", profile.motor_type, profile.chip_type,

@@ -302,9 +302,9 @@ class FileReader {
     read_setup();
     report_names(root_, known_, "a pattern", report_);
     const JsonValue* const events = root_.member("events");
-    if (events == nullptr || events->kind != JsonKind::kList || events->items.empty()) {
+    if (events == nullptr || events->kind != JsonKind::kList) {
       const Place place = events == nullptr ? root_.place : events->place;
-      return report_(place, "must be an object with events, a list of at least one");
+      return report_(place, "must be an object with events, a list");
     }
     std::vector<Entry> entries;
     int32_t number = 0;
@@ -399,19 +399,23 @@ class FileReader {
 
 }  // namespace
 
-PatternFile read_pattern(std::string_view json) {
-  PatternFile file;
-  if (json.size() > kLargestFile) {
-    file.faults.add({{}, {}, text("must not be larger than %zu bytes", kLargestFile)});
-    return file;
+std::shared_ptr<const Source> source_of(std::string_view text) {
+  if (text.size() > kLargestFile) {
+    const std::string fault = design::text("must not be larger than %zu bytes", kLargestFile);
+    return std::make_shared<Source>(Source{{}, {std::nullopt, {.what = fault}}});
   }
-  const auto source = std::make_shared<Source>(Source{std::string(json), {}});
+  const auto source = std::make_shared<Source>(Source{std::string(text), {}});
   source->json = read_json(source->text);
-  file.source = source;
-  if (source->json.root) {
-    FileReader(*source->json.root, file).read();
+  return source;
+}
+
+PatternFile read_pattern(std::shared_ptr<const Source> source) {
+  PatternFile file;
+  file.source = std::move(source);
+  if (file.source->json.root) {
+    FileReader(*file.source->json.root, file).read();
   } else {
-    file.faults.add(source->json.fault);
+    file.faults.add(file.source->json.fault);
   }
   return file;
 }

@@ -44,11 +44,13 @@ Setup merged(const Setup& asked, const Setup& of_file);
 // What is asked for against what the file says: "motor 832 overrides the file's 1040".
 std::vector<std::string> overrides(const Setup& asked, const Setup& of_file);
 
-// The text of a file and its tree, which refers to it.
+// The text of a file and its tree, which refers to it. Of a text that is larger than a file may be there is no tree.
 struct Source {
   std::string text;
   JsonText json;
 };
+
+std::shared_ptr<const Source> source_of(std::string_view text);
 
 // What can be read of a file, and what cannot.
 struct PatternFile {
@@ -58,18 +60,24 @@ struct PatternFile {
   // Laid out, in ascending start; as they stand where the file says that it is flat. Not yet fitted to a chip and
   // motor.
   std::vector<Event> events;
-  std::vector<std::string> notes;  // on what was not taken as it stands
+  std::vector<std::string> notes;   // on what was not taken as it stands
+  std::vector<std::string> losses;  // of a file from elsewhere: what could not be taken
   Faults faults;
   std::shared_ptr<const Source> source;
 };
 
-PatternFile read_pattern(std::string_view json);
+PatternFile read_pattern(std::shared_ptr<const Source> source);
+inline PatternFile read_pattern(std::string_view json) { return read_pattern(source_of(json)); }
 
 // Whether it has comments, which are not kept.
 bool has_comments(const Source& source);
 
 // All that it says, a line for each event, its fields and its events in one order. The text is without faults.
 std::string canonical_json(const Source& source);
+
+// The same for whoever knows nothing of motors' shares: taps have the strength that this profile's motor gets, and
+// points of curves are whole milliseconds from their event's start.
+std::string handed_on_json(const Source& source, const lrasynth_profile& profile);
 
 // The same waveform as a file of records, one for each that events are made of, for this chip and motor. Its events are
 // fitted to them.

@@ -85,7 +85,8 @@ Score::Score(const lrasynth_profile& profile, const Playback& playback, std::vec
       playback_(playback),
       events_(std::move(events)),
       request_(request_of(events_, profile, playback)),
-      heard_(events_.size()) {
+      heard_(events_.size()),
+      heard_in_layer_(events_.size()) {
   lrasynth_pattern once = pattern();
   once.loop_count = 1;
   const Length first = pattern_length(profile_, once);
@@ -143,7 +144,8 @@ void Score::find_heard_of(bool taps, const std::vector<Span>& others, std::vecto
     // Of the later ones of its layer only those matter that this one reaches.
     std::vector<Span> reached;
     for (size_t j = covered.size(); j-- > 0 && covered[j].from < span.to;) reached.push_back(covered[j]);
-    for (const Span part : without(span, reached)) {
+    heard_in_layer_[i] = without(span, reached);
+    for (const Span part : heard_in_layer_[i]) {
       const std::vector<Span> parts = without(part, others);
       heard_[i].insert(heard_[i].end(), parts.begin(), parts.end());
     }

@@ -98,6 +98,8 @@ class Score {
   // From its start to its end in the first pass, and of that what no other event plays over.
   Span span_of(size_t event) const;
   const std::vector<Span>& heard(size_t event) const { return heard_[event]; }
+  // The same, where taps are not counted as playing over vibrations.
+  const std::vector<Span>& heard_in_layer(size_t event) const { return heard_in_layer_[event]; }
   // Of all events, in ascending time.
   std::vector<Heard> all_heard() const;
 
@@ -113,6 +115,7 @@ class Score {
   std::vector<Event> events_;
   Request request_;
   std::vector<std::vector<Span>> heard_;
+  std::vector<std::vector<Span>> heard_in_layer_;
   std::vector<Section> sections_;
   int64_t length_ = 0;
   double pass_ms_ = 0;
