@@ -1,10 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
-// Faults as lines.
+// Places counted, and faults as lines.
 #include "design/base/fault.h"
 
 #include "design/base/text.h"
 
 namespace design {
+
+Place Places::at(size_t byte) {
+  for (; counted_ < byte; ++counted_) {
+    const bool continues = (static_cast<uint8_t>(text_[counted_]) & 0xC0) == 0x80;
+    if (text_[counted_] == '\n') {
+      place_ = {place_.line + 1, 1};
+    } else if (!continues) {
+      ++place_.column;
+    }
+  }
+  return place_;
+}
 
 std::string EventName::words() const { return text("event %d", entry) + inside; }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace design {
@@ -12,6 +13,19 @@ namespace design {
 struct Place {
   size_t line = 0;
   size_t column = 0;
+};
+
+// The places of a text. They are asked for in its order, so that lines are counted once.
+class Places {
+ public:
+  explicit Places(std::string_view text) : text_(text) {}
+
+  Place at(size_t byte);
+
+ private:
+  std::string_view text_;
+  size_t counted_ = 0;  // bytes
+  Place place_ = {1, 1};
 };
 
 // Which event something is about.

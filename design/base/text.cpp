@@ -12,24 +12,6 @@
 namespace design {
 namespace {
 
-// Bytes of the character in UTF-8 that begins here (RFC 3629), 0 where none does. Surrogates and overlong forms are
-// told from the second byte.
-size_t length_of_character(std::string_view raw) {
-  const auto byte = [&](size_t i) { return i < raw.size() ? static_cast<uint8_t>(raw[i]) : 0; };
-  const auto follows = [&](size_t i) { return (byte(i) & 0xC0) == 0x80; };
-  const int first = byte(0);
-  const int second = byte(1);
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first < 0xE0) return follows(1) ? 2 : 0;
-  if ((first & 0xF0) == 0xE0) {
-    const bool valid = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0);
-    return valid && follows(1) && follows(2) ? 3 : 0;
-  }
-  if (first < 0xF0 || first > 0xF4) return 0;
-  const bool valid = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
-  return valid && follows(1) && follows(2) && follows(3) ? 4 : 0;
-}
-
 // C0, C1, DEL, and the two characters that no XML may hold.
 bool is_control(std::string_view character) {
   if (character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") return true;
@@ -68,6 +50,23 @@ std::string text(const char* format, ...) {
   std::string result(printed, static_cast<size_t>(length));
   std::free(printed);
   return result;
+}
+
+// Surrogates and overlong forms are told from the second byte.
+size_t length_of_character(std::string_view raw) {
+  const auto byte = [&](size_t i) { return i < raw.size() ? static_cast<uint8_t>(raw[i]) : 0; };
+  const auto follows = [&](size_t i) { return (byte(i) & 0xC0) == 0x80; };
+  const int first = byte(0);
+  const int second = byte(1);
+  if (first < 0x80) return 1;
+  if (first >= 0xC2 && first < 0xE0) return follows(1) ? 2 : 0;
+  if ((first & 0xF0) == 0xE0) {
+    const bool valid = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0);
+    return valid && follows(1) && follows(2) ? 3 : 0;
+  }
+  if (first < 0xF0 || first > 0xF4) return 0;
+  const bool valid = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
+  return valid && follows(1) && follows(2) && follows(3) ? 4 : 0;
 }
 
 std::string shown(std::string_view raw, size_t most_characters) {

@@ -22,6 +22,9 @@ std::string grouped(int64_t count);
 // A time as people read it, to the hundredth of a millisecond: "40", "21.04".
 std::string ms_text(double ms);
 
+// Bytes of the character in UTF-8 that begins here (RFC 3629), 0 where none does.
+size_t length_of_character(std::string_view raw);
+
 // Foreign bytes for one line of a message or a picture: control characters and what is no UTF-8 as \xHH, and what is
 // longer than that many characters cut, with "..." behind.
 std::string shown(std::string_view raw, size_t most_characters = 40);

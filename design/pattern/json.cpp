@@ -46,7 +46,7 @@ struct Stream : rapidjson::InsituStringStream {
 // Takes the parser's events, each of which comes when its token has been read.
 class TreeBuilder {
  public:
-  explicit TreeBuilder(std::string_view text) : text_(text), copy_(text), stream_(nullptr), placed_(text.data()) {
+  explicit TreeBuilder(std::string_view text) : text_(text), copy_(text), stream_(nullptr), places_(text) {
     // The parser ends at a NUL, but reads a character of several bytes to its end before it looks.
     constexpr size_t kLongestCharacter = 4;
     copy_.append(kLongestCharacter, '\0');
@@ -122,18 +122,7 @@ class TreeBuilder {
     return text_.substr(begin, stream_.Tell() - begin);
   }
 
-  // Tokens come in the order of the text, so that lines are counted once.
-  Place place_of(std::string_view written) {
-    for (; placed_ < written.data(); ++placed_) {
-      const bool continues = (static_cast<uint8_t>(*placed_) & 0xC0) == 0x80;
-      if (*placed_ == '\n') {
-        place_ = {place_.line + 1, 1};
-      } else if (!continues) {
-        ++place_.column;
-      }
-    }
-    return place_;
-  }
+  Place place_of(std::string_view written) { return places_.at(static_cast<size_t>(written.data() - text_.data())); }
 
   JsonText refused(size_t at, const std::string& why) {
     return {std::nullopt, {{}, place_of(text_.substr(at)), "is not JSON: " + why}};
@@ -167,8 +156,7 @@ class TreeBuilder {
   std::string copy_;  // in which the parser resolves escapes
   Stream stream_;
   size_t end_ = 0;  // of the last token
-  const char* placed_;
-  Place place_ = {1, 1};
+  Places places_;
   std::optional<JsonValue> root_;
   JsonValue* newest_ = nullptr;
   std::vector<JsonValue*> open_;  // only the innermost list grows, so that these stay where they are
