@@ -31,18 +31,19 @@ std::string in_effect(const std::string& xml) { return "<vibration-effect>" + xm
 
 // "tap 0 100 70; curve 0:0:0 20:50:-50; 1 loss is told"
 std::string words_of(const Drawing& drawing) {
-  std::string words;
-  const auto separate = [&] { words += words.empty() ? "" : "; "; };
-  for (const DrawnTap& tap : drawing.taps) separate(), words += text("tap %g %g %g", tap.ms, tap.strength, tap.level);
+  std::vector<std::string> parts;
+  for (const DrawnTap& tap : drawing.taps) parts.push_back(text("tap %g %g %g", tap.ms, tap.strength, tap.level));
   for (const DrawnCurve& curve : drawing.curves) {
-    separate(), words += "curve";
+    std::string& words = parts.emplace_back("curve");
     for (const DrawnPoint& point : curve) {
-      words += text(point.hz > 0 ? " %g:%g:%gHz" : " %g:%g:%g", point.ms, point.intensity,
-                    point.hz > 0 ? point.hz : point.offset);
+      words += text(" %g:%g:", point.ms, point.intensity);
+      words += point.hz > 0 ? text("%gHz", point.hz) : text("%g", point.offset);
     }
   }
-  for (const std::string& line : drawing.losses.lines()) separate(), words += line;
-  for (const std::string& line : drawing.faults.lines("x")) separate(), words += line;
+  for (const std::string& line : drawing.losses.lines()) parts.push_back(line);
+  for (const std::string& line : drawing.faults.lines("x")) parts.push_back(line);
+  std::string words;
+  for (const std::string& part : parts) words += (words.empty() ? "" : "; ") + part;
   return words;
 }
 
@@ -226,7 +227,10 @@ class Dice {
         if (!can_be_said && from(0, 3) == 0) drawing.taps.push_back({ms + real(50), real(100), real(100)});
         ms += can_be_said ? 20 + real(80) : from(0, 5) * real(20);
       }
-      if (can_be_said) curve.front().intensity = curve.back().intensity = 0, curve[1].intensity = 50;
+      if (can_be_said) {
+        curve[1].intensity = 50;
+        curve.front().intensity = curve.back().intensity = 0;
+      }
       ms += can_be_said ? 20 + from(0, 50) : real(50);
     }
     return drawing;
@@ -253,7 +257,7 @@ DrawnPoint at(const Drawing& drawing, double ms) {
 // Whether a value is among those that the line has within a millisecond.
 bool is_near(double value, const Drawing& drawing, double ms, double DrawnPoint::*of) {
   std::vector<double> around;
-  for (double near_ms = ms - 1; near_ms <= ms + 1; near_ms += 0.125) around.push_back(at(drawing, near_ms).*of);
+  for (int32_t i = -8; i <= 8; ++i) around.push_back(at(drawing, ms + i / 8.0).*of);
   const auto [least, most] = std::minmax_element(around.begin(), around.end());
   return value >= *least - 1 && value <= *most + 1;
 }
@@ -274,7 +278,7 @@ TEST(Android, SaysWhatItCanSayExactly) {
       EXPECT_EQ(back.taps[i].level, drawing.taps[i].level) << xml;
     }
     const double end_ms = drawing.curves.empty() ? 0 : drawing.curves.back().back().ms;
-    for (double ms = 0; ms < end_ms; ms += 3) {
+    for (int32_t ms = 0; ms < end_ms; ms += 3) {
       const DrawnPoint read = at(back, ms);
       EXPECT_TRUE(is_near(read.intensity, drawing, ms, &DrawnPoint::intensity)) << ms << xml;
       EXPECT_TRUE(read.intensity < 1 || is_near(read.offset, drawing, ms, &DrawnPoint::offset)) << ms << xml;
@@ -308,6 +312,8 @@ TEST(Android, WritesWhatThePlatformTakes) {
 TEST(Android, TellsWhatIsLost) {
   DrawnCurve zigzag;
   for (int32_t i = 0; i <= 20; ++i) zigzag.push_back({100.0 * i, i % 20 == 0 ? 0.0 : i == 9 ? 40.0 : 80.0 + i % 2, 0});
+  DrawnCurve resting = zigzag;
+  resting[3].intensity = 0;
   const std::pair<Drawing, std::string> kCases[] = {
       {{.taps = {{0, 30, 60}, {9, 60, 90}}},
        "tap 0 30 70; tap 9 60 70; 2 taps are given the level of the nearest primitive"},
@@ -328,7 +334,12 @@ TEST(Android, TellsWhatIsLost) {
       {{.curves = {zigzag}},
        "curve 0:0:0 100:81:0 200:80:0 300:81:0 400:80:0 500:81:0 600:80:0 700:81:0 800:80:0 880:48:0 900:0:0; curve "
        "900:0:0 920:48:0 1000:80:0 1100:81:0 1200:80:0 1300:81:0 1400:80:0 1500:81:0 1600:80:0 1700:81:0 1800:80:0 "
-       "1900:81:0 2000:0:0; 1 moment of rest is put into curves of more than 16 points"},
+       "1900:81:0 2000:0:0; 1 pause is put into curves of more than 16 points"},
+      // It parts where it rests, and weak points behind that stay.
+      {{.curves = {{resting.begin(), resting.begin() + 17}}},
+       "curve 0:0:0 100:81:0 200:80:0 300:0:0; curve 300:0:0 400:80:0 500:81:0 600:80:0 700:81:0 800:80:0 900:40:0 "
+       "1000:80:0 1100:81:0 1200:80:0 1300:81:0 1400:80:0 1500:81:0 1580:80.2:0 1600:0:0; 1 hard edge is softened, "
+       "over 20 ms or more"},
   };
   for (const auto& [drawing, words] : kCases) {
     Losses losses;

@@ -95,7 +95,8 @@ constexpr Envelope kBasicEnvelope = {{"intensity", 0, 1}, {"sharpness", 0, 1}, {
 // Digits with a point and an exponent; what else a C library takes for a number is none.
 std::optional<double> number_of(std::string_view word) {
   constexpr size_t kLongest = 64;
-  if (word.empty() || word.size() > kLongest || word.find_first_not_of("0123456789+-.eE") != word.npos) return {};
+  if (word.empty() || word.size() > kLongest || word.find_first_not_of("0123456789+-.eE") != std::string_view::npos)
+    return {};
   const std::string digits(word);
   char* end = nullptr;
   const double number = std::strtod(digits.c_str(), &end);
@@ -204,7 +205,7 @@ class Reader {
     if (!has_effect) fault_of(list, "has no effect");
   }
 
-  // What repeats has nothing behind it.
+  // Whether a child stands where it may: what repeats has nothing behind it.
   bool is_in_order(const XmlElement& child, bool& has_repeated) {
     const bool is_repeating = child.name == "repeating";
     if (has_repeated) {
@@ -264,7 +265,7 @@ class Reader {
     const bool goes_on = !curve.empty() && curve.back().intensity == intensity;
     if (!goes_on) curve.push_back({1.0 * cursor_ms_, intensity});
     advance(entry, cursor_ms_ + ms);
-    if (goes_on && curve.size() > 1) curve.pop_back();
+    if (goes_on) curve.pop_back();
     curve.push_back({1.0 * cursor_ms_, intensity});
   }
 
@@ -425,7 +426,7 @@ Line trimmed(Line line) {
   const auto last = std::find_if(line.rbegin(), line.rend(), is_loud).base() - 1;
   const bool rises = first != line.begin() && first[-1].ms < first->ms;
   const bool falls = last + 1 != line.end() && last[1].ms > last->ms;
-  return Line(first - (rises ? 1 : 0), last + (falls ? 2 : 1));
+  return {first - (rises ? 1 : 0), last + (falls ? 2 : 1)};
 }
 
 // The curves in ascending start; one that starts where another ends goes on with it.
@@ -609,7 +610,7 @@ class Writer {
       add_envelope(effect);
       effect = {rests};
       if (!has_rest) add_halfway(effect, *parting, parting[1], parting->ms + kLeastApartMs);
-      losses_.add("moment of rest", text("put into curves of more than %zu points", kMostPoints), has_rest ? 0 : 1);
+      losses_.add("pause", text("put into curves of more than %zu points", kMostPoints), has_rest ? 0 : 1);
       next = static_cast<size_t>(parting - points.begin()) + 1;
     }
     effect.insert(effect.end(), points.begin() + static_cast<ptrdiff_t>(next), points.end());

@@ -17,7 +17,7 @@ constexpr size_t kMostElements = 250'000;  // more than any pattern can have eve
 
 constexpr std::string_view kSpace = " \t\r\n";
 
-constexpr bool is_space(char c) { return kSpace.find(c) != kSpace.npos; }
+constexpr bool is_space(char c) { return kSpace.find(c) != std::string_view::npos; }
 
 constexpr bool begins_name(char c) {
   const char lower = static_cast<char>(c | 0x20);
@@ -109,7 +109,7 @@ class TreeReader {
       const Remark* const remark = std::find_if(std::begin(kRemarks), std::end(kRemarks), begins);
       if (remark == std::end(kRemarks)) return true;
       const size_t end = text_.find(remark->end, at_ + remark->begin.size());
-      if (end == text_.npos) return refuse(at_, std::string(remark->name) + " has no end");
+      if (end == std::string_view::npos) return refuse(at_, std::string(remark->name) + " has no end");
       at_ = end + remark->end.size();
     }
   }
@@ -184,11 +184,11 @@ class TreeReader {
     if (!is_at("\"") && !is_at("'"))
       return refuse(at_, "quotes are missing around the value of " + shown(attribute.name));
     const size_t end = text_.find(text_[at_], begin);
-    if (end == text_.npos) return refuse(at_, "the value of " + shown(attribute.name) + " has no end");
+    if (end == std::string_view::npos) return refuse(at_, "the value of " + shown(attribute.name) + " has no end");
     attribute.value = text_.substr(begin, end - begin);
     const size_t odd = attribute.value.find_first_of("<&");
-    at_ = odd == attribute.value.npos ? end + 1 : begin + odd;
-    if (odd == attribute.value.npos) return true;
+    at_ = odd == std::string_view::npos ? end + 1 : begin + odd;
+    if (odd == std::string_view::npos) return true;
     return refuse_unread() && refuse(at_, "< stands in the value of " + shown(attribute.name));
   }
 
