@@ -42,10 +42,10 @@ WHOLE = "must be a whole number from 0 to 100, not"
 
 # Each with its exit status and what it says; p.json is a pattern, link.json a link to it, standard input is empty.
 WRONG_CALLS = rf"""
- | 2 | a command is required: tap, pattern, tone, sheet, compare or completion
-wobble | 2 | wobble: is no command; there are tap, pattern, tone, sheet, compare and completion
+ | 2 | a command is required: tap, pattern, convert, tone, sheet, compare or completion
+wobble | 2 | wobble: is no command; there are tap, pattern, convert, tone, sheet, compare and completion
 patern p.json | 2 | patern: is no command; .*; did you mean pattern\?
---motor 832 | 2 | --motor: stands behind its command: tap, pattern, sheet or compare
+--motor 832 | 2 | --motor: stands behind its command: tap, pattern, convert, sheet or compare
 --hlep | 2 | --hlep: is no option; did you mean --help\?
 --motor 832 tap | 2 | --motor: stands behind its command: lrasynth tap --motor
 --response tap x.svg | 2 | --response: stands behind its command: lrasynth tap --response

@@ -46,6 +46,23 @@ struct Point {
 
 using Line = std::vector<Point>;
 
+// The parts of a curve that are not rest, without steps where they begin and end.
+std::vector<DrawnCurve> sounding(const DrawnCurve& curve) {
+  std::vector<DrawnCurve> parts;
+  bool is_open = false;
+  for (size_t i = 1; i < curve.size(); ++i) {
+    const bool is_step = !(curve[i - 1].ms < curve[i].ms);
+    const bool is_rest = Point(curve[i - 1]).intensity == 0 && Point(curve[i]).intensity == 0;
+    if (!is_open && !is_step && !is_rest) parts.push_back({curve[i - 1]});
+    is_open = is_step ? is_open : !is_rest;
+    if (is_open) parts.back().push_back(curve[i]);
+  }
+  for (DrawnCurve& part : parts) {
+    while (part.size() > 2 && !(part[part.size() - 2].ms < part.back().ms)) part.pop_back();
+  }
+  return parts;
+}
+
 // Points of ascending whole milliseconds.
 Line merged(const DrawnCurve& curve) {
   Line line;
@@ -66,6 +83,7 @@ Line merged(const DrawnCurve& curve) {
 // The slopes of the lines from a point that pass near to others.
 class Cone {
  public:
+  bool is_empty() const { return low_ > high_; }
   bool has(double dx, double dy) const { return dy >= low_ * dx && dy <= high_ * dx; }
   void narrow(double dx, double dy, double near) {
     low_ = std::max(low_, (dy - near) / dx);
@@ -77,37 +95,28 @@ class Cone {
   double high_ = 1e9;
 };
 
-// Without the points that a line between others passes near enough.
+// Without the points that a line between others passes near enough: from each point to the farthest that will do.
 Line thinned(const Line& line) {
+  constexpr size_t kMostPassed = 100;  // points in a row that will not do, so that time is as the line is long
   Line kept = {line.front()};
-  Cone intensity;
-  Cone place;
-  for (size_t i = 1; i < line.size(); ++i) {
-    const Point& from = kept.back();
-    const int32_t ms = line[i].ms - from.ms;
-    if (!intensity.has(ms, line[i].intensity - from.intensity) || !place.has(ms, line[i].place - from.place)) {
-      kept.push_back(line[--i]);
-      intensity = place = Cone();
-      continue;
+  for (size_t at = 0; at + 1 < line.size();) {
+    const Point& from = line[at];
+    Cone intensity;
+    Cone place;
+    size_t farthest = at + 1;
+    for (size_t i = at + 1; i < line.size() && i <= farthest + kMostPassed; ++i) {
+      const int32_t ms = line[i].ms - from.ms;
+      const bool will_do =
+          intensity.has(ms, line[i].intensity - from.intensity) && place.has(ms, line[i].place - from.place);
+      if (will_do) farthest = i;
+      intensity.narrow(ms, line[i].drawn.intensity - from.intensity, kNear);
+      place.narrow(ms, line[i].drawn_place() - from.place, line[i].near());
+      if (intensity.is_empty() || place.is_empty()) break;
     }
-    intensity.narrow(ms, line[i].drawn.intensity - from.intensity, kNear);
-    place.narrow(ms, line[i].drawn_place() - from.place, line[i].near());
+    at = farthest;
+    kept.push_back(line[at]);
   }
-  if (kept.back().ms < line.back().ms) kept.push_back(line.back());
   return kept;
-}
-
-// The parts of a line that are not rest.
-std::vector<Line> sounding(const Line& line) {
-  std::vector<Line> parts;
-  bool is_open = false;
-  for (size_t i = 1; i < line.size(); ++i) {
-    const bool sounds = line[i - 1].intensity > 0 || line[i].intensity > 0;
-    if (sounds && !is_open) parts.push_back({line[i - 1]});
-    if (sounds) parts.back().push_back(line[i]);
-    is_open = sounds;
-  }
-  return parts;
 }
 
 // As computed times are written, which may be those that read as the start of an event.
@@ -157,10 +166,12 @@ class Writer {
 
   void add(const DrawnCurve& curve) {
     if (!curve.empty() && !is_in_time(curve.back().ms)) return;
-    const Line line = merged(curve);
-    if (line.size() < 2) return drawing_.losses.add("curve", "left out, shorter than a millisecond");
-    for (const Line& part : sounding(line)) {
-      const Line few = thinned(part);
+    for (const DrawnCurve& part : sounding(curve)) {
+      const Line few = thinned(merged(part));
+      if (few.size() < 2) {
+        drawing_.losses.add("curve", "left out, shorter than a millisecond");
+        continue;
+      }
       points_ += few.size();
       events_.emplace_back(few.front().ms, curve_json(few));
     }

@@ -159,6 +159,7 @@ class HapticWriter {
       };
       for (; point != amplitude_.points().end() && is_earlier(*point); ++point) points_.push_back({*point});
       points_.push_back({emphasis, &tap});
+      if (point != amplitude_.points().end() && point->ms == emphasis.ms && point->value == emphasis.value) ++point;
     }
     for (; point != amplitude_.points().end(); ++point) points_.push_back({*point});
   }
