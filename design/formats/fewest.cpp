@@ -18,7 +18,7 @@ constexpr size_t kWays = std::size(kBeside);
 constexpr size_t kFarthest = 400;
 
 // What it costs, in points, to fall short of a passage that is louder than the motor plays there.
-constexpr float kShort = 0.05F;
+constexpr float kShort = 0.3F;
 
 // The slopes of lines that keep within bounds.
 class Cone {
@@ -65,8 +65,8 @@ class Path {
       const auto hz = static_cast<float>(tuning.hertz(offset));
       const auto full = static_cast<float>(tuning.full(offset) / 128);
       if (passage.least > full) ++loud;
-      spots_.push_back({offset, hz, full, std::max(near_hz, std::fabs(hz - passage.hz) + 1),
-                        std::min(passage.least, full), loud});
+      spots_.push_back(
+          {offset, hz, full, std::max(near_hz, std::fabs(hz - passage.hz) + 1), std::min(passage.least, full), loud});
       for (size_t k = 0; k < kWays; ++k) {
         Way& way = ways_[i][k];
         const float asked = kBeside[k] * passage.amplitude;

@@ -27,8 +27,8 @@ struct FittedCurve {
   float shortest = 1;   // the least part of an amplitude that is played
 };
 
-// Two passages or more of ascending time. Lines run straight from amplitude to amplitude, and from hertz to hertz within
-// that many, or as near as the motor has them.
+// Two passages or more of ascending time. Lines run straight from amplitude to amplitude, and from hertz to hertz
+// within that many, or as near as the motor has them.
 FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning, float near_hz);
 
 }  // namespace design

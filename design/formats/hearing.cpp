@@ -55,7 +55,9 @@ Hearing::Stage::Stage(Kind stage_kind, double stage_rate, double delay_ms)
 Hearing::Hearing(double rate) : rate_(rate), whole_rate_(rate), whole_(rate, 0) {
   double delay = 0;
   for (;; rate /= 2) {
-    const Stage::Kind kind = rate >= kBeyondHearing ? Stage::kUnheard : rate >= kLastRate ? Stage::kOctave : Stage::kLast;
+    const Stage::Kind kind = rate >= kBeyondHearing ? Stage::kUnheard
+                             : rate >= kLastRate    ? Stage::kOctave
+                                                    : Stage::kLast;
     if (kind != Stage::kUnheard && (stages_.empty() || stages_.back().kind == Stage::kUnheard)) {
       whole_rate_ = rate;
       whole_ = Clock(rate, delay);

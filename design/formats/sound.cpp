@@ -25,8 +25,11 @@ constexpr double kBoundDb = 2;
 // Codes of the two sides of rest are one step apart, so that vibrations sound that much stronger than they are driven.
 constexpr double kCodedApart = 4 / std::numbers::pi / 128;
 
-constexpr size_t kHop = 5;             // frames from passage to passage
-constexpr size_t kWindow = 8;          // frames to either side of what an envelope is a mean of
+constexpr size_t kHop = 5;  // frames from passage to passage
+// Frames to either side of what an envelope is a mean of: enough of a period that the mean is steady.
+constexpr double kReachPeriods = 0.75;
+constexpr size_t kLeastReach = 8;
+constexpr size_t kMostReach = 32;
 constexpr size_t kBrightnessHops = 3;  // to either side of what a brightness is a median of
 constexpr size_t kShortestRest = 20;   // frames
 constexpr size_t kShortestCurve = 5;
@@ -37,9 +40,9 @@ constexpr double kNear = 1.5;
 // What is bright and dull in a sound that is far from them.
 constexpr double kDullHz = 60;
 constexpr double kBrightHz = 6000;
-// By how many offsets lines may pass them.
-constexpr double kNearOffsets = 1.5;
-constexpr double kNearBrightness = 6;
+// How far lines may pass from a frequency that is kept, and from a brightness, in parts of the motor's range.
+constexpr double kNearHz = 5;
+constexpr double kNearBrightness = 0.06;
 
 double factor_of(double db) { return std::pow(10, db / 20); }
 double db_of(double factor) { return 20 * std::log10(factor); }
@@ -64,7 +67,7 @@ class Places {
 
   // How far lines may pass from them.
   double near_hertz() const {
-    return (keeps_hertz_ ? kNearOffsets : kNearBrightness) * (tuning_.hertz(50) - tuning_.hertz(-50)) / 100;
+    return keeps_hertz_ ? kNearHz : kNearBrightness * (tuning_.hertz(50) - tuning_.hertz(-50));
   }
 
  private:
@@ -85,7 +88,8 @@ class Sketch {
 
   void draw_taps(const TapSounds& sounds, Drawing& drawing) {
     for (const Onset& onset : onsets_of(hearing_, frames_, floor_)) {
-      const int level = places_.keeps_hertz() ? sounds.nearest(onset.octaves) : static_cast<int>(std::lround(100 * Places::brightness(onset.octaves)));
+      const int level = places_.keeps_hertz() ? sounds.nearest(onset.octaves)
+                                              : static_cast<int>(std::lround(100 * Places::brightness(onset.octaves)));
       const TapSounds::Sound& sound = sounds.at(level);
       const double ms = std::max(static_cast<double>(onset.attack) - sound.attack_ms, 0.0);
       const double strength = std::min(100 * static_cast<double>(onset.peak) / sound.peak, 100.0);
@@ -135,24 +139,21 @@ class Sketch {
   template <class Counts>
   double octaves_at(size_t at, Counts counts) const {
     Frame sum;
-    for_window(at, [&](size_t i, float weight) {
+    for_window(at, kLeastReach, [&](size_t i, float weight) {
       if (counts(i)) sum.add(frames_[i], weight);
     });
     return hearing_.octaves(sum);
   }
 
+  // The frames up to a reach away from one, and how much each weighs.
   template <class Visit>
-  void for_window(size_t at, Visit visit) const {
-    static const std::array<float, kWindow + 1> weights = [] {
-      std::array<float, kWindow + 1> made;
-      for (size_t i = 0; i <= kWindow; ++i) {
-        made[i] = 0.5F + 0.5F * std::cos(std::numbers::pi_v<float> * static_cast<float>(i) / (kWindow + 1));
-      }
-      return made;
-    }();
-    const size_t first = at - std::min(at, kWindow);
-    const size_t last = std::min(at + kWindow, frames_.size() - 1);
-    for (size_t i = first; i <= last; ++i) visit(i, weights[i < at ? at - i : i - at]);
+  void for_window(size_t at, size_t reach, Visit visit) const {
+    const size_t last = std::min(at + reach, frames_.size() - 1);
+    for (size_t i = at - std::min(at, reach); i <= last; ++i) {
+      const float away = static_cast<float>(i < at ? at - i : i - at) / static_cast<float>(reach + 1);
+      const float weight = 1 - away * away;
+      visit(i, weight * weight);
+    }
   }
 
   void hide(size_t from, size_t to) {
@@ -239,7 +240,8 @@ class Sketch {
   Passage passage(size_t at, double octaves) const {
     float power = 0;
     float weights = 0;
-    for_window(at, [&](size_t i, float weight) {
+    const double periods = kReachPeriods * 1000 / std::exp2(octaves);
+    for_window(at, std::clamp(static_cast<size_t>(periods), kLeastReach, kMostReach), [&](size_t i, float weight) {
       if (states_[i] != kSounds) return;
       power += weight * frames_[i].power;
       weights += weight;
@@ -284,7 +286,7 @@ void Listener::fault(std::string what) {
 }
 
 void Listener::hear(std::span<const float> samples) {
-  if (drawing_.faults.count > 0) return;
+  if (!wants_more()) return;
   const auto count = static_cast<int64_t>(samples.size());
   const int64_t from = std::clamp(first_ - heard_, int64_t{0}, count);
   const int64_t to = std::clamp(end_ - heard_, from, count);
@@ -298,7 +300,7 @@ void Listener::hear(std::span<const float> samples) {
     louder.push_back(std::clamp(sample * gain_, -kLoudest, kLoudest));
   }
   heard_ += count;
-  if (static_cast<double>(std::min(heard_, end_) - first_) > kLongestMs * rate_ / 1000) {
+  if (static_cast<double>(std::min(heard_, end_)) > kLongestMs * rate_ / 1000) {
     return fault(text("lasts longer than %d ms", kLongestMs));
   }
   hearing_.hear(louder);
@@ -311,7 +313,8 @@ Drawing Listener::drawing(const lrasynth_profile& profile) {
   for (const Frame& frame : frames) peak = std::max(peak, frame.peak);
   if (static_cast<double>(peak) <= factor_of(options_.floor_db)) {
     if (peak > 0) {
-      drawing_.losses.say(text("its loudest moment has %.1f dB, below the floor of %.1f", db_of(static_cast<double>(peak)), options_.floor_db));
+      drawing_.losses.say(text("its loudest moment has %.1f dB, below the floor of %.1f",
+                               db_of(static_cast<double>(peak)), options_.floor_db));
     }
     return std::move(drawing_);
   }

@@ -40,11 +40,14 @@ constexpr double kMostSoundRate = 384'000;
 // 6 kHz on a scale of octaves, becomes a place on the motor's range of offsets and levels.
 class Listener {
  public:
-  // full_scale samples are 1 or -1.
+  // Samples of full scale are 1 or -1.
   Listener(double rate, const SoundOptions& options);
 
   // The next samples of one channel. Those that lie outside from..to are passed over.
   void hear(std::span<const float> samples);
+
+  // Whether there is any use in more of them.
+  bool wants_more() const { return drawing_.faults.count == 0 && heard_ < end_; }
 
   // Once, behind the last sample. Faults are those of the sound: a sample that is no number, too long, no such rate.
   Drawing drawing(const lrasynth_profile& profile);
