@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "design/base/motor.h"
+#include "design/formats/sound.h"
 #include "design/pattern/file.h"
 #include "design/waveform/response.h"
 #include "files.h"
@@ -28,6 +29,9 @@ struct Arguments {
   int32_t half_periods = 0;
   int32_t amplitude = 0;
   design::Playback playback;
+  design::SoundOptions sound;
+  bool taps_alone = false;
+  bool curves_alone = false;
   std::string save_path;
   bool flat = false;
   bool print_request = false;

@@ -17,6 +17,7 @@
 #include "design/picture/plot.h"
 #include "design/picture/sheet.h"
 #include "options.h"
+#include "sound.h"
 
 namespace command {
 namespace {
@@ -47,15 +48,24 @@ design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& prof
   return design::tap_piece(profile, level, arguments.intensity, in_pattern);
 }
 
-// A pattern file: its path, its content, and what titles call it.
-struct PatternText {
+// A pattern file: its path, what titles call it, and its text, or its sound.
+struct PatternInput {
   std::string path;
   std::string name;
-  std::string json;
+  std::string text = {};
+  Input sound = nullptr;
 };
 
+PatternInput read_input(const std::string& path, const std::string& name) {
+  PatternInput pattern = {.path = path, .name = name};
+  const Input input = opened(path);
+  pattern.text = bytes_of(input, path, design::kLargestFile + 1);
+  if (is_sound(pattern.text)) pattern.sound = sound_in(input, pattern.text, path);
+  return pattern;
+}
+
 // Files are called by as much of their paths as tells them apart.
-std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
+std::vector<PatternInput> read_patterns(const std::vector<std::string>& paths) {
   std::vector<std::filesystem::path> whole;
   for (const std::string& path : paths) whole.push_back(std::filesystem::path(path).lexically_normal());
   const auto tail = [](const std::filesystem::path& path, size_t parts) {
@@ -67,7 +77,7 @@ std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
     }
     return name;
   };
-  std::vector<PatternText> patterns;
+  std::vector<PatternInput> patterns;
   for (size_t i = 0; i < paths.size(); ++i) {
     const auto depth = static_cast<size_t>(std::distance(whole[i].begin(), whole[i].end()));
     size_t parts = 1;
@@ -75,7 +85,7 @@ std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
       return other != whole[i] && tail(other, parts) == tail(whole[i], parts);
     };
     while (parts < depth && std::any_of(whole.begin(), whole.end(), is_twin)) ++parts;
-    patterns.push_back({paths[i], tail(whole[i], parts), content_of(paths[i], design::kLargestFile + 1)});
+    patterns.push_back(read_input(paths[i], tail(whole[i], parts)));
   }
   return patterns;
 }
@@ -92,9 +102,18 @@ void note_losses(const Arguments& arguments, const std::string& path, const std:
   if (arguments.strict && !lines.empty()) refuse("--strict: what is lost is a fault");
 }
 
+design::PatternFile file_of(const Arguments& arguments, const lrasynth_profile& profile, const PatternInput& pattern) {
+  if (pattern.sound == nullptr) return design::read_file(pattern.text, design::Tuning(profile));
+  design::SoundOptions options = arguments.sound;
+  options.taps = arguments.taps_alone || !arguments.curves_alone;
+  options.curves = arguments.curves_alone || !arguments.taps_alone;
+  return design::file_of(drawing_of_sound(pattern.sound, pattern.path, options, profile));
+}
+
 // What is asked for overrides what the file says.
-design::Piece pattern_piece(const Arguments& arguments, const design::Setup& asked, const PatternText& pattern) {
-  auto [setup, file, piece] = design::read_piece(asked, pattern.json, pattern.name);
+design::Piece pattern_piece(const Arguments& arguments, const design::Setup& asked, const PatternInput& pattern) {
+  arguments.refuse_idle({"--taps", "--curves", "--floor", "--gain"}, pattern.sound == nullptr, "without sound");
+  auto [setup, file, piece] = design::piece_of(asked, file_of(arguments, asked.profile(), pattern), pattern.name);
   if (!piece) {
     std::string lines;
     for (const std::string& line : file.faults.lines(shown_path(pattern.path))) lines += line + '\n';
@@ -106,6 +125,7 @@ design::Piece pattern_piece(const Arguments& arguments, const design::Setup& ask
 }
 
 [[noreturn]] void refuse_span(design::Span whole) {
+  if (!(whole.length() > 0)) refuse("there is nothing to draw: it lasts 0 ms");
   refuse(text("--from, --to: nothing of 0 to %.6g ms lies between them", whole.to));
 }
 
@@ -186,7 +206,7 @@ File saved_file(const Arguments& arguments, const design::Piece& piece, const st
 
 void run_pattern(const Arguments& arguments) {
   arguments.refuse_idle({"--flat"}, !arguments.has("--save"), "without --save");
-  const PatternText pattern = read_patterns(arguments.files).front();
+  const PatternInput pattern = read_patterns(arguments.files).front();
   const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
   const lrasynth_profile& profile = piece.score->profile();
   arguments.note_profiles({profile});
@@ -233,11 +253,11 @@ design::Setup setup_of(const Arguments& arguments, const lrasynth_profile& profi
 std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vector<lrasynth_profile>& profiles,
                                      const std::vector<std::string>& files) {
   constexpr size_t kMost = 12;
-  const std::vector<PatternText> patterns = read_patterns(files);
+  const std::vector<PatternInput> patterns = read_patterns(files);
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
-    for (const PatternText& pattern : patterns)
+    for (const PatternInput& pattern : patterns)
       pieces.push_back(pattern_piece(arguments, setup_of(arguments, profile), pattern));
     if (pieces.size() > kMost) refuse(text("at most %zu waveforms can be compared", kMost));
   }
@@ -288,8 +308,12 @@ const design::Format& format_of(const Arguments& arguments, const std::string& p
 void run_convert(const Arguments& arguments) {
   const std::string& output = arguments.outputs.front();
   const design::Format& format = format_of(arguments, output);
-  const PatternText pattern = read_patterns(arguments.files).front();
-  const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
+  const PatternInput pattern = read_patterns(arguments.files).front();
+  arguments.refuse_idle({"--from", "--to"}, pattern.sound == nullptr, "without sound");
+  Arguments of_part = arguments;
+  of_part.sound.from_ms = arguments.from_ms;
+  of_part.sound.to_ms = arguments.to_ms;
+  const design::Piece piece = pattern_piece(of_part, arguments.setup(), pattern);
   const design::Score& score = *piece.score;
   arguments.note_profiles({score.profile()});
   if (design::is_event_stream(score.profile())) {
@@ -321,6 +345,7 @@ void declare_pattern(Options& options) {
   options.chip();
   options.boost();
   options.passes();
+  options.sound();
   options.saving();
   options.output();
 }
@@ -331,6 +356,8 @@ void declare_convert(Options& options) {
   options.motor();
   options.chip();
   options.boost();
+  options.sound();
+  options.sound_part();
 }
 
 void declare_tone(Options& options) {
@@ -354,6 +381,7 @@ void declare_compare(Options& options) {
   options.chip();
   options.boost();
   options.tap();
+  options.sound();
   options.view();
 }
 

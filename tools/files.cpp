@@ -150,14 +150,22 @@ std::string shown_path(const std::string& path) {
   return path.empty() ? design::echo(path) : design::shown(path, kMostCharacters);
 }
 
-std::string content_of(const std::string& path, size_t most) {
-  const bool is_file = path != kStandardOutput;
-  std::FILE* const file = is_file ? std::fopen(path.c_str(), "rb") : stdin;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closer(is_file ? file : nullptr, std::fclose);
-  std::string content(most, '\0');
-  if (file != nullptr) content.resize(std::fread(content.data(), 1, content.size(), file));
-  if (file != nullptr && std::ferror(file) == 0) return content;
+void fail_to_read(const std::string& path) {
   throw Failure(kCannotRender, "cannot read " + shown_path(path) + ": " + std::strerror(errno));
+}
+
+Input opened(const std::string& path) {
+  if (path == kStandardOutput) return {stdin, [](std::FILE*) {}};
+  std::FILE* const file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) fail_to_read(path);
+  return {file, std::fclose};
+}
+
+std::string bytes_of(const Input& input, const std::string& path, size_t most) {
+  std::string bytes(most, '\0');
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), input.get()));
+  if (std::ferror(input.get()) != 0) fail_to_read(path);
+  return bytes;
 }
 
 bool Target::write(std::string_view bytes) {

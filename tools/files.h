@@ -2,7 +2,9 @@
 // Files: whole ones to read, and some to write that appear whole or not at all.
 #pragma once
 
+#include <cstdio>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -27,8 +29,14 @@ inline const std::string kStandardOutput = "-";
 // A name for messages and titles.
 std::string shown_path(const std::string& path);
 
-// At most that many bytes of a file; - is standard input.
-std::string content_of(const std::string& path, size_t most);
+// An open file to read; - is standard input.
+using Input = std::shared_ptr<std::FILE>;
+Input opened(const std::string& path);
+
+// At most that many of its next bytes.
+std::string bytes_of(const Input& input, const std::string& path, size_t most);
+
+[[noreturn]] void fail_to_read(const std::string& path);
 
 // Where a file's bytes go while it is written. What goes wrong is kept, and nothing is written after it: exceptions do
 // not pass through design/.

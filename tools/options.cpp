@@ -222,6 +222,20 @@ void Options::converted_file() {
   flag("--strict", arguments_.strict, "Take what is lost for a fault");
 }
 
+void Options::sound() {
+  flag("--taps", arguments_.taps_alone, "Of sound: make taps alone of it");
+  flag("--curves", arguments_.curves_alone, "Of sound: make curves alone of it");
+  add("--floor", arguments_.sound.floor_db, "Of sound: what is weaker is rest, in dB of full scale",
+      number_in(design::kLeastFloorDb, design::kMostFloorDb));
+  add("--gain", arguments_.sound.gain_db, "Of sound: how much stronger it is taken to be, in dB",
+      number_in(design::kLeastGainDb, design::kMostGainDb));
+}
+
+void Options::sound_part() {
+  add("--from", arguments_.from_ms, "Of sound: begin at this time in ms", time());
+  add("--to", arguments_.to_ms, "Of sound: end at this time in ms; 0: at its end", time());
+}
+
 void Options::pattern_files() {
   add_positional("FILES", arguments_.files, "Pattern files, none for a tap; last the .svg file to write, if any");
 }

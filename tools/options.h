@@ -32,6 +32,8 @@ class Options {
   void pattern_file();
   void pattern_files();
   void converted_file();
+  void sound();
+  void sound_part();
   void picture_file();
   void shell();
 
