@@ -65,7 +65,7 @@ PatternInput read_input(const std::string& path, const std::string& name) {
 }
 
 // Files are called by as much of their paths as tells them apart.
-std::vector<PatternInput> read_patterns(const std::vector<std::string>& paths) {
+std::vector<PatternInput> read_patterns(const Arguments& arguments, const std::vector<std::string>& paths) {
   std::vector<std::filesystem::path> whole;
   for (const std::string& path : paths) whole.push_back(std::filesystem::path(path).lexically_normal());
   const auto tail = [](const std::filesystem::path& path, size_t parts) {
@@ -87,6 +87,8 @@ std::vector<PatternInput> read_patterns(const std::vector<std::string>& paths) {
     while (parts < depth && std::any_of(whole.begin(), whole.end(), is_twin)) ++parts;
     patterns.push_back(read_input(paths[i], tail(whole[i], parts)));
   }
+  const bool has_sound = std::any_of(patterns.begin(), patterns.end(), [](auto& one) { return one.sound != nullptr; });
+  arguments.refuse_idle({"--taps", "--curves", "--floor", "--gain"}, !has_sound, "without sound");
   return patterns;
 }
 
@@ -112,7 +114,6 @@ design::PatternFile file_of(const Arguments& arguments, const lrasynth_profile& 
 
 // What is asked for overrides what the file says.
 design::Piece pattern_piece(const Arguments& arguments, const design::Setup& asked, const PatternInput& pattern) {
-  arguments.refuse_idle({"--taps", "--curves", "--floor", "--gain"}, pattern.sound == nullptr, "without sound");
   auto [setup, file, piece] = design::piece_of(asked, file_of(arguments, asked.profile(), pattern), pattern.name);
   if (!piece) {
     std::string lines;
@@ -206,7 +207,7 @@ File saved_file(const Arguments& arguments, const design::Piece& piece, const st
 
 void run_pattern(const Arguments& arguments) {
   arguments.refuse_idle({"--flat"}, !arguments.has("--save"), "without --save");
-  const PatternInput pattern = read_patterns(arguments.files).front();
+  const PatternInput pattern = read_patterns(arguments, arguments.files).front();
   const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
   const lrasynth_profile& profile = piece.score->profile();
   arguments.note_profiles({profile});
@@ -253,7 +254,7 @@ design::Setup setup_of(const Arguments& arguments, const lrasynth_profile& profi
 std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vector<lrasynth_profile>& profiles,
                                      const std::vector<std::string>& files) {
   constexpr size_t kMost = 12;
-  const std::vector<PatternInput> patterns = read_patterns(files);
+  const std::vector<PatternInput> patterns = read_patterns(arguments, files);
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
@@ -308,12 +309,9 @@ const design::Format& format_of(const Arguments& arguments, const std::string& p
 void run_convert(const Arguments& arguments) {
   const std::string& output = arguments.outputs.front();
   const design::Format& format = format_of(arguments, output);
-  const PatternInput pattern = read_patterns(arguments.files).front();
+  const PatternInput pattern = read_patterns(arguments, arguments.files).front();
   arguments.refuse_idle({"--from", "--to"}, pattern.sound == nullptr, "without sound");
-  Arguments of_part = arguments;
-  of_part.sound.from_ms = arguments.from_ms;
-  of_part.sound.to_ms = arguments.to_ms;
-  const design::Piece piece = pattern_piece(of_part, arguments.setup(), pattern);
+  const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
   const design::Score& score = *piece.score;
   arguments.note_profiles({score.profile()});
   if (design::is_event_stream(score.profile())) {

@@ -232,8 +232,8 @@ void Options::sound() {
 }
 
 void Options::sound_part() {
-  add("--from", arguments_.from_ms, "Of sound: begin at this time in ms", time());
-  add("--to", arguments_.to_ms, "Of sound: end at this time in ms; 0: at its end", time());
+  add("--from", arguments_.sound.from_ms, "Of sound: begin at this time in ms", time());
+  add("--to", arguments_.sound.to_ms, "Of sound: end at this time in ms; 0: at its end", time());
 }
 
 void Options::pattern_files() {
