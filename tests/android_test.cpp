@@ -291,6 +291,7 @@ TEST(Android, WritesWhatThePlatformTakes) {
   Dice dice;
   for (int32_t round = 0; round < 300; ++round) {
     Drawing drawing = dice.drawing(false);
+    drawing.taps.push_back({0, 50, 50});
     Losses losses;
     const std::string xml = write_android(drawing, losses);
     const Drawing back = drawing_of(xml);
