@@ -113,9 +113,10 @@ PatternReading piece_of(const Setup& asked, PatternFile read, const std::string&
   if (score->fault()) {
     faults.add(*score->fault());
   } else if (std::string fault = fault_of_length(*score); !fault.empty()) {
-    const Event& last = score->events()[score->request().last_event];
+    // With a single pass it is the last event that lasts too long.
     const bool is_long = playback.loops == 1 && !is_event_stream(profile);
-    faults.add({is_long ? last.name : EventName(), is_long ? last.place : Place(), std::move(fault)});
+    const Event last = is_long ? score->events()[score->request().last_event] : Event();
+    faults.add({last.name, last.place, std::move(fault)});
   } else {
     reading.piece = pattern_piece(std::move(score), name);
     reading.piece->source = file.source;

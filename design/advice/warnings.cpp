@@ -116,6 +116,7 @@ class Inspection {
       : score_(score), jumps_(jumps), profile_(score.profile()), heard_(score.all_heard()) {}
 
   std::vector<Warning> run() {
+    if (score_.events().empty()) return {};
     is_event_stream(profile_) ? inspect_stream() : inspect_samples();
     const auto earlier = [](const Warning& a, const Warning& b) { return a.at_ms < b.at_ms; };
     std::stable_sort(warnings_.begin(), warnings_.end(), earlier);

@@ -56,6 +56,11 @@ constexpr Shape kPredefined[] = {kTick, kClick, {"heavy_click", 1, 100, 40}, {"d
 constexpr const char* kEffectRoots[] = {"vibration-effect", "vibration"};
 constexpr const char* kSelection = "vibration-select";
 
+// An effect has to have something in it.
+constexpr const char* kEmptyEffect =
+    "  <basic-envelope-effect>\n    <control-point intensity=\"0\" sharpness=\"0.5\" durationMs=\"20\"/>\n"
+    "  </basic-envelope-effect>\n";
+
 constexpr const char* kPause = "pause";
 constexpr const char* kFromStart = "relative_start_offset";  // of the primitive before
 
@@ -481,7 +486,7 @@ class Writer {
       losses_.add("curve", "cut where taps stand", is_cut(line) ? 1 : 0);
     }
     add_taps_before(kLongestMs + 1, nullptr);
-    if (xml_.empty()) losses_.say("there is nothing in it but rest");
+    if (xml_.empty()) xml_ = kEmptyEffect;
     return "<vibration-effect>\n" + xml_ + "</vibration-effect>\n";
   }
 
