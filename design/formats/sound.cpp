@@ -126,8 +126,10 @@ class Sketch {
     const double highest = std::log2(tuning_.hertz(50) * kNear);
     size_t near = 0;
     size_t all = 0;
-    for (size_t at = 0; at < frames_.size(); at += kHop) {
-      if (!is_loud(at)) continue;
+    size_t next = 0;
+    for (size_t at = 0; at < frames_.size(); ++at) {
+      if (at < next || !is_loud(at)) continue;
+      next = at + kHop;
       const double octaves = octaves_at(at, [](size_t) { return true; });
       ++all;
       if (octaves >= lowest && octaves <= highest) ++near;
@@ -229,10 +231,11 @@ class Sketch {
     }
     std::vector<double> medians;
     for (size_t i = 0; i < octaves.size(); ++i) {
-      const size_t reach = std::min({kBrightnessHops, i, octaves.size() - 1 - i});
-      std::vector<double> near(&octaves[i] - reach, &octaves[i] + reach + 1);
-      std::nth_element(near.begin(), near.begin() + static_cast<ptrdiff_t>(reach), near.end());
-      medians.push_back(near[reach]);
+      const size_t last = std::min(i + kBrightnessHops, octaves.size() - 1);
+      std::vector<double> near(&octaves[i - std::min(i, kBrightnessHops)], &octaves[last] + 1);
+      const auto middle = near.begin() + static_cast<ptrdiff_t>(near.size() / 2);
+      std::nth_element(near.begin(), middle, near.end());
+      medians.push_back(*middle);
     }
     return medians;
   }
@@ -292,10 +295,11 @@ void Listener::hear(std::span<const float> samples) {
   const int64_t to = std::clamp(end_ - heard_, from, count);
   std::vector<float> louder;
   louder.reserve(static_cast<size_t>(to - from));
-  for (const float sample : samples.subspan(static_cast<size_t>(from), static_cast<size_t>(to - from))) {
+  for (int64_t i = from; i < to; ++i) {
+    const float sample = samples[static_cast<size_t>(i)];
     if (!std::isfinite(sample)) {
-      return fault(text("has a sample that is no number, at %s ms",
-                        ms_text(static_cast<double>(heard_ + from) * 1000 / rate_).c_str()));
+      const double ms = static_cast<double>(heard_ + i) * 1000 / rate_;
+      return fault(text("has a sample that is no number, at %s ms", ms_text(ms).c_str()));
     }
     louder.push_back(std::clamp(sample * gain_, -kLoudest, kLoudest));
   }
