@@ -84,6 +84,7 @@ class Sketch {
         floor_(static_cast<float>(factor_of(options.floor_db))),
         tuning_(profile),
         places_(tuning_, keeps_hertz()),
+        has_taps_(options.taps && has_taps(profile)),
         states_(frames.size(), kRest) {}
 
   void draw_taps(const TapSounds& sounds, Drawing& drawing) {
@@ -177,6 +178,7 @@ class Sketch {
       if (states_[i] == kRest && is_loud(i)) states_[i] = kSounds;
     }
     close_rests();
+    if (!has_taps_) lengthen_clicks();
     for (size_t from = 0, to; from < states_.size(); from = to) {
       to = end_of(from);
       if (states_[from] == kHidden) settle(from, to);
@@ -189,6 +191,15 @@ class Sketch {
       to = end_of(from);
       const bool is_inside = from > 0 && states_[from - 1] == kSounds && to < states_.size() && states_[to] == kSounds;
       if (states_[from] == kRest && is_inside && to - from < kShortestRest) set(from, to, kSounds);
+    }
+  }
+
+  // What is too short for a curve, where there are no taps for it.
+  void lengthen_clicks() {
+    for (size_t from = 0, to; from < states_.size(); from = to) {
+      to = end_of(from);
+      if (states_[from] == kRest || to - from >= kShortestCurve) continue;
+      set(from, to = std::min(from + kShortestCurve, states_.size()), kSounds);
     }
   }
 
@@ -262,6 +273,7 @@ class Sketch {
   float floor_;
   Tuning tuning_;
   Places places_;
+  bool has_taps_;
   std::vector<State> states_;
   size_t short_of_ = 0;
   float shortest_ = 1;
