@@ -56,8 +56,7 @@ struct Way {
 
 class Path {
  public:
-  Path(std::span<const Passage> passages, const Tuning& tuning, float near_hz)
-      : passages_(passages), ways_(passages.size()) {
+  Path(std::span<const Passage> passages, const Tuning& tuning) : passages_(passages), ways_(passages.size()) {
     uint32_t loud = 0;
     for (size_t i = 0; i < passages.size(); ++i) {
       const Passage& passage = passages[i];
@@ -65,8 +64,8 @@ class Path {
       const auto hz = static_cast<float>(tuning.hertz(offset));
       const auto full = static_cast<float>(tuning.full(offset) / 128);
       if (passage.least > full) ++loud;
-      spots_.push_back(
-          {offset, hz, full, std::max(near_hz, std::fabs(hz - passage.hz) + 1), std::min(passage.least, full), loud});
+      spots_.push_back({offset, hz, full, std::max(passage.near_hz, std::fabs(hz - passage.hz) + 1),
+                        std::min(passage.least, full), loud});
       for (size_t k = 0; k < kWays; ++k) {
         Way& way = ways_[i][k];
         const float asked = kBeside[k] * passage.amplitude;
@@ -155,8 +154,8 @@ class Path {
 
 }  // namespace
 
-FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning, float near_hz) {
-  return Path(passages, tuning, near_hz).find();
+FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning) {
+  return Path(passages, tuning).find();
 }
 
 }  // namespace design

@@ -19,8 +19,9 @@ constexpr float kFall = 0.7F;
 // Within which it does so.
 constexpr size_t kRiseFrames = 7;
 constexpr size_t kFallFrames = 50;
-// What a tap has covered is back in that time, and is nothing new.
+// What a tap has covered is back in that time, perhaps stronger, and is nothing new.
 constexpr size_t kCovered = 55;
+constexpr float kReturn = 2.5F;
 
 constexpr float kMost = 0.75F;  // of a peak
 
@@ -80,7 +81,7 @@ std::vector<Onset> onsets_of(const Hearing& hearing, std::span<const Frame> all,
     const size_t early = before(rise, 2 * kHalfPeriod);
     const float level = frames.peak(early, rise);
     const size_t since_last = onsets.empty() ? kCovered : i - onsets.back().attack;
-    if (peak < kRise * std::max({level, floor, since_last < kCovered ? covered : 0})) continue;
+    if (peak < kRise * std::max(level, floor) || (since_last < kCovered && peak < kReturn * covered)) continue;
     // Of two that are too close to one another the second is taken where it stands out of the first.
     const bool is_close = since_last < kLeastBetweenTaps;
     if (is_close && largest < kRise * onsets.back().peak) continue;

@@ -43,6 +43,9 @@ constexpr double kBrightHz = 6000;
 // How far lines may pass from a frequency that is kept, and from a brightness, in parts of the motor's range.
 constexpr double kNearHz = 5;
 constexpr double kNearBrightness = 0.06;
+// And by how much farther where tones begin and end, within so many frames.
+constexpr double kNearAtEdges = 3;
+constexpr size_t kEdge = 12;
 
 double factor_of(double db) { return std::pow(10, db / 20); }
 double db_of(double factor) { return 20 * std::log10(factor); }
@@ -228,7 +231,7 @@ class Sketch {
     for (size_t i = 0; i < at.size(); ++i) passages.push_back(passage(at[i], octaves[i]));
     passages.back().ms = static_cast<int32_t>(to);
     if (passages.size() < 2) return;
-    FittedCurve fitted = fewest_points(passages, tuning_, static_cast<float>(places_.near_hertz()));
+    FittedCurve fitted = fewest_points(passages, tuning_);
     drawing.curves.push_back(std::move(fitted.curve));
     short_of_ += fitted.short_of;
     shortest_ = std::min(shortest_, fitted.shortest);
@@ -251,6 +254,13 @@ class Sketch {
     return medians;
   }
 
+  // Whether something begins or ends around a frame, so that its frequency is not sure.
+  bool near_edge(size_t at) const {
+    const size_t last = std::min(at + kEdge, states_.size() - 1);
+    return std::any_of(&states_[at - std::min(at, kEdge)], &states_[last] + 1,
+                       [](State state) { return state != kSounds; });
+  }
+
   Passage passage(size_t at, double octaves) const {
     float power = 0;
     float weights = 0;
@@ -264,8 +274,12 @@ class Sketch {
     const double bound = factor_of(kBoundDb);
     const bool is_faint = amplitude < bound * static_cast<double>(floor_);
     const auto driven = [](double heard) { return static_cast<float>(std::max(heard - kCodedApart, 0.0)); };
-    return {static_cast<int32_t>(at), driven(amplitude), is_faint ? 0 : driven(amplitude / bound),
-            driven(amplitude * bound), static_cast<float>(places_.hertz(octaves))};
+    return {static_cast<int32_t>(at),
+            driven(amplitude),
+            is_faint ? 0 : driven(amplitude / bound),
+            driven(amplitude * bound),
+            static_cast<float>(places_.hertz(octaves)),
+            static_cast<float>(near_edge(at) ? kNearAtEdges * places_.near_hertz() : places_.near_hertz())};
   }
 
   const Hearing& hearing_;
