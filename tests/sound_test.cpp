@@ -71,20 +71,20 @@ struct Design {
   std::vector<double> edges;
 
   Design(unsigned seed, const Tuning& tuning) : random(seed) {
-    for (double ms = 50; ms < 3000; ms += up_to(1) * (30 + up_to(300))) {
+    for (int ms = 50; ms < 3000; ms += up_to(1) * (30 + up_to(300))) {
       DrawnCurve curve;
       for (int left = 2 + up_to(4); left > 0; --left, ms += 40 + up_to(300)) {
-        curve.push_back({ms, 1.0 * up_to(100), up_to(100) - 50.0});
+        curve.push_back({1.0 * ms, 1.0 * up_to(100), up_to(100) - 50.0});
       }
-      ms = curve.back().ms;
+      ms = static_cast<int>(curve.back().ms);
       edges.insert(edges.end(), {curve.front().ms, curve.back().ms});
       drawing.curves.push_back(curve);
     }
-    for (double ms = 0; ms < 3000; ms += 60 + up_to(300)) {
+    for (int ms = 0; ms < 3000; ms += 60 + up_to(300)) {
       double around = 7;
-      for (double near = ms - 40; near <= ms + 60; ++near) around = std::max(around, amplitude_at(tuning, near));
+      for (int near = ms - 40; near <= ms + 60; ++near) around = std::max(around, amplitude_at(tuning, near));
       if (around < 50)
-        drawing.taps.push_back({ms, 2 * around + up_to(100 - static_cast<int>(2 * around)), 1.0 * up_to(100)});
+        drawing.taps.push_back({1.0 * ms, 2 * around + up_to(100 - static_cast<int>(2 * around)), 1.0 * up_to(100)});
     }
   }
 
@@ -114,6 +114,7 @@ bool is_near(const std::vector<double>& times, double ms, double before, double 
 
 std::vector<double> times_of(const std::vector<DrawnTap>& taps) {
   std::vector<double> times;
+  times.reserve(taps.size());
   for (const DrawnTap& tap : taps) times.push_back(tap.ms);
   return times;
 }
@@ -122,7 +123,11 @@ TEST(Sound, PatternsComeBack) {
   for (const int32_t motor : {1040, 832, 9595}) {
     const lrasynth_profile profile = lrasynth_profile_of(0, motor, 1);
     const Tuning tuning(profile);
-    int taps = 0, found = 0, wrong = 0, levels = 0, near = 0;
+    int taps = 0;
+    int found = 0;
+    int wrong = 0;
+    int levels = 0;
+    int near = 0;
     for (unsigned seed = 0; seed < 6; ++seed) {
       Design design(seed, tuning);
       const Samples samples = rendered(pattern_json(design.drawing), motor);
@@ -133,7 +138,7 @@ TEST(Sound, PatternsComeBack) {
       for (const double ms : told) wrong += is_near(played, ms, 10, 10) || is_near(design.edges, ms, 15, 15) ? 0 : 1;
       taps += static_cast<int>(played.size());
       const Samples again = rendered(pattern_json(drawing), motor);
-      for (double ms = 20; ms < static_cast<double>(samples.size()) / 24; ms += 5) {
+      for (int ms = 20; ms < static_cast<int>(samples.size() / 24); ms += 5) {
         const double level = envelope(samples, ms);
         if (level < 0.0126 || is_near(played, ms, 20, 50) || is_near(told, ms, 20, 50)) continue;
         if (is_near(design.edges, ms, 25, 25)) continue;

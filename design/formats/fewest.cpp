@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+// The shortest path through passages, of which each may have a point in a few ways.
 #include "design/formats/fewest.h"
 
 #include <algorithm>
@@ -99,7 +100,8 @@ class Path {
   Way& way(size_t at) { return ways_[at / kWays][at % kWays]; }
 
   DrawnPoint point(size_t at) {
-    return {1.0 * passages_[at / kWays].ms, 1.0 * way(at).intensity, 1.0 * spots_[at / kWays].offset};
+    const size_t passage = at / kWays;
+    return {1.0 * passages_[passage].ms, 1.0 * way(at).intensity, 1.0 * spots_[passage].offset};
   }
 
   // Lines from a point to all that they reach.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+// Frames become taps, and what they leave becomes curves.
 #include "design/formats/sound.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -173,7 +173,9 @@ class Sketch {
     return end;
   }
 
-  void set(size_t from, size_t to, State state) { std::fill(&states_[0] + from, &states_[0] + to, state); }
+  void set(size_t from, size_t to, State state) {
+    std::fill(states_.begin() + static_cast<ptrdiff_t>(from), states_.begin() + static_cast<ptrdiff_t>(to), state);
+  }
 
   // Which frames sound, and which taps hide.
   void mark() {
@@ -240,6 +242,7 @@ class Sketch {
   // Medians over a few passages: where a carrier starts anew it has no frequency.
   std::vector<double> octaves_at(const std::vector<size_t>& at) const {
     std::vector<double> octaves;
+    octaves.reserve(at.size());
     for (const size_t i : at) {
       octaves.push_back(octaves_at(i, [this](size_t frame) { return states_[frame] == kSounds; }));
     }
@@ -256,9 +259,8 @@ class Sketch {
 
   // Whether something begins or ends around a frame, so that its frequency is not sure.
   bool near_edge(size_t at) const {
-    const size_t last = std::min(at + kEdge, states_.size() - 1);
-    return std::any_of(&states_[at - std::min(at, kEdge)], &states_[last] + 1,
-                       [](State state) { return state != kSounds; });
+    if (at < kEdge || at + kEdge >= states_.size()) return true;
+    return std::any_of(&states_[at - kEdge], &states_[at + kEdge], [](State state) { return state != kSounds; });
   }
 
   Passage passage(size_t at, double octaves) const {
