@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+// Sound from files and pipes, block by block.
 #include "sound.h"
 
 #include <sndfile.h>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+// The shortest path through passages, of which each may have a point in a few ways.
 #include "design/formats/fewest.h"
 
 #include <algorithm>
@@ -56,8 +57,7 @@ struct Way {
 
 class Path {
  public:
-  Path(std::span<const Passage> passages, const Tuning& tuning, float near_hz)
-      : passages_(passages), ways_(passages.size()) {
+  Path(std::span<const Passage> passages, const Tuning& tuning) : passages_(passages), ways_(passages.size()) {
     uint32_t loud = 0;
     for (size_t i = 0; i < passages.size(); ++i) {
       const Passage& passage = passages[i];
@@ -65,8 +65,8 @@ class Path {
       const auto hz = static_cast<float>(tuning.hertz(offset));
       const auto full = static_cast<float>(tuning.full(offset) / 128);
       if (passage.least > full) ++loud;
-      spots_.push_back(
-          {offset, hz, full, std::max(near_hz, std::fabs(hz - passage.hz) + 1), std::min(passage.least, full), loud});
+      spots_.push_back({offset, hz, full, std::max(passage.near_hz, std::fabs(hz - passage.hz) + 1),
+                        std::min(passage.least, full), loud});
       for (size_t k = 0; k < kWays; ++k) {
         Way& way = ways_[i][k];
         const float asked = kBeside[k] * passage.amplitude;
@@ -100,7 +100,8 @@ class Path {
   Way& way(size_t at) { return ways_[at / kWays][at % kWays]; }
 
   DrawnPoint point(size_t at) {
-    return {1.0 * passages_[at / kWays].ms, 1.0 * way(at).intensity, 1.0 * spots_[at / kWays].offset};
+    const size_t passage = at / kWays;
+    return {1.0 * passages_[passage].ms, 1.0 * way(at).intensity, 1.0 * spots_[passage].offset};
   }
 
   // Lines from a point to all that they reach.
@@ -155,8 +156,8 @@ class Path {
 
 }  // namespace
 
-FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning, float near_hz) {
-  return Path(passages, tuning, near_hz).find();
+FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning) {
+  return Path(passages, tuning).find();
 }
 
 }  // namespace design

@@ -17,6 +17,7 @@ struct Passage {
   float least = 0;      // bounds of the amplitude
   float most = 0;
   float hz = 0;
+  float near_hz = 0;  // how far lines may pass from it
 };
 
 // A curve, and what it falls short of: more than the motor plays at a frequency is reached from points beside it, or
@@ -28,7 +29,7 @@ struct FittedCurve {
 };
 
 // Two passages or more of ascending time. Lines run straight from amplitude to amplitude, and from hertz to hertz
-// within that many, or as near as the motor has them.
-FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning, float near_hz);
+// within bounds, or as near as the motor has them.
+FittedCurve fewest_points(std::span<const Passage> passages, const Tuning& tuning);
 
 }  // namespace design

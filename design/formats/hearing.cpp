@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+// Half-band filters in a row, and what is measured between them.
 #include "design/formats/hearing.h"
 
 #include <algorithm>
@@ -160,8 +161,9 @@ void Hearing::measure(Stage& stage) {
 }
 
 void Hearing::halve(Stage& stage, std::vector<float>& into) {
-  for (size_t i = stage.is_odd ? 1 : 0; i < stage.low.size(); i += 2) into.push_back(stage.low[i]);
-  stage.is_odd ^= stage.low.size() % 2 != 0;
+  size_t i = stage.skipped;
+  for (; i < stage.low.size(); i += 2) into.push_back(stage.low[i]);
+  stage.skipped = i - stage.low.size();
 }
 
 Frame& Hearing::frame(size_t index) {
@@ -181,8 +183,8 @@ const std::vector<Frame>& Hearing::finish() {
 
 double Hearing::octaves(const Frame& sum) const {
   const double rate = stages_.back().rate;
-  double energy = static_cast<double>(sum.high);
-  double octaves = static_cast<double>(sum.high_octaves);
+  auto energy = static_cast<double>(sum.high);
+  auto octaves = static_cast<double>(sum.high_octaves);
   for (const BandPower& band : {sum.low, sum.mid}) {
     const double hertz = band.hertz(rate);
     if (hertz <= 1) continue;

@@ -84,14 +84,14 @@ class Hearing {
     BandPower high_sum = {};
     float before_low = 0;
     float before_high = 0;
-    bool is_odd = false;  // whether the next sample is left out at half the rate
+    size_t skipped = 0;  // of the next samples, at half the rate
   };
 
   void hear_block(std::span<const float> samples);
   void hear_whole(std::span<const float> samples);
-  void split(Stage& stage);
+  static void split(Stage& stage);
   void measure(Stage& stage);
-  void halve(Stage& stage, std::vector<float>& into);
+  static void halve(Stage& stage, std::vector<float>& into);
   Frame& frame(size_t index);
 
   std::vector<Frame> frames_;

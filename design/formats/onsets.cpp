@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+// Peaks that stand out of what is before and behind them.
 #include "design/formats/onsets.h"
 
 #include <algorithm>
@@ -19,8 +20,9 @@ constexpr float kFall = 0.7F;
 // Within which it does so.
 constexpr size_t kRiseFrames = 7;
 constexpr size_t kFallFrames = 50;
-// What a tap has covered is back in that time, and is nothing new.
+// What a tap has covered is back in that time, perhaps stronger, and is nothing new.
 constexpr size_t kCovered = 55;
+constexpr float kReturn = 2.5F;
 
 constexpr float kMost = 0.75F;  // of a peak
 
@@ -68,28 +70,28 @@ double octaves_from(const Hearing& hearing, std::span<const Frame> frames, size_
 
 }  // namespace
 
-std::vector<Onset> onsets_of(const Hearing& hearing, std::span<const Frame> all, float floor) {
-  const Frames frames(all);
+std::vector<Onset> onsets_of(const Hearing& hearing, std::span<const Frame> frames, float floor) {
+  const Frames around(frames);
   std::vector<Onset> onsets;
   float covered = 0;  // what there was before the last onset
-  for (size_t i = 0; i < all.size(); ++i) {
-    const float peak = all[i].peak;
-    const float largest = frames.peak(i, i + 2 * kHalfPeriod);
+  for (size_t i = 0; i < frames.size(); ++i) {
+    const float peak = frames[i].peak;
+    const float largest = around.peak(i, i + 2 * kHalfPeriod);
     if (peak <= floor || peak < kMost * largest) continue;
     const size_t rise = before(i, kRiseFrames);
     const size_t early = before(rise, 2 * kHalfPeriod);
-    const float level = frames.peak(early, rise);
+    const float level = around.peak(early, rise);
     const size_t since_last = onsets.empty() ? kCovered : i - onsets.back().attack;
-    if (peak < kRise * std::max({level, floor, since_last < kCovered ? covered : 0})) continue;
+    if (peak < kRise * std::max(level, floor) || (since_last < kCovered && peak < kReturn * covered)) continue;
     // Of two that are too close to one another the second is taken where it stands out of the first.
     const bool is_close = since_last < kLeastBetweenTaps;
     if (is_close && largest < kRise * onsets.back().peak) continue;
-    if (frames.power(before(i, 2), i + 4) < kPowerRise * frames.power(early, rise)) continue;
-    if (frames.least_peak(i + kHalfPeriod, i + kFallFrames) > kFall * largest) continue;
+    if (around.power(before(i, 2), i + 4) < kPowerRise * around.power(early, rise)) continue;
+    if (around.least_peak(i + kHalfPeriod, i + kFallFrames) > kFall * largest) continue;
     if (is_close) onsets.pop_back();
     if (!is_close) covered = level;
-    const size_t attack = attack_of(all, i, largest);
-    onsets.push_back({attack, largest, octaves_from(hearing, all, attack)});
+    const size_t attack = attack_of(frames, i, largest);
+    onsets.push_back({attack, largest, octaves_from(hearing, frames, attack)});
   }
   return onsets;
 }
@@ -100,6 +102,7 @@ TapSounds::TapSounds(const lrasynth_profile& profile) {
     std::vector<uint8_t> codes(static_cast<size_t>(length));
     lrasynth_tap_read(&profile, level, 100, 0, codes.data(), length);
     std::vector<float> samples;
+    samples.reserve(codes.size());
     for (const uint8_t code : codes) samples.push_back(static_cast<float>(static_cast<int8_t>(code)) / 128);
     Hearing hearing(profile.sample_rate);
     hearing.hear(samples);

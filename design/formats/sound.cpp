@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+// Frames become taps, and what they leave becomes curves.
 #include "design/formats/sound.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -43,6 +43,9 @@ constexpr double kBrightHz = 6000;
 // How far lines may pass from a frequency that is kept, and from a brightness, in parts of the motor's range.
 constexpr double kNearHz = 5;
 constexpr double kNearBrightness = 0.06;
+// And by how much farther where tones begin and end, within so many frames.
+constexpr double kNearAtEdges = 3;
+constexpr size_t kEdge = 12;
 
 double factor_of(double db) { return std::pow(10, db / 20); }
 double db_of(double factor) { return 20 * std::log10(factor); }
@@ -84,6 +87,7 @@ class Sketch {
         floor_(static_cast<float>(factor_of(options.floor_db))),
         tuning_(profile),
         places_(tuning_, keeps_hertz()),
+        has_taps_(options.taps && has_taps(profile)),
         states_(frames.size(), kRest) {}
 
   void draw_taps(const TapSounds& sounds, Drawing& drawing) {
@@ -126,8 +130,10 @@ class Sketch {
     const double highest = std::log2(tuning_.hertz(50) * kNear);
     size_t near = 0;
     size_t all = 0;
-    for (size_t at = 0; at < frames_.size(); at += kHop) {
-      if (!is_loud(at)) continue;
+    size_t next = 0;
+    for (size_t at = 0; at < frames_.size(); ++at) {
+      if (at < next || !is_loud(at)) continue;
+      next = at + kHop;
       const double octaves = octaves_at(at, [](size_t) { return true; });
       ++all;
       if (octaves >= lowest && octaves <= highest) ++near;
@@ -167,7 +173,9 @@ class Sketch {
     return end;
   }
 
-  void set(size_t from, size_t to, State state) { std::fill(&states_[0] + from, &states_[0] + to, state); }
+  void set(size_t from, size_t to, State state) {
+    std::fill(states_.begin() + static_cast<ptrdiff_t>(from), states_.begin() + static_cast<ptrdiff_t>(to), state);
+  }
 
   // Which frames sound, and which taps hide.
   void mark() {
@@ -175,6 +183,7 @@ class Sketch {
       if (states_[i] == kRest && is_loud(i)) states_[i] = kSounds;
     }
     close_rests();
+    if (!has_taps_) lengthen_clicks();
     for (size_t from = 0, to; from < states_.size(); from = to) {
       to = end_of(from);
       if (states_[from] == kHidden) settle(from, to);
@@ -187,6 +196,15 @@ class Sketch {
       to = end_of(from);
       const bool is_inside = from > 0 && states_[from - 1] == kSounds && to < states_.size() && states_[to] == kSounds;
       if (states_[from] == kRest && is_inside && to - from < kShortestRest) set(from, to, kSounds);
+    }
+  }
+
+  // What is too short for a curve, where there are no taps for it.
+  void lengthen_clicks() {
+    for (size_t from = 0, to; from < states_.size(); from = to) {
+      to = end_of(from);
+      if (states_[from] == kRest || to - from >= kShortestCurve) continue;
+      set(from, to = std::min(from + kShortestCurve, states_.size()), kSounds);
     }
   }
 
@@ -215,7 +233,7 @@ class Sketch {
     for (size_t i = 0; i < at.size(); ++i) passages.push_back(passage(at[i], octaves[i]));
     passages.back().ms = static_cast<int32_t>(to);
     if (passages.size() < 2) return;
-    FittedCurve fitted = fewest_points(passages, tuning_, static_cast<float>(places_.near_hertz()));
+    FittedCurve fitted = fewest_points(passages, tuning_);
     drawing.curves.push_back(std::move(fitted.curve));
     short_of_ += fitted.short_of;
     shortest_ = std::min(shortest_, fitted.shortest);
@@ -224,17 +242,25 @@ class Sketch {
   // Medians over a few passages: where a carrier starts anew it has no frequency.
   std::vector<double> octaves_at(const std::vector<size_t>& at) const {
     std::vector<double> octaves;
+    octaves.reserve(at.size());
     for (const size_t i : at) {
       octaves.push_back(octaves_at(i, [this](size_t frame) { return states_[frame] == kSounds; }));
     }
     std::vector<double> medians;
     for (size_t i = 0; i < octaves.size(); ++i) {
-      const size_t reach = std::min({kBrightnessHops, i, octaves.size() - 1 - i});
-      std::vector<double> near(&octaves[i] - reach, &octaves[i] + reach + 1);
-      std::nth_element(near.begin(), near.begin() + static_cast<ptrdiff_t>(reach), near.end());
-      medians.push_back(near[reach]);
+      const size_t last = std::min(i + kBrightnessHops, octaves.size() - 1);
+      std::vector<double> near(&octaves[i - std::min(i, kBrightnessHops)], &octaves[last] + 1);
+      const auto middle = near.begin() + static_cast<ptrdiff_t>(near.size() / 2);
+      std::nth_element(near.begin(), middle, near.end());
+      medians.push_back(*middle);
     }
     return medians;
+  }
+
+  // Whether something begins or ends around a frame, so that its frequency is not sure.
+  bool near_edge(size_t at) const {
+    if (at < kEdge || at + kEdge >= states_.size()) return true;
+    return std::any_of(&states_[at - kEdge], &states_[at + kEdge], [](State state) { return state != kSounds; });
   }
 
   Passage passage(size_t at, double octaves) const {
@@ -250,8 +276,12 @@ class Sketch {
     const double bound = factor_of(kBoundDb);
     const bool is_faint = amplitude < bound * static_cast<double>(floor_);
     const auto driven = [](double heard) { return static_cast<float>(std::max(heard - kCodedApart, 0.0)); };
-    return {static_cast<int32_t>(at), driven(amplitude), is_faint ? 0 : driven(amplitude / bound),
-            driven(amplitude * bound), static_cast<float>(places_.hertz(octaves))};
+    return {static_cast<int32_t>(at),
+            driven(amplitude),
+            is_faint ? 0 : driven(amplitude / bound),
+            driven(amplitude * bound),
+            static_cast<float>(places_.hertz(octaves)),
+            static_cast<float>(near_edge(at) ? kNearAtEdges * places_.near_hertz() : places_.near_hertz())};
   }
 
   const Hearing& hearing_;
@@ -259,6 +289,7 @@ class Sketch {
   float floor_;
   Tuning tuning_;
   Places places_;
+  bool has_taps_;
   std::vector<State> states_;
   size_t short_of_ = 0;
   float shortest_ = 1;
@@ -292,10 +323,11 @@ void Listener::hear(std::span<const float> samples) {
   const int64_t to = std::clamp(end_ - heard_, from, count);
   std::vector<float> louder;
   louder.reserve(static_cast<size_t>(to - from));
-  for (const float sample : samples.subspan(static_cast<size_t>(from), static_cast<size_t>(to - from))) {
+  for (int64_t i = from; i < to; ++i) {
+    const float sample = samples[static_cast<size_t>(i)];
     if (!std::isfinite(sample)) {
-      return fault(text("has a sample that is no number, at %s ms",
-                        ms_text(static_cast<double>(heard_ + from) * 1000 / rate_).c_str()));
+      const double ms = static_cast<double>(heard_ + i) * 1000 / rate_;
+      return fault(text("has a sample that is no number, at %s ms", ms_text(ms).c_str()));
     }
     louder.push_back(std::clamp(sample * gain_, -kLoudest, kLoudest));
   }

@@ -17,8 +17,8 @@ struct SoundOptions {
   bool curves = true;
   double floor_db = -40;  // against full scale, after the gain: what is weaker is rest
   double gain_db = 0;
-  double from_ms = 0;  // of the sound; times of the result count from here
-  double to_ms = 0;    // 0: its end
+  double from_ms = 0;  // of the sound, up to kLongestMs; times of the result count from here
+  double to_ms = 0;    // likewise; 0: its end
 };
 
 // What the options may be, in decibels.
