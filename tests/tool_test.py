@@ -128,6 +128,22 @@ pattern p.json --motor 81540 x.wav | 2 | p.json:1:13: event 1: type: the motor h
 pattern p.json --chip 11 --format wav - | 2 | --format: must be csv or bin with --chip 11
 pattern p.json --chip 11 x.svg | 2 | OUTPUT: x.svg must end in .csv or .bin with --chip 11
 pattern p.json --chip 11 --loop 1000 --strict x.csv | 2 | --strict: a warning is a fault
+convert p.json | 2 | OUTPUT is required
+convert p.json x.txt | 2 | OUTPUT: x.txt must end in .json, .ahap, .haptic, .xml or .vibrate.json, or be -
+convert p.json x.hjif | 2 | OUTPUT: x.hjif must end in .*
+convert p.json - | 2 | --format: OUTPUT - needs json, ahap, haptic, xml or vibrate
+convert p.json --format hjif - | 2 | --format: must be json, .* not hjif
+convert p.json --format xml x.xml | 2 | --format: does nothing without OUTPUT -
+convert p.json ./p.json | 2 | ./p.json: is named twice
+convert p.json --chip 11 x.ahap | 2 | --chip: 11 plays events, not a waveform
+convert p.json --floor -30 x.ahap | 2 | --floor: does nothing without sound
+convert p.json --from 5 x.ahap | 2 | --from: does nothing without sound
+convert x.hmpg x.json | 2 | x.hmpg: is neither UTF-8 text nor sound that is known; of MPEG haptics JSON is read, .*
+convert cut.wav x.json | 2 | cut.wav: is sound that cannot be read: .*
+convert short.wav --floor -5 x.json | 2 | --floor: must be a whole number from -80 to -6, not -5
+convert bad.xml x.json | 2 | bad.xml:1:23: is not XML: .*
+pattern none.json x.svg | 2 | there is nothing to draw: it lasts 0 ms
+compare p.json --taps x.svg | 2 | --taps: does nothing without sound
 compare p.json --level 5 x.svg | 2 | --level: does nothing beside a pattern
 compare p.json --in-pattern x.svg | 2 | --in-pattern: does nothing beside a pattern
 compare --motor 832,abc | 2 | --motor: must be 832, 1040, 9595 or 81540, not abc
@@ -174,6 +190,10 @@ class ToolTest(unittest.TestCase):
     def test_wrong_calls_say_why_in_one_line_and_leave_no_file(self):
         (self.directory / "p.json").write_text(json.dumps({"events": [transient(0), continuous(100, 90)]}))
         (self.directory / "nested.json").write_text(json.dumps({"events": [continuous(0, 90), continuous(9, 9)]}))
+        (self.directory / "none.json").write_text('{"events": []}')
+        (self.directory / "bad.xml").write_text("<vibration-effect><a b></vibration-effect>")
+        (self.directory / "x.hmpg").write_bytes(bytes(range(64)))
+        (self.directory / "cut.wav").write_bytes(b"RIFF\x40\0\0\0WAVEfmt ")
         os.symlink("p.json", self.directory / "link.json")
         os.symlink("loop.wav", self.directory / "loop.wav")
         os.symlink("/dev/full", self.directory / "full.wav")
@@ -186,6 +206,41 @@ class ToolTest(unittest.TestCase):
                 said = [text for text in result.stderr.decode().splitlines() if not text.startswith("lrasynth: warning: ")]
                 self.assertRegex("\n".join(said), rf"\Alrasynth: {message}\Z")
                 self.assertEqual((result.stdout, sorted(self.directory.iterdir())), (b"", before))
+
+    # A foreign file is told by what it says, and what it loses is told in one line; sound may come through a pipe.
+    def test_files_from_elsewhere_are_read_like_patterns(self):
+        event = '{"Event":{"EventType":"%s","Time":%g}}'
+        ahap = '{"Pattern":[%s]}' % ",".join((event % ("HapticTransient", 0.1), event % ("AudioCustom", 0)))
+        expected = self.samples("--motor", 832, pattern=[{"type": "transient", "start": 100, "driven": 100, "level": 50}])
+        told = b"lrasynth: note: -: 1 audio event is left out\n"
+        for arguments, status, said in ((("--format", "bin", "-"), 0, told),
+                                        (("--strict", "x.wav"), 2, told + b"lrasynth: --strict: what is lost is a fault\n")):
+            result = self.run_tool("pattern", "-", "--motor", 832, *arguments, pattern=ahap)
+            self.assertEqual((result.returncode, result.stderr), (status, said))
+            self.assertEqual(result.stdout, b"" if status else expected)
+        self.assertEqual(list(self.directory.iterdir()), [])
+        (self.directory / "a.json").write_text(ahap)
+        self.output_of("pattern", "-", "--audible", "a.wav", pattern=[transient(200, 50)])
+        sound = (self.directory / "a.wav").read_bytes()
+        piped = subprocess.run([COMMAND, "compare", "-", "a.wav", "--motor", "1040,832"], input=sound, capture_output=True,
+                               cwd=self.directory, timeout=60)
+        self.assertEqual((piped.returncode, piped.stderr), (0, b""))
+        self.assertRegex(piped.stdout, rb"\nlength( +2\d\d\.\d ms){4}\n")
+        taps = json.loads(self.output_of("convert", "a.wav", "--from", 150, "--format", "json", "-", pattern=""))["events"]
+        self.assertEqual([(tap["type"], round(tap["start"], -1)) for tap in taps], [("transient", 50)])
+
+    def test_convert_hands_patterns_on(self):
+        curve = {"type": "curve", "start": "1/2b", "points": [["1s", 10, 0], {"time": "1200.4ms", "intensity": 90, "hz": 170}]}
+        group = {"type": "group", "start": 0, "repeat": 2, "every": "1b", "events": [transient(0, 30, 80)]}
+        pattern = json.dumps({"tempo": 120, "loops": 2, "events": [curve, group]})
+        (self.directory / "p.json").write_text(pattern)
+        written = json.loads(self.output_of("convert", "p.json", "--format", "json", "-", pattern=""))
+        self.assertEqual(written, {"tempo": 120, "loops": 2, "events": [
+            {"type": "group", "start": 0, "repeat": 2, "every": "1b", "events": [
+                {"type": "transient", "start": 0, "driven": 20, "level": 30}]},
+            {"type": "curve", "start": "1/2b", "points": [[0, 10, 0], {"time": 200, "intensity": 90, "hz": 170}]}]})
+        self.assertIn(b"strength and frequency are lost", self.run_tool("convert", "p.json", "x.VIBRATE.json", pattern="").stderr)
+        self.assertEqual(json.loads((self.directory / "x.VIBRATE.json").read_text())[:2], [20, 230])
 
     def test_faults_of_a_file_are_told_at_once(self):
         result = self.run_tool("pattern", "-", "x.wav", pattern='{"events": [7, {"type": "wobble\x1b"}, 7]}')

@@ -401,7 +401,13 @@ std::vector<Command> commands() {
            "pattern heartbeat.json --loop 3 --interval 200 heartbeat.wav heartbeat.svg",
        run_pattern},
       {"convert", "Turn patterns into other forms, and those of others into patterns", declare_convert, false,
-       design::formats_help() + example + "convert clip.ahap clip.json\n  lrasynth convert clip.json --format xml -",
+       design::formats_help() +
+           R"(Besides, FILE may be sound: WAV, FLAC, Ogg, AIFF, AU or CAF, 256 MiB and 10 minutes at most. Its onsets become taps, and
+its envelope curves. What a form cannot say is left out, with a note; --strict makes that a fault.
+
+)" + example +
+           "convert clip.ahap clip.json\n  lrasynth convert clip.json --format xml -\n"
+           "  lrasynth convert drums.wav drums.json --floor -30 --to 4000",
        run_convert},
       {"tone", "Render a sine burst", declare_tone, false,
        forms + example + "tone --frequency 170 --half-periods 20 --amplitude 100 --audible tone.wav", run_tone},

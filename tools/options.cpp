@@ -201,7 +201,8 @@ void Options::output() {
 }
 
 void Options::pattern_file() {
-  add_positional("FILE", arguments_.files, "Pattern in JSON; - is standard input")
+  add_positional("FILE", arguments_.files,
+                 "Pattern, in any form that convert --help tells, or sound; - is standard input")
       ->expected(1)
       ->allow_extra_args(false)
       ->required();
@@ -237,7 +238,9 @@ void Options::sound_part() {
 }
 
 void Options::pattern_files() {
-  add_positional("FILES", arguments_.files, "Pattern files, none for a tap; last the .svg file to write, if any");
+  add_positional(
+      "FILES", arguments_.files,
+      "Patterns, in any form that convert --help tells, none for a tap; last the .svg file to write, if any");
 }
 
 void Options::picture_file() {

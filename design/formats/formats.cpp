@@ -145,17 +145,17 @@ std::string handed_on(const Score& score, const Source& source, Losses& losses) 
 
 // clang-format off
 constexpr Format kFormats[] = {
-    {"json", ".json", "patterns of ours",
+    {"json", ".json", "patterns as the other commands take them",
      nullptr, nullptr, nullptr, nullptr, handed_on},
-    {"ahap", ".ahap", "AHAP, the Apple Haptic and Audio Pattern",
+    {"ahap", ".ahap", "AHAP, Apple Haptic and Audio Pattern",
      is_ahap, untuned<read_ahap>, nullptr, nullptr, painted<write_ahap>},
-    {"haptic", ".haptic", "envelopes and emphases of the haptic data model 1.0",
+    {"haptic", ".haptic", "haptic data model 1.0: envelopes and emphases",
      is_haptic, untuned<read_haptic>, nullptr, nullptr, painted<write_haptic>},
-    {"hjif", ".hjif", "MPEG haptics as JSON, whose binary form is not read",
+    {"hjif", ".hjif", "MPEG haptics (HJIF), which is only read, and in JSON alone",
      is_hjif, read_hjif, nullptr, nullptr, nullptr},
-    {"xml", ".xml", "Android's vibration effects",
+    {"xml", ".xml", "Android vibration effects",
      nullptr, nullptr, is_android, read_android, painted<write_android>},
-    {"vibrate", ".vibrate.json", "times on and off, as browsers take them",
+    {"vibrate", ".vibrate.json", "times on and off for navigator.vibrate, which are only written",
      nullptr, nullptr, nullptr, nullptr, painted<write_on_off>},
 };
 // clang-format on
@@ -187,8 +187,21 @@ Drawing drawing_of(const XmlText& xml) {
   return drawing;
 }
 
+// Whether it begins as no text does.
+bool is_binary(std::string_view bytes) {
+  constexpr size_t kMost = 16;
+  const auto is_odd = [](char c) { return static_cast<uint8_t>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r'; };
+  const std::string_view first = bytes.substr(0, kMost);
+  return std::any_of(first.begin(), first.end(), is_odd);
+}
+
 // Nothing where the text is no format's: it is ours, or nobody's.
 std::optional<Drawing> drawing_of(const Source& source, const Tuning& tuning) {
+  if (is_binary(source.text)) {
+    Drawing none;
+    none.fault({}, "is neither UTF-8 text nor sound that is known; of MPEG haptics JSON is read, not the binary form");
+    return none;
+  }
   if (without_mark(source.text).starts_with('<')) return drawing_of(read_xml(source.text));
   if (!source.json.root) return std::nullopt;
   const auto is_of = [&](const Format& format) {
@@ -231,12 +244,8 @@ std::vector<std::string> written_formats(const char* Format::*word) {
 }
 
 std::string formats_help() {
-  std::string lines = "FORMS:\n";
-  for (const Format& format : kFormats) {
-    const bool is_read = format.is_json != nullptr || format.is_xml != nullptr || &format == kFormats;
-    const char* const use = format.write == nullptr ? " (to read)" : is_read ? "" : " (to write)";
-    lines += text("  %-14s %s%s\n", format.ending, format.help, use);
-  }
+  std::string lines = "FORMS, of which FILE has what it says, and OUTPUT what its name ends in:\n";
+  for (const Format& format : kFormats) lines += text("  %-14s %s\n", format.ending, format.help);
   return lines;
 }
 
