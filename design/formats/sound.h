@@ -22,10 +22,10 @@ struct SoundOptions {
 };
 
 // What the options may be, in decibels.
-constexpr double kLeastFloorDb = -80;
-constexpr double kMostFloorDb = -6;
-constexpr double kLeastGainDb = -60;
-constexpr double kMostGainDb = 60;
+constexpr int32_t kLeastFloorDb = -80;
+constexpr int32_t kMostFloorDb = -6;
+constexpr int32_t kLeastGainDb = -60;
+constexpr int32_t kMostGainDb = 60;
 
 // What is heard of, in samples a second.
 constexpr double kLeastSoundRate = 1000;
