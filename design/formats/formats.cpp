@@ -205,6 +205,10 @@ std::optional<Drawing> drawing_of(const Source& source, const Tuning& tuning) {
 
 std::span<const Format> formats() { return kFormats; }
 
+bool is_read(const Format& format) {
+  return format.is_json != nullptr || format.is_xml != nullptr || &format == kFormats;
+}
+
 const Format* format_named(std::string_view name) {
   return format_where([&](const Format& format) { return format.name == name; });
 }
@@ -233,8 +237,7 @@ std::vector<std::string> written_formats(const char* Format::*word) {
 std::string formats_help() {
   std::string lines = "FORMS:\n";
   for (const Format& format : kFormats) {
-    const bool is_read = format.is_json != nullptr || format.is_xml != nullptr || &format == kFormats;
-    const char* const use = format.write == nullptr ? " (to read)" : is_read ? "" : " (to write)";
+    const char* const use = format.write == nullptr ? " (to read)" : is_read(format) ? "" : " (to write)";
     lines += text("  %-14s %s%s\n", format.ending, format.help, use);
   }
   return lines;
