@@ -72,8 +72,8 @@ function open(text, file, profile, lost = []) {
 /** For the motor that is chosen, since it is made to sound like that there. @param {File} file */
 async function openSound(file) {
   if (file.size > mostOfSound) return say('fault', `${file.name}: is larger than 256 MiB`);
-  const bytes = await file.arrayBuffer();
-  const sound = await decoded(bytes).catch(() => null);
+  say('note', `${file.name}: is listened to …`);
+  const sound = await file.arrayBuffer().then(decoded).catch(() => null);
   if (sound === null) return say('fault', `${file.name}: is neither text nor sound that this browser can read`);
   const { profile } = current().design;
   const { faults, losses, json } = heard(sound, file.name, profile);
@@ -133,14 +133,11 @@ function handOut(content, ending) {
   return file;
 }
 
-/** What those who take our own format without knowing its motors get, beside what is saved. */
-const plainJson = { name: 'json', ending: '.driven.json', help: 'as this motor is driven' };
-
 /** In the format that is chosen. */
 function downloadForOthers() {
   const made = saved(current().design, (piece) => convert(piece, formats.value));
   if (made === null) return say('fault', `${formats.value}: nothing to write.`);
-  const ending = written.find(({ name }) => name === formats.value)?.ending ?? '';
+  const ending = outgoing.find(({ name }) => name === formats.value)?.ending ?? '';
   const file = handOut(made.content, ending);
   say('note', ...made.losses.map((line) => `${file}: ${line}`));
 }
@@ -246,13 +243,14 @@ const openFile = (file) => file && opened(file.name, async () =>
   (await isSound(file)) ? openSound(file) : open(await file.text(), file.name));
 
 const readEndings = about.formats.filter(({ read }) => read).map(({ ending }) => ending);
-const written = about.formats.filter(({ written }) => written)
-  .map((format) => (format.name === plainJson.name ? plainJson : format));
+// Ours is the first, which has a form for whoever knows nothing of motors; it is not what is saved.
+const [ours, ...others] = about.formats.filter(({ written }) => written);
+const outgoing = [...others, { ...ours, ending: '.driven.json', help: 'patterns as this motor is driven' }];
 const input = element('file', HTMLInputElement);
 input.accept = [...readEndings, 'audio/*'].join();
 element('opened', HTMLElement).textContent = `Or drop a file anywhere: ${readEndings.join(', ')}, or sound. `;
 const formats = element('format', HTMLSelectElement);
-formats.append(...written.map(({ name, ending, help }) => new Option(`${ending}: ${help}`, name)));
+formats.append(...outgoing.map(({ name, ending, help }) => new Option(`${ending}: ${help}`, name)));
 const forOthers = element('convert', HTMLButtonElement);
 forOthers.onclick = downloadForOthers;
 const choice = element('example', HTMLSelectElement);
