@@ -11,6 +11,19 @@ export interface About {
   help: string;
   chips: Chip[];
   motors: Motor[];
+  formats: Format[];
+  /** How sound is usually listened to. */
+  sound: { floor_db: number; gain_db: number; taps: boolean; curves: boolean };
+}
+
+/** Of files that patterns come in, or go out in. */
+export interface Format {
+  name: string;
+  /** With its dot. */
+  ending: string;
+  help: string;
+  read: boolean;
+  written: boolean;
 }
 
 export interface Chip {
@@ -43,6 +56,8 @@ export interface Facts {
   starts: number[];
   /** What of the text was not taken as it stands. */
   notes: string[];
+  /** Of a file from elsewhere: what of it could not be taken. */
+  losses: string[];
   /** Whether it has comments, which are not kept. */
   comments: boolean;
   title: string;
@@ -116,4 +131,19 @@ export interface Estimate {
   peak: number;
   /** Values with their units. */
   numbers: [name: string, value: string][];
+}
+
+export interface Heard {
+  faults: string[];
+  /** What of the sound could not be taken. */
+  losses: string[];
+  /** The pattern; with faults it is empty. */
+  json: string;
+}
+
+export interface Converted {
+  /** Of the file. */
+  content: string;
+  /** What the format cannot say. */
+  losses: string[];
 }

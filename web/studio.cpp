@@ -15,6 +15,8 @@
 #include "design/advice/summary.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
+#include "design/formats/formats.h"
+#include "design/formats/sound.h"
 #include "design/pattern/time.h"
 #include "design/picture/forms.h"
 #include "design/waveform/stretch.h"
@@ -110,6 +112,7 @@ class Shelf {
 struct Studio {
   std::string text;
   Shelf shelf;
+  std::optional<design::Listener> listener;
   std::vector<int8_t> extremes;
   std::vector<double> columns;
 };
@@ -127,7 +130,8 @@ int refuse() {
 bool is_in(double value, double least, double most) { return value >= least && value <= most; }  // NaN is not
 
 constexpr double kMostColumns = 65536;
-constexpr double kFar = 1e12;  // in samples or ms
+constexpr size_t kMostHeard = 65536;  // samples at once
+constexpr double kFar = 1e12;         // in samples or ms
 
 // JSON.
 
@@ -244,7 +248,7 @@ std::string json_of(const design::PatternFile& file) {
   const std::vector<double> starts = file.source == nullptr ? std::vector<double>() : starts_of(*file.source);
   return R"(,"said":)" + json_of(file.setup) + R"(,"starts":)" +
          list(starts, [](double ms) { return text("%.10g", ms); }) + R"(,"notes":)" + list(file.notes, quoted) +
-         R"(,"comments":)" + truth(has_comments);
+         R"(,"losses":)" + list(file.losses, quoted) + R"(,"comments":)" + truth(has_comments);
 }
 
 std::string json_of(const design::Piece& piece) {
@@ -305,6 +309,18 @@ std::string facts_of(int32_t motor) {
          curve(plain) + ',' + curve(boosted) + "]}";
 }
 
+std::string facts_of_format(const design::Format& format) {
+  return R"({"name":)" + quoted(format.name) + R"(,"ending":)" + quoted(format.ending) + R"(,"help":)" +
+         quoted(format.help) + R"(,"read":)" + truth(is_read(format)) + R"(,"written":)" +
+         truth(format.write != nullptr) + '}';
+}
+
+std::string usual_sound() {
+  const design::SoundOptions usual;
+  return text(R"({"floor_db":%.10g,"gain_db":%.10g,"taps":%s,"curves":%s})", usual.floor_db, usual.gain_db,
+              truth(usual.taps), truth(usual.curves));
+}
+
 // A form, of which the length is measured before it is kept where it is long: memory need not hold it twice.
 template <class Write>
 std::string collected(bool measure, Write write) {
@@ -346,7 +362,8 @@ void studio_about() {
   studio().text = text(R"({"version":"%d.%d.%d","longest_ms":%d,"help":)", LRASYNTH_VERSION_MAJOR,
                        LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH, design::kLongestMs) +
                   quoted(design::kPatternHelp) + R"(,"chips":)" + list(design::chips(), facts_of_chip) +
-                  R"(,"motors":)" + list(design::motors(), facts_of) + '}';
+                  R"(,"motors":)" + list(design::motors(), facts_of) + R"(,"formats":)" +
+                  list(design::formats(), facts_of_format) + R"(,"sound":)" + usual_sound() + '}';
 }
 
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,
@@ -359,6 +376,35 @@ int studio_pattern(const char* json, size_t length, const char* name, size_t nam
   const std::string called(name, name_length);
   auto [setup, file, piece] = design::read_piece(asked, {json, length}, called);
   return piece ? take_piece(std::move(*piece), file) : take_faults(file, design::shown(called, 120));
+}
+
+int studio_listen(double rate, double floor_db, double gain_db, int taps, int curves) {
+  const bool is_sound = is_in(floor_db, design::kLeastFloorDb, design::kMostFloorDb) &&
+                        is_in(gain_db, design::kLeastGainDb, design::kMostGainDb);
+  if (!is_sound || (taps == 0 && curves == 0)) return refuse();
+  studio().listener.emplace(
+      rate, design::SoundOptions{.taps = taps != 0, .curves = curves != 0, .floor_db = floor_db, .gain_db = gain_db});
+  return 0;
+}
+
+int studio_hear(const float* samples, size_t count) {
+  std::optional<design::Listener>& listener = studio().listener;
+  if (!listener || count > kMostHeard) return refuse();
+  listener->hear({samples, count});
+  return listener->wants_more() ? 1 : 0;
+}
+
+int studio_heard(const char* name, size_t name_length, int motor, int chip, int boost) {
+  const auto profile = profile_of(motor, chip, boost);
+  if (!profile || !studio().listener) return refuse();
+  design::Drawing drawing = studio().listener->drawing(*profile);
+  studio().listener.reset();
+  const std::string json = drawing.faults.count == 0 ? design::pattern_json(drawing) : "";
+  const bool is_heard = drawing.faults.count == 0;
+  studio().text = R"({"faults":)" + list(drawing.faults.lines(design::shown({name, name_length}, 120)), quoted) +
+                  R"(,"losses":)" + list(drawing.losses.lines(), quoted) + R"(,"json":)" +
+                  quoted(is_heard ? json : "") + '}';
+  return is_heard ? 1 : 0;
 }
 
 int studio_tap(int level, int intensity, int in_pattern, int motor, int chip) {
@@ -435,5 +481,17 @@ int studio_form(int piece, const char* form, size_t length, double quality, doub
   auto made = form_of(*held, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
   if (!made) return refuse();
   studio().text = std::move(*made);
+  return static_cast<int>(studio().text.size());
+}
+
+int studio_convert(int piece, const char* format, size_t length) {
+  const Held* const held = studio().shelf.at(piece);
+  const design::Format* const into = design::format_named({format, length});
+  if (held == nullptr || into == nullptr || into->write == nullptr) return refuse();
+  const design::Piece& pattern = held->piece();
+  if (pattern.score == nullptr || pattern.waveform.is_stream) return refuse();
+  design::Losses losses;
+  const std::string content = into->write(*pattern.score, *pattern.source, losses);
+  studio().text = R"({"content":)" + quoted(content) + R"(,"losses":)" + list(losses.lines(), quoted) + '}';
   return static_cast<int>(studio().text.size());
 }

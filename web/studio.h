@@ -27,13 +27,25 @@ STUDIO_EXPORT(studio_text_length) size_t studio_text_length();
 // Text: an About.
 STUDIO_EXPORT(studio_about) void studio_about();
 
-// Makes a piece of a pattern, which plays loops (1..65535) times with gaps of interval_ms (0..600000) between them,
-// whatever its text says of these, of motor, chip and boost. Motors and chips (0, 1 or 11) as in the library's header.
-// Returns its number, 0 where there are faults; one is also a waveform of more than 600000 ms, or an event stream of
-// more than 64 MiB. Text: its Facts.
+// Makes a piece of a pattern in any format that About lists, which plays loops (1..65535) times with gaps of
+// interval_ms (0..600000) between them, whatever its text says of these, of motor, chip and boost. Motors and chips (0,
+// 1 or 11) as in the library's header. Returns its number, 0 where there are faults; one is also a waveform of more
+// than 600000 ms, or an event stream of more than 64 MiB. Text: its Facts.
 STUDIO_EXPORT(studio_pattern)
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,
                    int boost, int loops, int interval_ms);
+
+// A sound is listened to from here on, in place of any other: of so many samples a second, with a floor of -80..-6 and
+// a gain of -60..60 decibels, for taps, for curves or for both. Returns 0.
+STUDIO_EXPORT(studio_listen) int studio_listen(double rate, double floor_db, double gain_db, int taps, int curves);
+
+// Its next samples, of one channel, of which full scale is 1 or -1: 65536 at most. Returns 1 as long as there is any
+// use in more of them, else 0.
+STUDIO_EXPORT(studio_hear) int studio_hear(const float* samples, size_t count);
+
+// What it means as a pattern for that profile, and its end: nothing is listened to any more. Returns 1, 0 where there
+// are faults. Text: a Heard.
+STUDIO_EXPORT(studio_heard) int studio_heard(const char* name, size_t name_length, int motor, int chip, int boost);
 
 // Makes a piece of a tap: level and intensity 0..100. Returns as above. Text: its Facts.
 STUDIO_EXPORT(studio_tap) int studio_tap(int level, int intensity, int in_pattern, int motor, int chip);
@@ -62,5 +74,9 @@ const double* studio_response(int piece, double quality, double hz, double from_
 // the picture, which shows from_ms..to_ms; a to_ms of 0 is its end.
 STUDIO_EXPORT(studio_form)
 int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms);
+
+// A pattern in one of the formats that About lists as written, on a chip that renders samples. Text: a Converted.
+// Returns the length of that.
+STUDIO_EXPORT(studio_convert) int studio_convert(int piece, const char* format, size_t length);
 
 }  // extern "C"

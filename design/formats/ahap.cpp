@@ -101,7 +101,8 @@ class AhapReader {
     }
     const double length_ms = 1000 * members_.number(json, "EventDuration").value_or(0);
     if (type.starts_with("Audio")) return drawing_.losses.add("audio event", "left out");
-    if (type != kTransient && type != kContinuous) return drawing_.losses.add("event", "left out, being of no known type");
+    if (type != kTransient && type != kContinuous)
+      return drawing_.losses.add("event", "left out, being of no known type");
     if (type == kContinuous) {
       if (!(length_ms > 0)) return drawing_.losses.add("continuous event", "left out for want of a duration");
       event.length_ms = length_ms;

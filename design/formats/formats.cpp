@@ -218,6 +218,10 @@ std::optional<Drawing> drawing_of(const Source& source, const Tuning& tuning) {
 
 std::span<const Format> formats() { return kFormats; }
 
+bool is_read(const Format& format) {
+  return format.is_json != nullptr || format.is_xml != nullptr || &format == kFormats;
+}
+
 const Format* format_named(std::string_view name) {
   return format_where([&](const Format& format) { return format.name == name; });
 }

@@ -33,6 +33,9 @@ struct Format {
 // Ours is the first.
 std::span<const Format> formats();
 
+// Whether files of that format can be read.
+bool is_read(const Format& format);
+
 // The one of that name, and the one to write a file of that name in; null where there is none.
 const Format* format_named(std::string_view name);
 const Format* format_of_path(std::string_view path);

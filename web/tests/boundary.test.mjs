@@ -117,6 +117,53 @@ test('taps', () => {
   assert.match(facts().faults[0], /motor 81540 has no taps/);
 });
 
+const convert = (format) => withTexts([format], (...at) => wasm.studio_convert(piece, ...at));
+
+test('what patterns are converted to', () => {
+  for (const [name, ...profile] of [['song.json', 9595, 1, 1, 3, 333], ['overlap.json', 832, 0, 0, 1, 0],
+    ['rain.json', 1040, 0, 1, 1, 0], ['flat.json', 9595, 0, 1, 3, 333]]) {
+    const [motor, chip, boost] = profile;
+    pattern(files[name], name, ...profile);
+    for (const format of ['json', 'ahap', 'haptic', 'xml', 'vibrate']) {
+      const { stdout, lines } = lrasynth('convert', name, `--motor=${motor}`, `--chip=${chip}`,
+        `--boost=${boost ? 'on' : 'off'}`, `--format=${format}`, '-');
+      convert(format);
+      const { content, losses } = facts();
+      assert.ok(stdout.length > 0 && stdout.equals(Buffer.from(content)), `${name}: ${format}`);
+      assert.deepEqual(losses, lines.flatMap((line) => line.match(/^note: -: (.*)/)?.slice(1) ?? []));
+    }
+  }
+  for (const format of ['hjif', 'bin', '']) assert.deepEqual([convert(format), result().length], [-1, 0]);
+  for (const make of [() => tap(50, 80, 0, 1040, 0), () => pattern(files['rain.json'], 'x', 1040, 11, 1, 1, 0)]) {
+    assert.ok(make() > 0);
+    assert.equal(convert('ahap'), -1);
+  }
+});
+
+function heard(samples, ...profile) {
+  const at = wasm.studio_alloc(4 * samples.length);
+  new Float32Array(wasm.memory.buffer, at, samples.length).set(samples);
+  const isWanted = wasm.studio_hear(at, samples.length);
+  wasm.studio_free(at);
+  return [isWanted, withTexts(['a.wav'], (...name) => wasm.studio_heard(...name, ...profile))];
+}
+
+test('sound is listened to within bounds, and once', () => {
+  const knock = Array.from({ length: 8000 }, (_, i) => (i < 2000 ? 0 : Math.exp(20 - i / 100) * Math.sin(i / 6)));
+  for (const [motor, chip, taps] of [[1040, 0, 1], [832, 11, 1], [81540, 0, 0]]) {
+    assert.equal(wasm.studio_listen(8000, -40, 0, 1, 1), 0);
+    assert.deepEqual(heard(knock, motor, chip, 1), [1, 1]);
+    assert.equal(JSON.parse(facts().json).events.filter(({ type }) => type === 'transient').length, taps);
+  }
+  assert.deepEqual([heard(knock, 1040, 0, 1), result().length], [[-1, -1], 0]);
+  for (const [floor, gain, taps] of [[NaN, 0, 1], [-81, 0, 1], [-5, 0, 1], [-40, 61, 1], [-40, NaN, 1], [-40, 0, 0]]) {
+    assert.equal(wasm.studio_listen(8000, floor, gain, taps, 0), -1);
+  }
+  assert.equal(wasm.studio_listen(NaN, -40, 0, 1, 0), 0);
+  assert.deepEqual([wasm.studio_hear(0, 65537), heard(knock, 7, 0, 1), heard(knock, 832, 0, 1)], [-1, [0, -1], [0, 0]]);
+  assert.match(facts().faults[0], /^a\.wav: has nan samples/);
+});
+
 test('the types are those of studio.h, and the texts those of the types', () => {
   const web = join(root, 'web');
   assert.equal(readFileSync(join(web, 'exports.d.ts'), 'utf8'), declarations, 'npm run types prints it anew');
@@ -135,7 +182,13 @@ test('the types are those of studio.h, and the texts those of the types', () => 
   take('Facts');
   wasm.studio_response(piece, 20, 0, 0, 9, 1);
   take('Estimate');
-  const imported = `import type { About, Estimate, Facts } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
+  pattern(files['rain.json'], 'some', 1040, 0, 1, 1, 0);
+  convert('vibrate');
+  take('Converted');
+  wasm.studio_listen(8000, -40, 0, 1, 1);
+  heard([1], 1040, 0, 1);
+  take('Heard');
+  const imported = `import type { About, Converted, Estimate, Facts, Heard } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
   writeFileSync(join(scratch, 'texts.ts'), imported + texts.join('\n'));
   const config = { extends: join(web, 'tsconfig.json'), include: ['texts.ts'] };
   writeFileSync(join(scratch, 'tsconfig.json'), JSON.stringify(config));

@@ -16,8 +16,10 @@ export const resultBytes = () => bytesAt(wasm.studio_text(), wasm.studio_text_le
 export const resultText = () => new TextDecoder().decode(resultBytes());
 
 /** @template T @param {string} text @param {(address: Address, length: number) => T} call @returns {T} */
-export function withText(text, call) {
-  const bytes = new TextEncoder().encode(text);
+export const withText = (text, call) => withMemory(new TextEncoder().encode(text), call);
+
+/** @template T @param {Uint8Array} bytes @param {(address: Address, length: number) => T} call @returns {T} */
+export function withMemory(bytes, call) {
   const address = wasm.studio_alloc(bytes.length + 1);
   if (address === 0) throw new Error('out of memory');
   new Uint8Array(wasm.memory.buffer).set(bytes, address);

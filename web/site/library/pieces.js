@@ -4,7 +4,7 @@
 import { asRead } from '../model/file.js';
 import { bytesAt, resultBytes, resultText, wasm, withText } from './exports.js';
 
-/** @import {About, Estimate, EventFacts, Facts, Motor} from '../../protocol.js' */
+/** @import {About, Converted, Estimate, EventFacts, Facts, Motor} from '../../protocol.js' */
 /** @import {PatternEvent} from '../model/events.js' */
 /** @import {Span} from '../model/spans.js' */
 /** @import {Design, Profile, State} from '../model/state.js' */
@@ -107,4 +107,10 @@ export function form({ number }, name, { shown, quality, hz }) {
   const made = withText(name, (text, length) =>
     wasm.studio_form(number, text, length, shown ? quality : 0, hz, 0, 0));
   return made < 0 ? null : resultBytes();
+}
+
+/** As the command hands it on in one of the formats that are written. @param {Piece} piece @param {string} format */
+export function convert({ number }, format) {
+  const made = withText(format, (text, length) => wasm.studio_convert(number, text, length));
+  return made < 0 ? null : /** @type {Converted} */ (JSON.parse(resultText()));
 }

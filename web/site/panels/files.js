@@ -5,17 +5,19 @@ import { eventOf, readEvent } from '../model/events.js';
 import { asSaved, designOf } from '../model/file.js';
 import { isInteger } from '../model/numbers.js';
 import { current, edit, emptyDesign, forgetPast, onStepEnd, show } from '../model/state.js';
-import { about, form, laidOutBy, patternPiece, readPattern, release } from '../library/pieces.js';
+import { about, convert, form, laidOutBy, patternPiece, readPattern, release } from '../library/pieces.js';
+import { decoded, heard } from '../library/sound.js';
 import { element, make, setValue } from '../page/elements.js';
 import { wordItems } from '../page/words.js';
 
 /** @import {Said} from '../model/file.js' */
 /** @import {Piece} from '../library/pieces.js' */
-/** @import {Design, State, Words} from '../model/state.js' */
+/** @import {Design, Profile, State, Words} from '../model/state.js' */
 
 const firstExample = 'heartbeat';
 const examples = [firstExample, 'sunrise', 'chirp', 'sweep', 'fade', 'alarm', 'rain', 'overlap'];
 const store = 'lrasynth studio';
+const mostOfSound = 256 * 2 ** 20; // bytes
 const selected = { event: -1, point: -1, cursor: 0, view: null, messages: [] };
 
 /** @param {Words['kind']} kind @param {string[]} lines */
@@ -42,10 +44,12 @@ function madeOf(text, file, design, make) {
  * Nothing gets in but what the command reads; else its words are shown. What is wrong on this motor alone is told
  * later, at the events.
  * @param {string} text @param {string} file
+ * @param {Profile} [profile] that it was made for, where its text does not tell
+ * @param {readonly string[]} lost before it was text
  */
-function open(text, file) {
+function open(text, file, profile, lost = []) {
   const plain = madeOf(text, file, emptyDesign, read);
-  const said = offered(plain.facts.said);
+  const said = profile ?? offered(plain.facts.said);
   const own = designOf(said, {}, '');
   // Some are for the chip that they name alone.
   const { facts, json } = plain.json === null ? madeOf(text, file, own, read) : plain;
@@ -59,9 +63,26 @@ function open(text, file) {
     const end = (entries[i] ?? []).reduce((end, { end_ms = 0 }) => Math.max(end, end_ms), start);
     return readEvent(event, start, end - start);
   });
-  edit({ ...designOf(said, header, file.replace(/\.json$/i, '')), events }, '', selected);
-  if (facts.comments) say('note', `${file}: its comments are not kept`);
+  edit({ ...designOf(said, header, file.replace(/\.[a-z]\w*$/i, '')), events }, '', selected);
+  const { notes } = patternPiece(current().design).facts;
+  const lines = [...lost, ...facts.losses, ...notes, ...(facts.comments ? ['its comments are not kept'] : [])];
+  say('note', ...lines.map((line) => `${file}: ${line}`));
 }
+
+/** For the motor that is chosen, since it is made to sound like that there. @param {File} file */
+async function openSound(file) {
+  if (file.size > mostOfSound) return say('fault', `${file.name}: is larger than 256 MiB`);
+  say('note', `${file.name}: is listened to …`);
+  const sound = await file.arrayBuffer().then(decoded).catch(() => null);
+  if (sound === null) return say('fault', `${file.name}: is neither text nor sound that this browser can read`);
+  const { profile } = current().design;
+  const { faults, losses, json } = heard(sound, file.name, profile);
+  if (faults.length > 0) return say('fault', ...faults);
+  open(json, file.name, profile, losses);
+}
+
+/** A byte of 0 stands in the head of any sound, and in no text. @param {File} file */
+const isSound = async (file) => new Uint8Array(await file.slice(0, 4096).arrayBuffer()).includes(0);
 
 /** As far as the menus have it. @param {Said} said @returns {Said} */
 const offered = (said) => ({
@@ -73,22 +94,25 @@ const offered = (said) => ({
 /** Its form is null where it has faults. @param {Piece} piece */
 const read = (piece) => ({ facts: piece.facts, json: piece.facts.faults.length > 0 ? null : canonical(piece) });
 
-/** @param {string} file @param {Promise<string>} text */
-async function openAs(file, text) {
+/** @param {string} name @param {() => Promise<void>} opening */
+async function opened(name, opening) {
   try {
-    open(await text, file);
+    await opening();
   } catch {
-    say('fault', `${file}: cannot be read`);
+    say('fault', `${name}: cannot be read`);
   }
 }
 
 /** @param {string} kind one of studio_form's */
 export function exported(kind) {
   const { design, response } = current();
-  const piece = patternPiece(design);
-  if (kind !== 'json') return form(piece, kind, response);
-  return madeOf(asSaved(design, piece.facts.said), design.name, design, (saved) => form(saved, kind, response));
+  if (kind !== 'json') return form(patternPiece(design), kind, response);
+  return saved(design, (piece) => form(piece, kind, response));
 }
+
+/** What the design makes as it is saved. @template T @param {Design} design @param {(piece: Piece) => T} make */
+const saved = (design, make) =>
+  madeOf(asSaved(design, patternPiece(design).facts.said), design.name, design, make);
 
 /** Of what is no ending itself. @type {Record<string, string>} */
 const endings = { flat: 'flat.json' };
@@ -97,9 +121,25 @@ const endings = { flat: 'flat.json' };
 function download(kind) {
   const bytes = exported(kind);
   if (bytes === null) return say('fault', `${kind.toUpperCase()}: nothing to write.`);
-  const address = URL.createObjectURL(new Blob([bytes]));
-  make('a', { href: address, download: `${current().design.name || 'pattern'}.${endings[kind] ?? kind}` }).click();
+  handOut(bytes, `.${endings[kind] ?? kind}`);
+}
+
+/** Returns the name of the file. @param {BlobPart} content @param {string} ending */
+function handOut(content, ending) {
+  const address = URL.createObjectURL(new Blob([content]));
+  const file = `${current().design.name || 'pattern'}${ending}`;
+  make('a', { href: address, download: file }).click();
   setTimeout(() => URL.revokeObjectURL(address), 10000);
+  return file;
+}
+
+/** In the format that is chosen. */
+function downloadForOthers() {
+  const made = saved(current().design, (piece) => convert(piece, formats.value));
+  if (made === null) return say('fault', `${formats.value}: nothing to write.`);
+  const ending = outgoing.find(({ name }) => name === formats.value)?.ending ?? '';
+  const file = handOut(made.content, ending);
+  say('note', ...made.losses.map((line) => `${file}: ${line}`));
 }
 
 /** @param {BlobPart} data @param {CompressionStream | DecompressionStream} through */
@@ -184,7 +224,8 @@ function keep() {
 }
 
 /** @param {string} name */
-const openExample = (name) => openAs(`${name}.json`, fetch(`examples/${name}.json`).then((answer) => answer.text()));
+const openExample = (name) => opened(`${name}.json`, async () =>
+  open(await (await fetch(`examples/${name}.json`)).text(), `${name}.json`));
 
 async function copyLink() {
   const link = location.href.replace(/#.*/, '') + (await fragmentOf(current().design));
@@ -198,9 +239,20 @@ async function copyLink() {
 }
 
 /** @param {File | undefined} file */
-const openFile = (file) => file && openAs(file.name, file.text());
+const openFile = (file) => file && opened(file.name, async () =>
+  (await isSound(file)) ? openSound(file) : open(await file.text(), file.name));
 
+const readEndings = about.formats.filter(({ read }) => read).map(({ ending }) => ending);
+// Ours is the first, which has a form for whoever knows nothing of motors; it is not what is saved.
+const [ours, ...others] = about.formats.filter(({ written }) => written);
+const outgoing = [...others, { ...ours, ending: '.driven.json', help: 'patterns as this motor is driven' }];
 const input = element('file', HTMLInputElement);
+input.accept = [...readEndings, 'audio/*'].join();
+element('opened', HTMLElement).textContent = `Or drop a file anywhere: ${readEndings.join(', ')}, or sound. `;
+const formats = element('format', HTMLSelectElement);
+formats.append(...outgoing.map(({ name, ending, help }) => new Option(`${ending}: ${help}`, name)));
+const forOthers = element('convert', HTMLButtonElement);
+forOthers.onclick = downloadForOthers;
 const choice = element('example', HTMLSelectElement);
 choice.append(...examples.map((name) => new Option(name)));
 choice.onchange = () => {
@@ -242,6 +294,7 @@ export function showFiles() {
     const kind = /** @type {HTMLElement} */ (button).dataset.form ?? '';
     /** @type {HTMLButtonElement} */ (button).disabled = none || (facts.stream && ['wav', 'svg'].includes(kind));
   }
+  forOthers.disabled = none || facts.stream;
   if (messages === said) return;
   said = messages;
   element('messages', HTMLElement).replaceChildren(...wordItems(messages));
