@@ -229,8 +229,6 @@ class Inspection {
     inspect_line(event);
   }
 
-  static double near_hz(double hz) { return std::max(4.0, 0.03 * hz); }
-
   // Where a curve is too steep, or its points too dense, to be followed away from them.
   void inspect_line(const Event& event) {
     constexpr double kFarAmplitude = 8;  // sample units

@@ -2,6 +2,7 @@
 // What a design needs to know of chip and motor.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -46,6 +47,9 @@ inline int32_t hertz_at(const lrasynth_profile& profile, int32_t offset) {
 inline double gain_at(const lrasynth_profile& profile, int32_t offset) {
   return static_cast<double>(lrasynth_offset_gain(&profile, offset));
 }
+
+// How far hertz that are played may be from those that were asked for.
+inline double near_hz(double asked) { return std::max(4.0, 0.03 * asked); }
 
 // The largest magnitude that a sample code holds.
 constexpr double kFullScale = 127;

@@ -91,7 +91,9 @@ class AhapReader {
     if (found == kElements[2]) read_curve(*inner);
   }
 
-  double time_ms(const JsonValue& of) { return 1000 * std::max(0.0, members_.number(of, "Time").value_or(0)); }
+  double time_ms(const JsonValue& of) {
+    return exact_ms(1000 * std::max(0.0, members_.number(of, "Time").value_or(0)));
+  }
 
   void read_event(const JsonValue& json) {
     const std::string type = members_.word(json, "EventType");
@@ -164,9 +166,9 @@ class AhapReader {
     for (Control& control : controls_) {
       correct(control, ends[control.kind]);
       ValueLine& line = lines_[control.kind];
-      line.step(control.at_ms + control.points.front().ms, control.points.front().value);
+      line.step(exact_ms(control.at_ms + control.points.front().ms), control.points.front().value);
       for (size_t i = 1; i < control.points.size(); ++i) {
-        line.to(control.at_ms + control.points[i].ms, control.points[i].value);
+        line.to(exact_ms(control.at_ms + control.points[i].ms), control.points[i].value);
       }
       ends[control.kind].insert(control.at_ms + control.points.back().ms);
     }
@@ -191,7 +193,7 @@ class AhapReader {
       return drawing_.taps.push_back({event.ms, strength, 100 * event.sharpness});
     }
     if (point_count_ > kMostPoints) return;
-    const double end_ms = event.ms + event.length_ms;
+    const double end_ms = exact_ms(event.ms + event.length_ms);
     const ValueLine sharpness = lines_[kSharpnessControl].part(event.ms, end_ms, 1, event.sharpness);
     DrawnCurve curve = curve_of(control.part(event.ms, end_ms, event.intensity, 0), sharpness, event.ms, end_ms);
     point_count_ += curve.size();
@@ -220,6 +222,12 @@ std::string event_json(const char* type, double ms, const std::string& duration,
          parameter_json(kSharpness, sharpness) + "]}}";
 }
 
+double strongest_of(const DrawnCurve& curve) {
+  double strongest = 0;
+  for (const DrawnPoint& point : curve) strongest = std::max(strongest, point.intensity);
+  return strongest;
+}
+
 class AhapWriter {
  public:
   AhapWriter(const Drawing& drawing, Losses& losses) : drawing_(drawing), losses_(losses) {}
@@ -240,20 +248,18 @@ class AhapWriter {
  private:
   void add(const std::string& element) { elements_ += (elements_.empty() ? "\n  " : ",\n  ") + element; }
 
-  auto taps_in(double from_ms, double to_ms) const {
-    const auto is_before = [](const DrawnTap& tap, double ms) { return tap.ms < ms; };
-    const auto& taps = drawing_.taps;
-    const auto first = std::lower_bound(taps.begin(), taps.end(), from_ms, is_before);
-    return std::span(first, std::lower_bound(first, taps.end(), to_ms, is_before));
-  }
-
   // The control runs up to 1 where the curve is strongest, since it holds for taps in the curve, too.
-  void add_curve(const DrawnCurve& curve, double next_ms) {
-    const auto is_weaker = [](const DrawnPoint& a, const DrawnPoint& b) { return a.intensity < b.intensity; };
-    const double most = std::max_element(curve.begin(), curve.end(), is_weaker)->intensity;
-    if (!(most > 0)) return;
-    const double from_ms = curve.front().ms;
-    const double to_ms = curve.back().ms;
+  void add_curve(const DrawnCurve& drawn, double next_ms) {
+    if (!(strongest_of(drawn) > 0)) return;
+    const double from_ms = drawn.front().ms;
+    const double to_ms = drawn.back().ms;
+    std::vector<double> times_ms;
+    for (const ValueLine::Point& peak : peaks_in(drawn)) times_ms.push_back(peak.ms);
+    const DrawnCurve curve = with_points_beside(drawn, times_ms, drawing_.tuning);
+    const double most = strongest_of(curve);
+    const std::vector<ValueLine::Point> peaks = peaks_in(curve);
+    losses_.add("tap", "stronger than the curve there, which peaks for a millisecond",
+                static_cast<int64_t>(peaks.size()));
     ValueLine strength(0);
     ValueLine sharpness(0);
     for (const DrawnPoint& point : curve) {
@@ -261,23 +267,24 @@ class AhapWriter {
       sharpness.to(point.ms, sharpness_of_offset(point.offset) - 0.5);
     }
     add(event_json(kContinuous, from_ms, "\"EventDuration\":" + seconds(to_ms - from_ms) + ",", most / 100, 0.5));
-    add_control(kIntensityControl, raised(strength, taps_in(from_ms, to_ms)));
+    add_control(kIntensityControl, with_peaks(strength, peaks));
     add_control(kSharpnessControl, sharpness.points());
-    if (taps_in(to_ms, next_ms).empty()) return;
+    if (drawing_.taps_in(to_ms, next_ms).empty()) return;
     control_.step(to_ms, 1);
     add(R"({"Parameter":{"Time":)" + seconds(to_ms) + "," +
         parameter_json(kControls[kIntensityControl].name, 1).substr(1) + "}");
   }
 
-  // With a peak of a millisecond to each side where a tap is stronger than the control lets it be.
-  std::vector<ValueLine::Point> raised(const ValueLine& line, std::span<const DrawnTap> taps) {
+  // Where taps are stronger than the control lets them be.
+  std::vector<ValueLine::Point> peaks_in(const DrawnCurve& curve) {
+    ValueLine control(0);
+    const double most = strongest_of(curve);
+    for (const DrawnPoint& point : curve) control.to(point.ms, point.intensity / most);
     std::vector<ValueLine::Point> peaks;
-    for (const DrawnTap& tap : taps) {
-      if (tap.strength / 100 > line.right(tap.ms) + 0.005) peaks.push_back({tap.ms, tap.strength / 100});
+    for (const DrawnTap& tap : drawing_.taps_in(curve.front().ms, curve.back().ms)) {
+      if (tap.strength / 100 > control.right(tap.ms) + 0.005) peaks.push_back({tap.ms, tap.strength / 100});
     }
-    losses_.add("tap", "stronger than the curve there, which peaks for a millisecond",
-                static_cast<int64_t>(peaks.size()));
-    return with_peaks(line, peaks);
+    return peaks;
   }
 
   // In curves of so many points as players take.

@@ -381,6 +381,7 @@ struct Point {
   int32_t ms;
   double intensity;
   double offset;
+  const Tuning* tuning = nullptr;  // of the motor on which the line to the next point plays, if it is known
 
   bool sounds() const { return intensity > kRest; }
 };
@@ -390,8 +391,9 @@ using Line = std::vector<Point>;
 int32_t whole_ms(double ms) { return static_cast<int32_t>(std::lround(std::clamp(ms, 0.0, 1.0 * kLongestMs))); }
 
 Point between(const Point& from, const Point& to, int32_t ms) {
-  const double part = 1.0 * (ms - from.ms) / (to.ms - from.ms);
-  return {ms, std::lerp(from.intensity, to.intensity, part), std::lerp(from.offset, to.offset, part)};
+  const DrawnPoint point = between(DrawnPoint{1.0 * from.ms, from.intensity, from.offset},
+                                   {1.0 * to.ms, to.intensity, to.offset}, ms, from.tuning);
+  return {ms, point.intensity, point.offset, from.tuning};
 }
 
 constexpr auto kIsWeaker = [](const Point& a, const Point& b) { return a.intensity < b.intensity; };
@@ -439,7 +441,8 @@ std::vector<Line> lines_of(const Drawing& drawing) {
   std::vector<Line> lines;
   for (const DrawnCurve& curve : drawing.curves) {
     Line& line = lines.emplace_back();
-    for (const DrawnPoint& point : curve) line.push_back({whole_ms(point.ms), point.intensity, point.offset});
+    for (const DrawnPoint& point : curve)
+      line.push_back({whole_ms(point.ms), point.intensity, point.offset, drawing.tuning});
     line = trimmed(std::move(line));
     if (line.empty() || line.front().ms == line.back().ms) lines.pop_back();
   }
@@ -561,6 +564,7 @@ class Writer {
     Line points = {{start_ms, 0, piece.front().offset}};
     int64_t left_out = 0;
     size_t next = 0;
+    Point peak = {};  // the strongest of those that are passed
     // Whether the line is left by going straight to a time.
     const auto pass_until = [&](int32_t ms) {
       bool is_left = false;
@@ -568,13 +572,20 @@ class Writer {
         const bool is_there = piece[next].ms == points.back().ms && piece[next].intensity == points.back().intensity;
         if (is_there) continue;
         is_left = true;
+        peak = kIsWeaker(peak, piece[next]) ? piece[next] : peak;
         left_out += piece[next].ms > start_ms && piece[next].ms < end_ms ? 1 : 0;
       }
       return is_left;
     };
     for (;;) {
       const int32_t earliest_ms = points.back().ms + kLeastApartMs;
+      peak = {};
       const bool is_left = pass_until(earliest_ms);
+      if (is_left && earliest_ms <= last_ms && kIsWeaker(points.back(), peak) &&
+          kIsWeaker(behind(piece, earliest_ms), peak)) {
+        points.push_back({earliest_ms, peak.intensity, peak.offset, peak.tuning});
+        continue;
+      }
       const int32_t next_ms = next < piece.size() ? piece[next].ms : end_ms;
       const bool is_soon = next_ms <= last_ms && next_ms < earliest_ms + kLeastApartMs;
       if (is_left && !is_soon && earliest_ms <= last_ms) {

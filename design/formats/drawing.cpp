@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "design/base/text.h"
@@ -17,6 +18,10 @@ constexpr size_t kMostPoints = 80'000;
 
 constexpr double kNear = 1;      // of 100
 constexpr double kNearHz = 2.2;  // about a hundredth of a motor's range
+
+// How far a line may go without a point, since amplitudes run straight and gains do not.
+constexpr double kFar = 10;
+constexpr double kFarHz = 22;
 
 int32_t rounded(double value, int32_t least, int32_t most) {
   return static_cast<int32_t>(std::lround(std::clamp(value, 1.0 * least, 1.0 * most)));
@@ -38,6 +43,7 @@ struct Point {
   bool has_hz() const { return drawn.hz > 0; }
   double drawn_place() const { return has_hz() ? drawn.hz : drawn.offset; }
   double near() const { return has_hz() ? kNearHz : kNear; }
+  bool is_far(const Point& other) const { return std::abs(place - other.place) > (has_hz() ? kFarHz : kFar); }
   bool is_near(const Point& other) const {
     return std::fabs(drawn.intensity - other.drawn.intensity) <= kNear &&
            std::fabs(drawn_place() - other.drawn_place()) <= near();
@@ -106,8 +112,8 @@ Line thinned(const Line& line) {
     size_t farthest = at + 1;
     for (size_t i = at + 1; i < line.size() && i <= farthest + kMostPassed; ++i) {
       const int32_t ms = line[i].ms - from.ms;
-      const bool will_do =
-          intensity.has(ms, line[i].intensity - from.intensity) && place.has(ms, line[i].place - from.place);
+      const bool will_do = !line[i].is_far(from) && intensity.has(ms, line[i].intensity - from.intensity) &&
+                           place.has(ms, line[i].place - from.place);
       if (will_do) farthest = i;
       intensity.narrow(ms, line[i].drawn.intensity - from.intensity, kNear);
       place.narrow(ms, line[i].drawn_place() - from.place, line[i].near());
@@ -139,16 +145,11 @@ class Writer {
 
   std::string write() {
     for (const DrawnCurve& curve : drawing_.curves) add(curve);
-    const bool has_strength = std::any_of(drawing_.taps.begin(), drawing_.taps.end(),
-                                          [](const DrawnTap& tap) { return rounded(tap.strength, 0, 100) > 0; });
-    // Taps without strength are kept beside others, which they may replace.
-    if (has_strength || !events_.empty()) {
-      for (const DrawnTap& tap : drawing_.taps) add(tap);
-    }
+    drawing_.losses.add("curve", "played over by another", covered());
+    for (const DrawnTap& tap : drawing_.taps) add(tap);
     if (events_.size() > kMostEvents) fault(text("has more than %zu events", kMostEvents));
     if (points_ > kMostPoints) fault(text("has more than %zu points", kMostPoints));
     if (drawing_.faults.count > 0) return "";
-    if (events_.empty()) drawing_.losses.say("there is nothing in it but rest");
     std::stable_sort(events_.begin(), events_.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     std::string json = "{\"version\":1,\"events\": [";
     for (const auto& [ms, event] : events_) json += (&event == &events_.front().second ? "\n  " : ",\n  ") + event;
@@ -174,11 +175,24 @@ class Writer {
       }
       points_ += few.size();
       events_.emplace_back(few.front().ms, curve_json(few));
+      spans_.emplace_back(few.front().ms, few.back().ms);
     }
   }
 
+  // How many curves others begin in. Other players mix them.
+  int64_t covered() {
+    std::sort(spans_.begin(), spans_.end());
+    int64_t count = 0;
+    int32_t end_ms = 0;
+    for (const auto& [from, to] : spans_) {
+      count += from < end_ms ? 1 : 0;
+      end_ms = std::max(end_ms, to);
+    }
+    return count;
+  }
+
   void add(const DrawnTap& tap) {
-    if (!is_in_time(tap.ms)) return;
+    if (!is_in_time(tap.ms) || rounded(tap.strength, 0, 100) == 0) return;
     const int32_t ms = rounded(tap.ms, 0, kLongestMs);
     events_.emplace_back(
         ms, R"({"type":"transient","start":)" + start_text(ms) +
@@ -187,6 +201,7 @@ class Writer {
 
   Drawing& drawing_;
   std::vector<std::pair<int32_t, std::string>> events_;
+  std::vector<std::pair<int32_t, int32_t>> spans_;  // of curves
   size_t points_ = 0;
 };
 
@@ -206,6 +221,41 @@ std::vector<std::string> Losses::lines() const {
     lines.push_back(thing.empty() ? fate : counted(count, thing.c_str()) + (count == 1 ? " is " : " are ") + fate);
   }
   return lines;
+}
+
+std::span<const DrawnTap> Drawing::taps_in(double from_ms, double to_ms) const {
+  const auto is_before = [](const DrawnTap& tap, double ms) { return tap.ms < ms; };
+  const auto first = std::lower_bound(taps.begin(), taps.end(), from_ms, is_before);
+  return {first, std::lower_bound(first, taps.end(), to_ms, is_before)};
+}
+
+DrawnPoint between(const DrawnPoint& from, const DrawnPoint& to, double ms, const Tuning* tuning) {
+  const double share = (ms - from.ms) / (to.ms - from.ms);
+  if (tuning == nullptr) {
+    return {ms, std::lerp(from.intensity, to.intensity, share), std::lerp(from.offset, to.offset, share)};
+  }
+  const auto offset_of = [](const DrawnPoint& point) { return rounded(point.offset, -50, 50); };
+  const auto amplitude_of = [&](const DrawnPoint& point) { return point.intensity * tuning->full(offset_of(point)); };
+  const double hz = std::lerp(tuning->hertz(offset_of(from)), tuning->hertz(offset_of(to)), share);
+  const int32_t offset = tuning->nearest(hz);
+  const double intensity = std::lerp(amplitude_of(from), amplitude_of(to), share) / tuning->full(offset);
+  return {ms, std::min(100.0, intensity), 1.0 * offset};
+}
+
+DrawnCurve with_points_beside(const DrawnCurve& curve, const std::vector<double>& times_ms, const Tuning* tuning) {
+  std::vector<double> edges;
+  for (const double ms : times_ms) edges.insert(edges.end(), {ms - kBesideMs, ms, ms + kBesideMs});
+  std::sort(edges.begin(), edges.end());
+  DrawnCurve points;
+  auto edge = edges.begin();
+  for (size_t i = 0; i < curve.size(); ++i) {
+    while (edge != edges.end() && *edge <= (i == 0 ? curve[i].ms : curve[i - 1].ms)) ++edge;
+    for (; i > 0 && edge != edges.end() && *edge < curve[i].ms; ++edge) {
+      if (*edge > points.back().ms) points.push_back(between(curve[i - 1], curve[i], *edge, tuning));
+    }
+    points.push_back(curve[i]);
+  }
+  return points;
 }
 
 DrawnCurve simplified(const DrawnCurve& curve) {

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "design/base/fault.h"
+#include "design/base/motor.h"
 
 namespace design {
 
@@ -51,11 +53,25 @@ class Losses {
   std::vector<Kind> kinds_;
 };
 
+// A point between two others of a curve, as it plays on a motor, where hertz and amplitude run straight; of none, where
+// offset and intensity do.
+DrawnPoint between(const DrawnPoint& from, const DrawnPoint& to, double ms, const Tuning* tuning);
+
+constexpr double kBesideMs = 1;
+
+// A curve with points at some times in it, which ascend, and a millisecond before and behind each: what is bent there
+// bends nothing else.
+DrawnCurve with_points_beside(const DrawnCurve& curve, const std::vector<double>& times_ms, const Tuning* tuning);
+
 struct Drawing {
   std::vector<DrawnTap> taps = {};
   std::vector<DrawnCurve> curves = {};
+  const Tuning* tuning = nullptr;  // of the motor that plays it, if it is to be written
   Losses losses = {};
   Faults faults = {};  // with their places in what was read; nothing else is of use where there are any
+
+  // From a time on and before another, where taps ascend.
+  std::span<const DrawnTap> taps_in(double from_ms, double to_ms) const;
 
   void fault(Place place, std::string what) { faults.add({{}, place, std::move(what)}); }
 };
@@ -65,8 +81,9 @@ DrawnCurve simplified(const DrawnCurve& curve);
 
 // As a pattern file of ours, in ascending start. Times become whole milliseconds; points that fall together are one,
 // the last of them, and where that makes a step, the line before it ends a millisecond earlier; points are left out
-// where the line stays within 1 of 100. Rest, of which no curve sounds, is no event. What lies beyond the longest
-// pattern, or is more than a file may have, is a fault of the drawing.
+// where the line stays within 1 of 100, and goes no farther than 10 steps, in which gains hardly bend. Rest, of which
+// no curve sounds, is no event. What lies beyond the longest pattern, or is more than a file may have, is a fault of
+// the drawing.
 std::string pattern_json(Drawing& drawing);
 
 }  // namespace design

@@ -18,18 +18,13 @@ namespace {
 
 // How a pattern is drawn.
 
-DrawnPoint between(const DrawnPoint& from, const DrawnPoint& to, double ms) {
-  const double share = (ms - from.ms) / (to.ms - from.ms);
-  return {ms, from.intensity + share * (to.intensity - from.intensity),
-          from.offset + share * (to.offset - from.offset)};
-}
-
-DrawnCurve part_of(const DrawnCurve& curve, Span span) {
+DrawnCurve part_of(const DrawnCurve& curve, Span span, const Tuning& tuning) {
   DrawnCurve part;
   for (size_t i = 0; i < curve.size(); ++i) {
     const bool is_new = i > 0 && curve[i - 1].ms < curve[i].ms;
     for (const double edge : {span.from, span.to}) {
-      if (is_new && edge > curve[i - 1].ms && edge < curve[i].ms) part.push_back(between(curve[i - 1], curve[i], edge));
+      if (is_new && edge > curve[i - 1].ms && edge < curve[i].ms)
+        part.push_back(between(curve[i - 1], curve[i], edge, &tuning));
     }
     if (curve[i].ms >= span.from && curve[i].ms <= span.to) part.push_back(curve[i]);
   }
@@ -63,7 +58,9 @@ DrawnCurve curve_of_record(const Score& score, const Event& event, const Tuning&
 
 class Painter {
  public:
-  Painter(const Score& score, Losses& losses) : score_(score), losses_(losses), tuning_(score.profile()) {}
+  Painter(const Score& score, const Tuning& tuning, Losses& losses) : score_(score), losses_(losses), tuning_(tuning) {
+    once_.tuning = &tuning;
+  }
 
   Drawing paint() {
     for (size_t i = 0; i < score_.events().size(); ++i) {
@@ -80,6 +77,7 @@ class Painter {
     const Tap& tap = *event.tap();
     const bool is_asked = tap.driven == Tap::kAsAsked;
     const int32_t driven = is_asked ? driven_intensity(score_.profile(), tap.level, tap.intensity) : tap.driven;
+    if (driven == 0) return losses_.add("tap", "left out, being silent");
     once_.taps.push_back({1.0 * event.start_ms, std::min(100.0, 1.0 * driven), 1.0 * tap.level});
   }
 
@@ -88,14 +86,23 @@ class Painter {
     const DrawnCurve whole =
         is_curve ? curve_of(*event.curve(), event.start_ms) : curve_of_record(score_, event, tuning_);
     if (!is_curve) losses_.add("record", "turned into curves");
+    if (is_curve) note_hertz(*event.curve());
     const std::vector<Span>& parts = score_.heard_in_layer(i);
     const Span all = score_.span_of(i);
     const bool is_cut = parts.size() != 1 || parts[0].from != all.from || parts[0].to != all.to;
     if (is_cut) losses_.add("vibration", "cut where another plays over it");
     for (const Span& span : parts) {
-      DrawnCurve part = is_cut ? part_of(whole, span) : whole;
+      DrawnCurve part = is_cut ? part_of(whole, span, tuning_) : whole;
       if (part.size() > 1 && part.front().ms < part.back().ms) once_.curves.push_back(std::move(part));
     }
+  }
+
+  void note_hertz(const Curve& curve) {
+    const auto is_moved = [&](const CurvePoint& point) {
+      return point.asked_hz > 0 && std::fabs(tuning_.hertz(point.offset) - point.asked_hz) > near_hz(point.asked_hz);
+    };
+    losses_.add("point", "given the nearest hertz that the motor plays",
+                std::count_if(curve.points.begin(), curve.points.end(), is_moved));
   }
 
   Drawing repeated() {
@@ -105,7 +112,7 @@ class Painter {
       losses_.say(text("it plays once, not %d times", loops));
       return std::move(once_);
     }
-    Drawing all;
+    Drawing all = {.tuning = &tuning_};
     for (int32_t pass = 0; pass < loops; ++pass) {
       const double start_ms = score_.pass_start_ms(pass);
       for (DrawnTap tap : once_.taps) {
@@ -122,11 +129,18 @@ class Painter {
 
   const Score& score_;
   Losses& losses_;
-  Tuning tuning_;
+  const Tuning& tuning_;
   Drawing once_;
 };
 
 // The rows of the table.
+
+// Of a file, its events and groups.
+bool has_words(const JsonValue& json) {
+  if (json.member("name") != nullptr || json.member("note") != nullptr) return true;
+  const JsonValue* const events = json.member("events");
+  return events != nullptr && std::any_of(events->items.begin(), events->items.end(), has_words);
+}
 
 template <void (*read)(const JsonValue&, Drawing&)>
 void untuned(const JsonValue& root, const Tuning&, Drawing& drawing) {
@@ -134,8 +148,12 @@ void untuned(const JsonValue& root, const Tuning&, Drawing& drawing) {
 }
 
 template <std::string (*write)(const Drawing&, Losses&)>
-std::string painted(const Score& score, const Source&, Losses& losses) {
-  return write(Painter(score, losses).paint(), losses);
+std::string painted(const Score& score, const Source& source, Losses& losses) {
+  if (has_words(*source.json.root)) losses.say("its names and notes are left out");
+  const Tuning tuning(score.profile());
+  std::string written = write(Painter(score, tuning, losses).paint(), losses);
+  if (written.size() > kLargestFile) losses.say(text("it is larger than can be read here, %zu bytes", kLargestFile));
+  return written;
 }
 
 std::string handed_on(const Score& score, const Source& source, Losses& losses) {
@@ -268,6 +286,7 @@ PatternFile file_of(Drawing drawing) {
   }
   file = read_pattern(json);
   file.losses = drawing.losses.lines();
+  if (file.events.empty()) file.notes.emplace_back("there is nothing in it but rest");
   // Those of a text that nobody has written.
   for (Event& event : file.events) event.place = {};
   for (Fault& fault : file.faults.listed) fault.place = {};

@@ -127,32 +127,40 @@ class HapticWriter {
            number(point.value);
   }
 
-  void add(const DrawnCurve& curve) {
-    const bool goes_on = !amplitude_.points().empty() && amplitude_.points().back().ms == curve.front().ms;
+  void add(const DrawnCurve& drawn) {
+    const bool goes_on = !amplitude_.points().empty() && amplitude_.points().back().ms == drawn.front().ms;
     if (goes_on) losses_.add("curve", "joined to the one before");
-    amplitude_.to(curve.front().ms, 0);
+    std::vector<double> times_ms;
+    for (const DrawnTap& tap : drawing_.taps_in(drawn.front().ms, drawn.back().ms)) times_ms.push_back(tap.ms);
+    const DrawnCurve curve = with_points_beside(drawn, times_ms, drawing_.tuning);
+    ValueLine strength(0);
     for (const DrawnPoint& point : curve) {
-      amplitude_.to(point.ms, point.intensity / 100);
+      strength.to(point.ms, point.intensity / 100);
       frequency_.to(point.ms, sharpness_of_offset(point.offset));
     }
-    amplitude_.to(curve.back().ms, 0);
+    amplitude_.to(drawn.front().ms, 0);
+    for (const ValueLine::Point& point : with_peaks(strength, dents_in(curve, strength)))
+      amplitude_.to(point.ms, point.value);
+    amplitude_.to(drawn.back().ms, 0);
   }
 
-  // At a breakpoint that is no stronger than the tap, to which the envelope falls where it has to.
-  void place_taps() {
-    const auto weakest_at = [this](double ms) { return std::min(amplitude_.left(ms), amplitude_.right(ms)); };
+  // Where taps are weaker than a curve, to which their breakpoints have to fall.
+  std::vector<ValueLine::Point> dents_in(const DrawnCurve& curve, const ValueLine& strength) {
     std::vector<ValueLine::Point> dents;
-    for (const DrawnTap& tap : drawing_.taps) {
-      if (tap.strength / 100 < weakest_at(tap.ms)) dents.push_back({tap.ms, tap.strength / 100});
+    for (const DrawnTap& tap : drawing_.taps_in(curve.front().ms, curve.back().ms)) {
+      const bool is_inside = tap.ms > curve.front().ms;
+      const bool is_weaker = tap.strength / 100 < std::min(strength.left(tap.ms), strength.right(tap.ms));
+      if (is_inside && is_weaker) dents.push_back({tap.ms, tap.strength / 100});
     }
     losses_.add("tap", "weaker than the curve there, which has a dent of a millisecond",
                 static_cast<int64_t>(dents.size()));
-    ValueLine dented(0);
-    for (const ValueLine::Point& point : with_peaks(amplitude_, dents)) dented.to(point.ms, point.value);
-    amplitude_ = dented;
+    return dents;
+  }
+
+  void place_taps() {
     auto point = amplitude_.points().begin();
     for (const DrawnTap& tap : drawing_.taps) {
-      const ValueLine::Point emphasis = {tap.ms, weakest_at(tap.ms)};
+      const ValueLine::Point emphasis = {tap.ms, std::min(amplitude_.left(tap.ms), amplitude_.right(tap.ms))};
       // Behind what lies earlier, and of points of its time behind those from which the envelope falls to it.
       const auto is_earlier = [&](const ValueLine::Point& other) {
         return other.ms < emphasis.ms || (other.ms == emphasis.ms && other.value > emphasis.value);

@@ -79,7 +79,7 @@ class HjifReader {
   }
 
   void read_channel(const JsonValue& json) {
-    gain_ = std::max(0.0, members_.number(json, "gain").value_or(1));
+    gain_ = members_.in_range(members_.number(json, "gain"), 0, HUGE_VAL, json, "gain").value_or(1);
     for (const JsonValue& band : json.member("bands")->items) {
       if (members_.is_object(band, "a band")) read_band(band);
     }
@@ -168,7 +168,7 @@ class HjifReader {
   }
 
   Keyframe keyframe_of(const JsonValue& json, double start_ms) {
-    Keyframe keyframe = {.ms = start_ms + position_ms(json, "relative_position"), .strength = {}, .hz = {}};
+    Keyframe keyframe = {.ms = exact_ms(start_ms + position_ms(json, "relative_position")), .strength = {}, .hz = {}};
     constexpr const char* kStrength = "amplitude_modulation";
     if (auto strength = members_.in_range(members_.number(json, kStrength), 0, 1, json, kStrength)) {
       *strength *= gain_;
@@ -191,6 +191,7 @@ class HjifReader {
 
   // Keyframes may give one of strength and frequency alone.
   void add_curve(const std::vector<Keyframe>& keyframes) {
+    if (keyframes.empty()) return;
     if (keyframes.size() < 2) return drawing_.losses.add("effect", "left out, having a single keyframe");
     ValueLine strength(std::min(1.0, gain_));
     ValueLine hz(0);

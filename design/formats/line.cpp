@@ -74,20 +74,21 @@ ValueLine ValueLine::part(double from_ms, double to_ms, double times, double plu
 }
 
 std::vector<ValueLine::Point> with_peaks(const ValueLine& line, const std::vector<ValueLine::Point>& peaks) {
-  constexpr double kSideMs = 1;
   std::vector<ValueLine::Point> points = peaks;
   const auto add_outside = [&](const ValueLine::Point& point) {
-    const auto peak = std::upper_bound(peaks.begin(), peaks.end(), point.ms - kSideMs, kIsBehind);
-    if (peak == peaks.end() || peak->ms >= point.ms + kSideMs) points.push_back(point);
+    const auto peak = std::upper_bound(peaks.begin(), peaks.end(), point.ms - kBesideMs, kIsBehind);
+    if (peak == peaks.end() || peak->ms >= point.ms + kBesideMs) points.push_back(point);
   };
   for (const ValueLine::Point& point : line.points()) add_outside(point);
   for (const ValueLine::Point& peak : peaks) {
-    const double before_ms = peak.ms - kSideMs;
-    const double behind_ms = peak.ms + kSideMs;
+    const double before_ms = peak.ms - kBesideMs;
+    const double behind_ms = peak.ms + kBesideMs;
     if (before_ms > line.points().front().ms) add_outside({before_ms, line.left(before_ms)});
     if (behind_ms < line.points().back().ms) add_outside({behind_ms, line.right(behind_ms)});
   }
   std::stable_sort(points.begin(), points.end(), [](const auto& a, const auto& b) { return a.ms < b.ms; });
+  const auto is_same = [](const auto& a, const auto& b) { return a.ms == b.ms && a.value == b.value; };
+  points.erase(std::unique(points.begin(), points.end(), is_same), points.end());
   return points;
 }
 

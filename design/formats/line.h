@@ -2,12 +2,16 @@
 // Values over time in straight lines, as other forms give intensity and sharpness apart from each other.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
 #include "design/formats/drawing.h"
 
 namespace design {
+
+// To the nanosecond, so that sums of one time are one number.
+inline double exact_ms(double ms) { return std::round(ms * 1e6) / 1e6; }
 
 class ValueLine {
  public:

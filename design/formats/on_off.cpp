@@ -71,7 +71,7 @@ std::vector<int64_t> times_of(const std::vector<Span>& spans) {
 
 std::string write_on_off(const Drawing& drawing, Losses& losses) {
   std::vector<int64_t> times = times_of(spans_of(drawing));
-  losses.say(times.empty() ? "there is nothing in it but rest" : "strength and frequency are lost");
+  if (!times.empty()) losses.say("strength and frequency are lost");
   if (times.size() > kMostTimes) {
     losses.say(text("what lies behind %zu times of on and off is left out", kMostTimes));
     times.resize(kMostTimes);
