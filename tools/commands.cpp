@@ -43,7 +43,7 @@ void report(const Arguments& arguments, std::span<const design::Piece> pieces) {
 design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& profile, int32_t level) {
   if (!design::has_taps(profile)) refuse("--motor: " + design::tap_fault(profile));
   const bool in_pattern = arguments.in_pattern && design::has_shares(profile);
-  return design::tap_piece(profile, level, arguments.intensity, in_pattern);
+  return design::tap_piece(profile, level, arguments.intensity, in_pattern, arguments.resonator);
 }
 
 // A pattern file: its path, its content, and what titles call it.
@@ -80,8 +80,9 @@ std::vector<PatternText> read_patterns(const std::vector<std::string>& paths) {
 }
 
 // What is asked for overrides what the file says.
-design::Piece pattern_piece(const design::Setup& asked, const PatternText& pattern) {
-  auto [setup, file, piece] = design::read_piece(asked, pattern.json, pattern.name);
+design::Piece pattern_piece(const design::Setup& asked, const PatternText& pattern,
+                            const design::Resonator& resonator) {
+  auto [setup, file, piece] = design::read_piece(asked, pattern.json, pattern.name, resonator);
   if (!piece) {
     std::string lines;
     for (const std::string& line : file.faults.lines(shown_path(pattern.path))) lines += line + '\n';
@@ -112,8 +113,8 @@ void refuse_idle_outputs(const Arguments& arguments, bool tells) {
   };
   arguments.refuse_idle({"--format"}, std::count(paths.begin(), paths.end(), kStandardOutput) == 0, "without OUTPUT -");
   arguments.refuse_idle({"--audible"}, none_is("wav"), "without a .wav file");
-  arguments.refuse_idle({"--response"}, !tells && none_is("svg"), "without an .svg file");
-  arguments.refuse_idle({"--response-hz"}, !tells && !arguments.has("--response"), "without --response");
+  arguments.refuse_idle({"--response", "--response-hz", "--rated"}, !tells && none_is("svg") && none_is("felt.csv"),
+                        "without an .svg or .felt.csv file");
   arguments.refuse_idle({"--from", "--to", "--title"}, none_is("svg"), "without an .svg file");
 }
 
@@ -175,12 +176,12 @@ File saved_file(const Arguments& arguments, const design::Piece& piece, const st
 void run_pattern(const Arguments& arguments) {
   arguments.refuse_idle({"--flat"}, !arguments.has("--save"), "without --save");
   const PatternText pattern = read_patterns(arguments.files).front();
-  const design::Piece piece = pattern_piece(arguments.setup(), pattern);
+  const design::Piece piece = pattern_piece(arguments.setup(), pattern, arguments.resonator);
   const lrasynth_profile& profile = piece.score->profile();
   arguments.note_profiles({profile});
   arguments.refuse_idle({"--interval"}, piece.score->playback().loops == 1, "without --loop 2 or more");
-  arguments.note_idle({"--interval", "--limit", "--response", "--response-hz"}, design::is_event_stream(profile),
-                      with_chip_of(profile));
+  arguments.note_idle({"--interval", "--limit", "--response", "--response-hz", "--rated"},
+                      design::is_event_stream(profile), with_chip_of(profile));
   std::vector<File> files;
   if (arguments.has("--save")) files.push_back(saved_file(arguments, piece, shown_path(pattern.path)));
   if (arguments.print_request) files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request())));
@@ -191,7 +192,8 @@ void run_tone(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
   const std::string fault = design::tone_fault(profile, arguments.frequency_hz, arguments.half_periods);
   if (!fault.empty()) refuse("--" + fault);
-  finish(arguments, design::tone_piece(profile, arguments.frequency_hz, arguments.half_periods, arguments.amplitude));
+  finish(arguments, design::tone_piece(profile, arguments.frequency_hz, arguments.half_periods, arguments.amplitude,
+                                       arguments.resonator));
 }
 
 void run_sheet(const Arguments& arguments) {
@@ -225,7 +227,9 @@ std::vector<design::Piece> pieces_of(const Arguments& arguments, const std::vect
   std::vector<design::Piece> pieces;
   for (const lrasynth_profile& profile : profiles) {
     if (files.empty()) pieces.push_back(tap_piece(arguments, profile, arguments.level));
-    for (const PatternText& pattern : patterns) pieces.push_back(pattern_piece(setup_of(arguments, profile), pattern));
+    for (const PatternText& pattern : patterns) {
+      pieces.push_back(pattern_piece(setup_of(arguments, profile), pattern, arguments.resonator));
+    }
     if (pieces.size() > kMost) refuse(text("at most %zu waveforms can be compared", kMost));
   }
   return pieces;
@@ -248,17 +252,19 @@ void run_compare(const Arguments& arguments) {
   arguments.refuse_idle({"--from", "--to", "--title"}, picture.empty(), "without an .svg file");
   const std::vector<design::Piece> pieces = pieces_of(arguments, profiles, files);
   std::vector<design::Motion> motions;
+  std::vector<design::Felt> felts;
   design::Span whole = {0, 0};
   report(arguments, pieces);
   for (const design::Piece& piece : pieces) {
     motions.emplace_back(piece.waveform, arguments.resonator);
+    felts.emplace_back(piece.waveform, arguments.resonator);
     whole.to = std::max(whole.to, felt_span(piece.waveform, &motions.back()).to);
   }
-  if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, motions))});
+  if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, motions, felts))});
   const std::string title = arguments.title.empty() ? "Comparison" : arguments.title;
   const design::Span shown = design::part_of(whole, arguments.from_ms, arguments.to_ms);
   if (!(shown.length() > 0)) refuse_span(whole);
-  const std::string drawn = comparison_of(title, pieces, motions, shown);
+  const std::string drawn = comparison_of(title, pieces, motions, felts, shown);
   write_files({text_file(picture, drawn, design::counted(static_cast<int64_t>(pieces.size()), "waveform"))}, files);
 }
 

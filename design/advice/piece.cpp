@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "design/advice/feel.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
 
@@ -35,6 +36,24 @@ Piece pattern_piece(std::shared_ptr<const Score> score, const std::string& name)
           .warnings = std::move(warnings)};
 }
 
+template <class Item>
+void append(std::vector<Item>& items, std::vector<Item> others) {
+  items.insert(items.end(), std::make_move_iterator(others.begin()), std::make_move_iterator(others.end()));
+}
+
+// Of the first pass, in which all events stand.
+void add_feeling(const Resonator& resonator, Piece& piece, std::vector<std::string>& notes) {
+  if (piece.waveform.is_stream) return;
+  constexpr double kBeyondMs = 60;  // as far as a pass is looked at, with the second half of the last frame
+  Waveform first = piece.waveform;
+  first.length = std::min(first.length, first.sample_at(piece.score->pass_ms() + kBeyondMs));
+  const Felt felt(first, resonator);
+  append(piece.warnings, felt_warnings_of(*piece.score, felt));
+  const auto earlier = [](const Warning& a, const Warning& b) { return a.at_ms < b.at_ms; };
+  std::stable_sort(piece.warnings.begin(), piece.warnings.end(), earlier);
+  append(notes, felt_notes_of(*piece.score, felt));
+}
+
 // Why a pattern cannot be served; empty: it can.
 std::string fault_of_length(const Score& score) {
   constexpr int64_t kMostBytes = 1 << 26;
@@ -64,12 +83,14 @@ void note_chip(const lrasynth_profile& profile, bool is_asked, PatternFile& file
 
 }  // namespace
 
-Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern) {
+Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern,
+                const Resonator& resonator) {
   const int32_t driven = in_pattern ? driven_intensity(profile, level, intensity) : intensity;
   Piece piece = {.waveform = tap_waveform(profile, level, driven),
                  .warnings = warnings_of_tap(profile, level, intensity, in_pattern)};
   piece.waveform.title = text("Tap: %s, level %d, intensity %d %%", name_of(profile).c_str(), level, intensity) +
                          (in_pattern ? text(" (%d %% in a pattern)", driven) : "");
+  if (!is_silent(piece.waveform)) append(piece.warnings, felt_warnings_of(Felt(piece.waveform, resonator)));
   return piece;
 }
 
@@ -83,15 +104,18 @@ std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, in
   return fault.empty() ? "" : "half-periods: " + fault;
 }
 
-Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude) {
+Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude,
+                 const Resonator& resonator) {
   Piece piece = {.waveform = tone_waveform(profile, frequency_hz, half_periods, amplitude)};
   piece.waveform.title =
       text("Tone: %d Hz, ", frequency_hz) + counted(half_periods, "half-period") + text(", amplitude %d", amplitude);
   piece.warnings = warnings_of_tone(piece.waveform, amplitude);
+  if (!is_silent(piece.waveform)) append(piece.warnings, felt_warnings_of(Felt(piece.waveform, resonator)));
   return piece;
 }
 
-PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name) {
+PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name,
+                          const Resonator& resonator) {
   PatternFile read = read_pattern(json);
   PatternReading reading = {merged(asked, read.setup), std::move(read), std::nullopt};
   PatternFile& file = reading.file;
@@ -115,6 +139,7 @@ PatternReading read_piece(const Setup& asked, std::string_view json, const std::
   } else {
     reading.piece = pattern_piece(std::move(score), name);
     reading.piece->source = file.source;
+    add_feeling(resonator, *reading.piece, file.notes);
   }
   return reading;
 }

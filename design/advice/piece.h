@@ -11,6 +11,7 @@
 #include "design/advice/warnings.h"
 #include "design/base/motor.h"
 #include "design/pattern/file.h"
+#include "design/waveform/response.h"
 #include "design/waveform/waveform.h"
 
 namespace design {
@@ -23,10 +24,14 @@ struct Piece {
   std::vector<Warning> warnings = {};
 };
 
-// A tap of its own, perhaps as weak as inside a pattern. The motor has taps.
-Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern);
+// The warnings of all tell what is felt of them as far as a resonator lets estimate.
 
-Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude);
+// A tap of its own, perhaps as weak as inside a pattern. The motor has taps.
+Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern,
+                const Resonator& resonator = {});
+
+Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude,
+                 const Resonator& resonator = {});
 
 // What is wrong with a tone, like "frequency: must be ..."; empty: nothing.
 std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods);
@@ -39,6 +44,7 @@ struct PatternReading {
 };
 
 // What is asked for overrides what the text says, which its notes tell.
-PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name);
+PatternReading read_piece(const Setup& asked, std::string_view json, const std::string& name,
+                          const Resonator& resonator = {});
 
 }  // namespace design

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
+#include "design/advice/feel.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
 #include "design/waveform/samples.h"
@@ -26,12 +28,20 @@ std::string of_points(const Vibration& vibration, Value value) {
 // A line for each event of a pattern.
 class EventLines {
  public:
-  EventLines(const Score& score, const Resonator& resonator)
-      : profile_(score.profile()), is_stream_(is_event_stream(profile_)), resonator_(resonator) {}
+  // Without what is felt for an event stream.
+  EventLines(const Score& score, const Felt* felt, const Resonator& resonator)
+      : score_(score),
+        felt_(felt),
+        profile_(score.profile()),
+        is_stream_(is_event_stream(profile_)),
+        resonator_(resonator) {}
 
-  std::string of(const Event& event) {
+  std::string of(size_t i) {
+    const Event& event = score_.events()[i];
+    const std::optional<double> level = felt_ == nullptr ? std::nullopt : level_of(score_, *felt_, i);
     return "  " + event.name.words() + text(" at %d ms: ", event.start_ms) +
-           std::visit([this](const auto& kind) { return description_of(kind); }, event.kind) + "\n";
+           std::visit([this](const auto& kind) { return description_of(kind); }, event.kind) +
+           (level ? ", felt, estimated: " + level_words(*level) : "") + "\n";
   }
 
  private:
@@ -81,6 +91,8 @@ class EventLines {
     return known->second;
   }
 
+  const Score& score_;
+  const Felt* felt_;
   lrasynth_profile profile_;
   bool is_stream_;
   Resonator resonator_;
@@ -89,7 +101,7 @@ class EventLines {
 
 }  // namespace
 
-std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
+std::vector<Number> numbers_of(const Piece& piece, const Response& response, const Felt& felt) {
   const Strength strength = strength_of(piece.waveform);
   std::vector<Number> numbers = {
       {"length", text("%.1f ms", piece.waveform.length_ms())},
@@ -98,6 +110,8 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
   };
   for (const auto& [name, value] : numbers_of(response, piece.score == nullptr))
     numbers.emplace_back("estimated " + name, value);
+  numbers.emplace_back("estimated strongest felt", level_words(felt.strongest()));
+  numbers.emplace_back("estimated felt length", text("%.0f ms", felt.felt_ms()));
   numbers.emplace_back("warnings", grouped(static_cast<int64_t>(piece.warnings.size())));
   return numbers;
 }
@@ -105,12 +119,14 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
 std::string summary_of(const Piece& piece, const Resonator& resonator) {
   const Waveform& waveform = piece.waveform;
   std::string lines = waveform.title + "\n";
+  std::optional<Felt> felt;
+  if (!waveform.is_stream) felt.emplace(waveform, resonator);
   if (piece.score != nullptr) {
-    EventLines line(*piece.score, resonator);
-    for (const Event& event : piece.score->events()) lines += line.of(event);
+    EventLines line(*piece.score, felt ? &*felt : nullptr, resonator);
+    for (size_t i = 0; i < piece.score->events().size(); ++i) lines += line.of(i);
   }
-  if (piece.waveform.is_stream) return lines + "  " + size_of(piece.waveform) + "\n";
-  for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response())) {
+  if (!felt) return lines + "  " + size_of(piece.waveform) + "\n";
+  for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response(), *felt)) {
     lines += text("  %-28s %s\n", name.c_str(), value.c_str());
   }
   const Jump jump = largest_of(piece.jumps);
@@ -118,14 +134,15 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
   return lines + text("  largest jump %d at ", jump.height) + ms_text(waveform.ms_of(jump.sample)) + " ms\n";
 }
 
-std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions) {
+std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions,
+                     const std::vector<Felt>& felts) {
   std::string names;
   std::string head = text("%-28s", "");
   std::vector<std::string> rows;
   for (size_t i = 0; i < pieces.size(); ++i) {
     names += text("%zu: ", i + 1) + pieces[i].waveform.title + "\n";
     head += text("%16zu", i + 1);
-    const auto numbers = numbers_of(pieces[i], motions[i].response());
+    const auto numbers = numbers_of(pieces[i], motions[i].response(), felts[i]);
     rows.resize(numbers.size());
     for (size_t row = 0; row < rows.size(); ++row) {
       if (i == 0) rows[row] = text("%-28s", numbers[row].first.c_str());
