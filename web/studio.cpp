@@ -316,13 +316,14 @@ std::string collected(bool measure, Write write) {
   return all;
 }
 
-// Without a quality the response is left out of the picture.
+// With a quality below 0 the response is left out of the picture, and what is felt is estimated with the motor's own.
 std::optional<std::string> form_of(Held& held, std::string_view name, const design::Resonator& resonator,
                                    design::Span shown) {
-  const design::Piece& piece = held.piece();
+  design::Piece piece = held.piece();
   const design::Form* const form = design::form_named(name);
   if (form == nullptr || !suits(*form, piece)) return std::nullopt;
-  const bool has_response = resonator.quality != 0;
+  const bool has_response = resonator.quality >= 0;
+  if (has_response) feel(piece, resonator);
   const design::View view = {.motion = has_response && name == "svg" ? &held.motion(resonator) : nullptr,
                              .resonator = has_response ? resonator : design::Resonator(),
                              .from_ms = shown.from,
@@ -331,7 +332,7 @@ std::optional<std::string> form_of(Held& held, std::string_view name, const desi
   return collected(form->in_blocks, [&](const design::Sink& sink) { form->write(piece, view, sink); });
 }
 
-bool is_resonator(double quality, double hz) { return is_in(quality, 1, 1000) && is_in(hz, 0, 2000); }
+bool is_resonator(double quality, double hz) { return (quality == 0 || is_in(quality, 1, 1000)) && is_in(hz, 0, 2000); }
 bool is_time(double ms) { return is_in(ms, 0, 2.0 * design::kLongestMs); }
 
 }  // namespace
@@ -430,7 +431,7 @@ const double* studio_response(int piece, double quality, double hz, double from_
 
 int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
   Held* const held = studio().shelf.at(piece);
-  const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
+  const bool is_sound = (quality == -1 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
   if (!is_sound || held == nullptr) return refuse();
   auto made = form_of(*held, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
   if (!made) return refuse();

@@ -64,7 +64,7 @@ class Feeling {
 
  private:
   void warn(const Event& event, double since_start_ms, std::string what, std::string kind) {
-    warnings_.push_back({event.name, event.start_ms + since_start_ms, std::move(what), std::move(kind)});
+    warnings_.push_back({event.name, event.start_ms + since_start_ms, std::move(what), std::move(kind), true});
   }
 
   void inspect(size_t i) {
@@ -168,10 +168,10 @@ std::vector<Warning> felt_warnings_of(const Score& score, const Felt& felt) { re
 std::vector<Warning> felt_warnings_of(const Felt& felt) {
   const double level = felt.strongest();
   if (level >= kHardlyFelt) return {};
-  return {{{}, 0, faint_words(felt, level), "faint"}};
+  return {{{}, 0, faint_words(felt, level), "faint", true}};
 }
 
-// Taps that are asked to be equally strong are meant to feel so.
+// Taps that are asked to be equally strong are meant to feel so, and of faint ones a warning tells more.
 std::vector<std::string> felt_notes_of(const Score& score, const Felt& felt) {
   const Event* before = nullptr;
   double before_level = 0;
@@ -182,7 +182,8 @@ std::vector<std::string> felt_notes_of(const Score& score, const Felt& felt) {
     const std::optional<double> level = level_of(score, felt, i);
     if (event.tap() == nullptr || !level) continue;
     const bool differ = before != nullptr && before->tap()->strongest() != event.tap()->strongest();
-    if (differ && std::max(before_level, *level) > 0 && std::fabs(*level - before_level) < kToldApart && count++ == 0) {
+    if (differ && std::max(before_level, *level) >= kHardlyFelt && std::fabs(*level - before_level) < kToldApart &&
+        count++ == 0) {
       first = before->name.words() + " and " + event.name.words() +
               text(
                   " can hardly be told apart by strength: taps of %d and %d %% feel like %.1f and %.1f dB above "

@@ -42,16 +42,18 @@ void append(std::vector<Item>& items, std::vector<Item> others) {
 }
 
 // Of the first pass, in which all events stand.
-void add_feeling(const Resonator& resonator, Piece& piece, std::vector<std::string>& notes) {
-  if (piece.waveform.is_stream) return;
+Felt felt_of_pass(const Piece& piece, const Resonator& resonator) {
   constexpr double kBeyondMs = 60;  // as far as a pass is looked at, with the second half of the last frame
   Waveform first = piece.waveform;
   first.length = std::min(first.length, first.sample_at(piece.score->pass_ms() + kBeyondMs));
-  const Felt felt(first, resonator);
-  append(piece.warnings, felt_warnings_of(*piece.score, felt));
+  return {first, resonator};
+}
+
+void set_felt(Piece& piece, std::vector<Warning> warnings) {
+  std::erase_if(piece.warnings, [](const Warning& warning) { return warning.is_felt; });
+  append(piece.warnings, std::move(warnings));
   const auto earlier = [](const Warning& a, const Warning& b) { return a.at_ms < b.at_ms; };
   std::stable_sort(piece.warnings.begin(), piece.warnings.end(), earlier);
-  append(notes, felt_notes_of(*piece.score, felt));
 }
 
 // Why a pattern cannot be served; empty: it can.
@@ -83,6 +85,12 @@ void note_chip(const lrasynth_profile& profile, bool is_asked, PatternFile& file
 
 }  // namespace
 
+void feel(Piece& piece, const Resonator& resonator) {
+  if (piece.waveform.is_stream) return;
+  if (piece.score != nullptr) return set_felt(piece, felt_warnings_of(*piece.score, felt_of_pass(piece, resonator)));
+  if (!is_silent(piece.waveform)) set_felt(piece, felt_warnings_of(Felt(piece.waveform, resonator)));
+}
+
 Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern,
                 const Resonator& resonator) {
   const int32_t driven = in_pattern ? driven_intensity(profile, level, intensity) : intensity;
@@ -90,7 +98,7 @@ Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensit
                  .warnings = warnings_of_tap(profile, level, intensity, in_pattern)};
   piece.waveform.title = text("Tap: %s, level %d, intensity %d %%", name_of(profile).c_str(), level, intensity) +
                          (in_pattern ? text(" (%d %% in a pattern)", driven) : "");
-  if (!is_silent(piece.waveform)) append(piece.warnings, felt_warnings_of(Felt(piece.waveform, resonator)));
+  feel(piece, resonator);
   return piece;
 }
 
@@ -110,7 +118,7 @@ Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t 
   piece.waveform.title =
       text("Tone: %d Hz, ", frequency_hz) + counted(half_periods, "half-period") + text(", amplitude %d", amplitude);
   piece.warnings = warnings_of_tone(piece.waveform, amplitude);
-  if (!is_silent(piece.waveform)) append(piece.warnings, felt_warnings_of(Felt(piece.waveform, resonator)));
+  feel(piece, resonator);
   return piece;
 }
 
@@ -139,7 +147,10 @@ PatternReading read_piece(const Setup& asked, std::string_view json, const std::
   } else {
     reading.piece = pattern_piece(std::move(score), name);
     reading.piece->source = file.source;
-    add_feeling(resonator, *reading.piece, file.notes);
+    if (is_event_stream(profile)) return reading;
+    const Felt felt = felt_of_pass(*reading.piece, resonator);
+    set_felt(*reading.piece, felt_warnings_of(*reading.piece->score, felt));
+    append(file.notes, felt_notes_of(*reading.piece->score, felt));
   }
   return reading;
 }

@@ -24,7 +24,10 @@ struct Piece {
   std::vector<Warning> warnings = {};
 };
 
-// The warnings of all tell what is felt of them as far as a resonator lets estimate.
+// The warnings of all also tell what is hardly felt, estimated with a resonator.
+
+// With another one, in place of those that tell that.
+void feel(Piece& piece, const Resonator& resonator);
 
 // A tap of its own, perhaps as weak as inside a pattern. The motor has taps.
 Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern,
