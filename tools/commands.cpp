@@ -105,7 +105,8 @@ const design::Form& form_of(const Arguments& arguments, const std::string& path)
   return *design::form_named(name);
 }
 
-void refuse_idle_outputs(const Arguments& arguments, bool tells) {
+// Tells: numbers are printed. Felt: what is driven hangs on what is to be felt.
+void refuse_idle_outputs(const Arguments& arguments, bool tells, bool felt) {
   const auto& paths = arguments.outputs;
   const auto none_is = [&](const char* form) {
     return std::none_of(paths.begin(), paths.end(),
@@ -113,8 +114,8 @@ void refuse_idle_outputs(const Arguments& arguments, bool tells) {
   };
   arguments.refuse_idle({"--format"}, std::count(paths.begin(), paths.end(), kStandardOutput) == 0, "without OUTPUT -");
   arguments.refuse_idle({"--audible"}, none_is("wav"), "without a .wav file");
-  arguments.refuse_idle({"--response", "--response-hz", "--rated"}, !tells && none_is("svg") && none_is("felt.csv"),
-                        "without an .svg or .felt.csv file");
+  arguments.refuse_idle({"--response", "--response-hz", "--rated"},
+                        !felt && !tells && none_is("svg") && none_is("felt.csv"), "without an .svg or .felt.csv file");
   arguments.refuse_idle({"--from", "--to", "--title"}, none_is("svg"), "without an .svg file");
 }
 
@@ -147,11 +148,17 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
   return {path, write, is_audible ? audible_size_of(piece.waveform) : size_of(piece.waveform)};
 }
 
+bool is_felt(const design::Piece& piece) {
+  if (piece.score == nullptr) return false;
+  const auto& events = piece.score->events();
+  return std::any_of(events.begin(), events.end(), [](const design::Event& event) { return event.is_felt(); });
+}
+
 // Warns, then prints a summary where nothing is to be written, or writes every OUTPUT in the form that its ending says,
 // and the other files with them.
 void finish(const Arguments& arguments, design::Piece piece, std::vector<File> files = {}) {
   if (!arguments.title.empty()) piece.waveform.title = arguments.title;
-  refuse_idle_outputs(arguments, files.empty() && arguments.outputs.empty());
+  refuse_idle_outputs(arguments, files.empty() && arguments.outputs.empty(), is_felt(piece));
   report(arguments, {&piece, 1});
   for (const std::string& path : arguments.outputs) files.push_back(file_of(arguments, piece, path));
   if (files.empty()) files.push_back(text_file(kStandardOutput, summary_of(piece, arguments.resonator)));

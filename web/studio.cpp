@@ -199,10 +199,12 @@ std::string fate_of(const design::Score& score, size_t i) {
     return text(R"(,"strength":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
   }
   const auto hz = [](const design::Asked& point) { return text("%.10g", point.hz); };
+  const auto asked_hz = [&](const design::CurvePoint& point) { return text("%d", hertz_at(profile, point.offset)); };
+  const design::Curve* const curve = event.curve();
   const bool is_record = event.vibration() != nullptr && event.vibration()->is_record;
   const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms, is_record); };
-  return R"(,"hz":)" + list(line_of(profile, event), hz) + R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) +
-         when;
+  return R"(,"hz":)" + (curve != nullptr ? list(curve->points, asked_hz) : list(line_of(profile, event), hz)) +
+         R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) + when;
 }
 
 std::string json_of(const design::Faults& faults, const std::string& file) {

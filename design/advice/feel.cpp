@@ -76,6 +76,7 @@ class Feeling {
       return;
     }
     inspect_length(i, *level);
+    if (event.is_felt()) return;  // its ramps are as steep as they are asked to be
     for (const Ramp& ramp : ramps_of(line_of(profile_, event))) inspect_ramp(i, ramp);
   }
 
@@ -171,6 +172,19 @@ std::vector<Warning> felt_warnings_of(const Felt& felt) {
   return {{{}, 0, faint_words(felt, level), "faint", true}};
 }
 
+std::vector<Warning> warnings_of(const std::vector<Unreached>& unreached, const Resonator& resonator) {
+  std::vector<Warning> warnings;
+  for (const Unreached& at : unreached) {
+    const std::string which = at.point == 0 ? "" : text("point %zu ", at.point);
+    warnings.push_back({at.event, at.at_ms,
+                        which + text("is to be felt at %d %% and is at %.0f %%, the most of this motor, estimated at "
+                                     "%.4g g rated",
+                                     at.asked, at.reached, resonator.rated_g),
+                        "unreached"});
+  }
+  return warnings;
+}
+
 // Taps that are asked to be equally strong are meant to feel so, and of faint ones a warning tells more.
 std::vector<std::string> felt_notes_of(const Score& score, const Felt& felt) {
   const Event* before = nullptr;
@@ -181,14 +195,14 @@ std::vector<std::string> felt_notes_of(const Score& score, const Felt& felt) {
     const Event& event = score.events()[i];
     const std::optional<double> level = level_of(score, felt, i);
     if (event.tap() == nullptr || !level) continue;
-    const bool differ = before != nullptr && before->tap()->strongest() != event.tap()->strongest();
+    const bool differ = before != nullptr && before->tap()->asked() != event.tap()->asked();
     if (differ && std::max(before_level, *level) >= kHardlyFelt && std::fabs(*level - before_level) < kToldApart &&
         count++ == 0) {
       first = before->name.words() + " and " + event.name.words() +
               text(
                   " can hardly be told apart by strength: taps of %d and %d %% feel like %.1f and %.1f dB above "
                   "threshold, ",
-                  before->tap()->strongest(), event.tap()->strongest(), before_level, *level) +
+                  before->tap()->asked(), event.tap()->asked(), before_level, *level) +
               rated_words(felt) + text(", and less than %.1f dB are not felt", kToldApart);
     }
     before = &event;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "design/advice/warnings.h"
+#include "design/waveform/drive.h"
 #include "design/waveform/felt.h"
 
 namespace design {
@@ -20,6 +21,9 @@ std::vector<Warning> felt_warnings_of(const Score& score, const Felt& felt);
 
 // Of a tap of its own, or a tone.
 std::vector<Warning> felt_warnings_of(const Felt& felt);
+
+// Of what was to be felt more strongly than its motor can.
+std::vector<Warning> warnings_of(const std::vector<Unreached>& unreached, const Resonator& resonator);
 
 // What may be meant so.
 std::vector<std::string> felt_notes_of(const Score& score, const Felt& felt);

@@ -7,6 +7,7 @@
 #include "design/advice/feel.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
+#include "design/waveform/drive.h"
 
 namespace design {
 namespace {
@@ -133,6 +134,7 @@ PatternReading read_piece(const Setup& asked, std::string_view json, const std::
   if (!has_boost(profile)) heeded.boost.reset();
   for (std::string& line : overrides(asked, heeded)) file.notes.push_back(std::move(line));
   const Playback playback = reading.setup.playback();
+  const std::vector<Unreached> unreached = drive(file.events, profile, resonator);
   fit(file.events, profile);
   add_faults(file.events, profile, playback, faults);
   if (faults.count > 0) return reading;
@@ -147,6 +149,7 @@ PatternReading read_piece(const Setup& asked, std::string_view json, const std::
   } else {
     reading.piece = pattern_piece(std::move(score), name);
     reading.piece->source = file.source;
+    append(reading.piece->warnings, warnings_of(unreached, resonator));
     if (is_event_stream(profile)) return reading;
     const Felt felt = felt_of_pass(*reading.piece, resonator);
     set_felt(*reading.piece, felt_warnings_of(*reading.piece->score, felt));

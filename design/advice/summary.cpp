@@ -64,20 +64,21 @@ class EventLines {
       const auto [least, most] = std::minmax_element(values.begin(), values.end());
       return *least == *most ? text("%d", *least) : text("%d to %d", *least, *most);
     };
-    const std::string line = text("curve of %d ms, ", curve.duration_ms()) +
-                             counted(static_cast<int64_t>(curve.points.size()), "point") + ", intensity " +
-                             range(intensities) + " %, " + range(hertz) + " Hz";
+    const std::string line =
+        text("curve of %d ms, ", curve.duration_ms()) + counted(static_cast<int64_t>(curve.points.size()), "point") +
+        (curve.is_felt ? ", to be felt at " : ", intensity ") + range(intensities) + " %, " + range(hertz) + " Hz";
     if (is_stream_) return line + text(", sent as one event of %d %%", curve.sent_strength());
     return line + ", in " + counted(static_cast<int64_t>(curve.parts.size()), "record");
   }
 
   std::string description_of(const Tap& tap) {
     const bool is_asked = tap.driven == Tap::kAsAsked;
-    const std::string asked =
-        text("tap, level %d, %s %d %%", tap.level, is_asked ? "intensity" : "asked to be driven at", tap.strongest());
+    const char* const how = tap.is_felt() ? "to be felt at" : is_asked ? "intensity" : "asked to be driven at";
+    const std::string asked = text("tap, level %d, %s %d %%", tap.level, how, tap.asked());
     if (is_stream_) return asked + (is_asked ? "" : text(", sent as %d", tap.sent_strength()));
     const int32_t driven = driven_intensity(profile_, tap.level, tap.intensity);
-    return asked + (driven == tap.strongest() ? "" : text(", driven at %d %%", driven)) + response(tap.level, driven);
+    return asked + (driven == tap.asked() && !tap.is_felt() ? "" : text(", driven at %d %%", driven)) +
+           response(tap.level, driven);
   }
 
   // By itself. A pattern has many taps, but few different ones.
