@@ -7,6 +7,7 @@
 #include <numbers>
 #include <random>
 
+#include "design/advice/feel.h"
 #include "design/advice/piece.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
@@ -154,6 +155,117 @@ TEST(Felt, AdviceTellsWhatIsHardlyFelt) {
     said.insert(said.end(), reading.file.notes.begin(), reading.file.notes.end());
     ASSERT_EQ(said.size(), row.said.size()) << row.events << testing::PrintToString(said);
     for (size_t i = 0; i < said.size(); ++i) EXPECT_THAT(said[i], HasSubstr(row.said[i])) << row.events;
+  }
+}
+
+constexpr const char* kFeltEvents = R"(
+    {"type":"transient","start":0,"intensity":30,"level":20},{"type":"transient","start":200,"intensity":60,"level":50},
+    {"type":"transient","start":400,"intensity":45,"level":60},{"type":"transient","start":600,"intensity":0,"level":60},
+    {"type":"curve","start":800,"points":[[0,50,20],[250,50,20]]},
+    {"type":"curve","start":1300,"points":[{"time":0,"intensity":35,"hz":240},{"time":250,"intensity":35,"hz":240}]})";
+
+PatternReading felt_file(int32_t motor, int32_t chip, const std::string& events, const Resonator& resonator = {}) {
+  return read_piece({.motor = motor, .chip = chip}, R"({"felt":true,"events":[)" + events + "]}", "f", resonator);
+}
+
+// A vibration beside the resonance swings over when it begins.
+TEST(Felt, AFileFeelsAlikeOnEveryMotor) {
+  for (const int32_t number : {832, 1040, 9595}) {
+    for (const double rated_g : {1.0, 1.6}) {
+      const Resonator resonator = {.rated_g = rated_g};
+      const PatternReading reading = felt_file(number, 0, kFeltEvents, resonator);
+      ASSERT_TRUE(reading.piece);
+      const Felt felt(reading.piece->waveform, resonator);
+      const double wanted[] = {6, 12, 9, 0, 10, 7};
+      for (size_t i = 0; i < std::size(wanted); ++i) {
+        const std::optional<double> level = level_of(*reading.piece->score, felt, i);
+        EXPECT_NEAR(level.value_or(-1), wanted[i], i < 4 ? 0.5 : 1.25) << number << " " << rated_g << " " << i;
+      }
+    }
+  }
+}
+
+TEST(Felt, ARampRisesEvenly) {
+  const struct { int32_t motor, offset; } rows[] = {{832, 0}, {1040, 30}, {81540, 10}, {1040, 0}};
+  for (const auto& [number, offset] : rows) {
+    for (const int32_t chip : {0, 1}) {
+      const PatternReading reading = felt_file(number, chip, curve(0, text("[0,20,%d],[1000,90,%d]", offset, offset)));
+      ASSERT_TRUE(reading.piece);
+      const std::vector<double> levels = Felt(reading.piece->waveform, {}).levels();
+      for (int ms = 25; ms < 975; ms += 5) {
+        const double wanted = 4 + 14.0 * ms / 1000;
+        EXPECT_NEAR(levels[static_cast<size_t>(ms / 5)], wanted, 2) << number << " " << chip << " " << ms;
+      }
+    }
+  }
+}
+
+TEST(Felt, WhatAMotorCannotIsTold) {
+  const PatternReading reading =
+      felt_file(9595, 0, tap(0, 100, 0) + "," + curve(200, "[0,20,0],[300,100,0],[500,30,0]"));
+  ASSERT_TRUE(reading.piece);
+  std::vector<std::string> lines;
+  for (const Warning& warning : reading.piece->warnings) lines.push_back(line_of(warning));
+  ASSERT_EQ(lines.size(), 3U) << testing::PrintToString(lines);
+  EXPECT_THAT(lines[0], HasSubstr("event 1 at 0 ms: is to be felt at 100 % and is at "));
+  EXPECT_THAT(lines[1], HasSubstr("event 1 at 0 ms: may not be felt"));
+  EXPECT_THAT(lines[2], HasSubstr("event 2 at 500 ms: point 2 is to be felt at 100 % and is at "));
+  EXPECT_EQ(reading.piece->score->events()[0].tap()->driven, 100);
+  EXPECT_EQ(reading.piece->score->events()[1].curve()->strongest(), 100);
+}
+
+TEST(Felt, TheNearestWordOnItCounts) {
+  const std::string tap_at = R"({"type":"transient","start":0,"level":50,)";
+  const std::string group = R"({"type":"group","start":0,"events":[)";
+  const struct {
+    std::string json;
+    std::vector<std::string> faults;
+    std::vector<bool> felt = {};
+  } rows[] = {
+      {R"({"felt":true,"events":[)" + tap_at + R"("intensity":9},)" + tap_at + R"("intensity":9,"felt":false},)" +
+           tap_at + R"("driven":9}]})",
+       {},
+       {true, false, false}},
+      {R"({"events":[{"felt":true,)" + group.substr(1) + tap_at + R"("intensity":9}]},)" + curve(0, "[0,9,0],[9,9,0]") +
+           "]}",
+       {},
+       {true, false}},
+      {R"({"felt":true,"events":[{"felt":false,)" + group.substr(1) + curve(0, "[0,9,0],[9,9,0]") + "]}]}",
+       {},
+       {false}},
+      {R"({"events":[)" + tap_at + R"("driven":9,"felt":true}]})", {"felt: says nothing of what is driven"}},
+      {R"({"events":[)" + tap_at + R"("intensity":9,"felt":1}]})", {"felt: must be true or false, not 1"}},
+      {R"({"felt":"yes","events":[)" + tap_at + R"("intensity":9}]})", {"felt: must be true or false, not \"yes\""}},
+      {R"({"felt":true,"events":[{"type":"continuous","start":0,"duration":9,"points":[[0,9,0],[1,9,0],[2,9,0],[9,9,0]]}]})",
+       {"event 1: felt: is nothing that a record can be; take a curve"}},
+      {R"({"felt":true,"events":[{"felt":true,"gain":200,)" + group.substr(1) + tap_at + R"("intensity":51}]}]})",
+       {"with the gain of its groups its intensity is 102, more than 100"}},
+  };
+  for (const auto& row : rows) {
+    const PatternReading reading = read_piece({}, row.json, "f");
+    const std::vector<std::string> faults = reading.file.faults.lines("f");
+    ASSERT_EQ(faults.size(), row.faults.size()) << row.json << testing::PrintToString(faults);
+    for (size_t i = 0; i < faults.size(); ++i) EXPECT_THAT(faults[i], HasSubstr(row.faults[i])) << row.json;
+    std::vector<bool> felt;
+    for (const Event& event : reading.file.events) felt.push_back(event.is_felt());
+    if (faults.empty()) EXPECT_EQ(felt, row.felt) << row.json;
+  }
+}
+
+TEST(Felt, ItsFormsPlayTheSame) {
+  const auto codes_of = [](const Piece& piece) {
+    std::vector<uint8_t> codes(static_cast<size_t>(piece.waveform.length));
+    piece.waveform.read(0, codes);
+    return codes;
+  };
+  for (const int32_t number : {832, 1040}) {
+    const PatternReading reading = felt_file(number, 0, kFeltEvents);
+    const Score& score = *reading.piece->score;
+    const PatternReading again = read_piece({.motor = number}, canonical_json(*reading.file.source), "f");
+    const PatternReading flat = read_piece({}, flat_json(score.events(), score.profile(), score.playback()), "f");
+    ASSERT_TRUE(again.piece && flat.piece);
+    EXPECT_EQ(codes_of(*again.piece), codes_of(*reading.piece)) << number;
+    EXPECT_EQ(codes_of(*flat.piece), codes_of(*reading.piece)) << number;
   }
 }
 

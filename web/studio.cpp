@@ -199,7 +199,9 @@ std::string fate_of(const design::Score& score, size_t i) {
     return text(R"(,"strength":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
   }
   const auto hz = [](const design::Asked& point) { return text("%.10g", point.hz); };
-  const auto asked_hz = [&](const design::CurvePoint& point) { return text("%d", hertz_at(profile, point.offset)); };
+  const auto asked_hz = [&](const design::CurvePoint& point) {
+    return text("%d", design::hertz_at(profile, point.offset));
+  };
   const design::Curve* const curve = event.curve();
   const bool is_record = event.vibration() != nullptr && event.vibration()->is_record;
   const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms, is_record); };

@@ -59,7 +59,8 @@ const double* studio_response(int piece, double quality, double hz, double from_
 // Makes the text one of these forms, and returns its length: "json" (canonical), "flat" (the same as records) and
 // "c" (the request) of patterns; "bin", "csv", "summary" of anything; "wav", "felt.csv" and "svg" not of event streams.
 // What is estimated is so with that resonator; with a quality of -1 it is the motor's own, and the response is left out
-// of the picture. That shows from_ms..to_ms; a to_ms of 0 is its end.
+// of the picture. What is to be felt is driven for the motor's own in any case. The picture shows from_ms..to_ms; a
+// to_ms of 0 is its end.
 STUDIO_EXPORT(studio_form)
 int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms);
 

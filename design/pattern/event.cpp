@@ -102,7 +102,7 @@ void Curve::fit(CurveCompiler& compiler, int32_t start_ms) {
     drawn.push_back({point.ms, point.intensity, point.offset});
   }
   if (!is_event_stream(compiler.profile())) {
-    parts = compiler.parts(start_ms, drawn);
+    parts = compiler.parts(start_ms, drawn, is_felt);
     return;
   }
   const lrasynth_point first = {0, strongest(), drawn[0].offset};
