@@ -77,7 +77,8 @@ class Feeling {
     }
     inspect_length(i, *level);
     if (event.is_felt()) return;  // its ramps are as steep as they are asked to be
-    for (const Ramp& ramp : ramps_of(line_of(profile_, event))) inspect_ramp(i, ramp);
+    const std::vector<Asked> line = line_of(profile_, event);
+    for (const Ramp& ramp : ramps_of(line)) inspect_ramp(i, line, ramp);
   }
 
   // Whether it is asked to: what is silent is warned of as such.
@@ -119,19 +120,18 @@ class Feeling {
   }
 
   // As tones that last are felt along the line.
-  void inspect_ramp(size_t i, Ramp ramp) {
+  void inspect_ramp(size_t i, const std::vector<Asked>& line, Ramp ramp) {
     constexpr double kLeastMs = 40;  // in shorter time no level is felt by itself
     const Event& event = score_.events()[i];
-    const std::vector<Asked> line = line_of(profile_, event);
     const Asked& from = line[ramp.from];
     const Asked& to = line[ramp.to];
     if (to.ms - from.ms < kLeastMs) return;
-    const Span span = Span{from.ms, to.ms}.moved(event.start_ms);
-    const auto& heard = score_.heard(i);
-    if (std::none_of(heard.begin(), heard.end(), [&](Span part) { return overlap(part, span); })) return;
     Range range;
     for (size_t at = ramp.from; at < ramp.to; ++at) add_levels(line[at], line[at + 1], range);
     if (!range.is_narrow() || range.high < kHardlyFelt) return;
+    const Span span = Span{from.ms, to.ms}.moved(event.start_ms);
+    const auto& heard = score_.heard(i);
+    if (std::none_of(heard.begin(), heard.end(), [&](Span part) { return overlap(part, span); })) return;
     warn(event, from.ms,
          text("from point %zu to %zu it feels constant: from %.0f to %.0f %% its levels stay within %.1f dB, ",
               ramp.from + 1, ramp.to + 1, from.intensity, to.intensity, range.high - range.low) +

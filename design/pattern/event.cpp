@@ -102,7 +102,9 @@ void Curve::fit(CurveCompiler& compiler, int32_t start_ms) {
     drawn.push_back({point.ms, point.intensity, point.offset});
   }
   if (!is_event_stream(compiler.profile())) {
-    parts = compiler.parts(start_ms, drawn, is_felt);
+    constexpr double kDenseMs = 10;  // from point to point: where a level is too short to be felt by itself
+    const bool is_dense = duration_ms() < kDenseMs * static_cast<double>(drawn.size());
+    parts = compiler.parts(start_ms, drawn, is_felt && !is_dense);
     return;
   }
   const lrasynth_point first = {0, strongest(), drawn[0].offset};
