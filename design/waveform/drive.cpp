@@ -44,6 +44,7 @@ class Driver {
 
   // The least strength that reaches the level, or the one below where that is nearer.
   void drive(Tap& tap) {
+    if (!has_taps(profile_)) return;  // a fault that is told elsewhere
     const double wanted = level_of(tap.felt);
     int32_t least = 0;
     for (int32_t most = tap.felt == 0 ? 0 : 100; least < most;) {
