@@ -68,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string summary = summary_of(piece, {});
   if (!piece.waveform.is_stream) {
     const Motion motion(piece.waveform, {});
-    plot_of(piece, &motion, felt_span(piece.waveform, &motion));
+    plot_of(piece, &motion, Felt(piece.waveform, {}), felt_span(piece.waveform, &motion));
   }
   write_csv(piece.waveform, [](std::string_view) { return true; });
   return 0;

@@ -406,7 +406,7 @@ TEST(File, SaysWhatItWasMadeFor) {
 
 TEST(Curve, TellsWhatTheMotorDoesNotReach) {
   const std::string json = in_events(
-      R"({"type":"curve","start":5,"points":[{"time":0,"intensity":9,"hz":186},{"time":90,"intensity":0,"hz":304}]})");
+      R"({"type":"curve","start":5,"points":[{"time":0,"intensity":90,"hz":186},{"time":90,"intensity":0,"hz":304}]})");
   const auto lines = [&](int32_t motor, int32_t chip) {
     const PatternReading reading = read_piece({.motor = motor, .chip = chip}, json, "f");
     std::vector<std::string> told = reading.file.notes;

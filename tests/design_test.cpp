@@ -136,11 +136,11 @@ TEST(Pattern, WarningsAreWhatADesignerWouldAvoid) {
   } rows[] = {
       // clang-format off
       {1040, 0, {}, tap(0, 90, 20) + "," + curve(5, 300, kLevel), {}},
-      {1040, 0, {}, tap(3, 100, 20), {}},
+      {1040, 0, {}, tap(3, 100, 40), {}},
       {1040, 0, {1, 0, 0}, tap(3, 80, 50), {"event 1 at 3 ms: its last 0.0417 ms are cut; a limit of 20 ms would let "
        "them play"}},
       {1040, 0, {1, 0, 20}, tap(3, 80, 50), {}},
-      {1040, 0, {}, tap(3, 80, 50) + "," + tap(3, 80, 0), {"event 1 at 3 ms: never plays: event 2 covers it"}},
+      {1040, 0, {}, tap(3, 80, 50) + "," + tap(3, 100, 40), {"event 1 at 3 ms: never plays: event 2 covers it"}},
       {1040, 0, {}, tap(3, 80, 50) + "," + tap(9, 80, 50), {"event 1 at 9 ms: event 2 plays over it"}},
       {1040, 0, {}, curve(3, 4, "[0,80,0],[1,80,0],[2,80,0],[4,80,0]") + "," + tap(2, 80, 50),
        {"event 1 at 3 ms: never plays: event 2 covers it"}},

@@ -71,22 +71,26 @@ tap --motor 7 x.wav | 2 | --motor: must be 832, 1040, 9595 or 81540, not 7
 tap --motor 01040 x.wav | 2 | --motor: must be .* not 01040
 tap --motor 81540 x.wav | 2 | --motor: motor 81540 has no taps
 tap --chip -1 x.wav | 2 | --chip: must be a whole number from 0 to 2147483647, not -1
-tap x.mp3 | 2 | OUTPUT: x.mp3 must end in .wav, .svg, .csv or .bin, or be -
+tap x.mp3 | 2 | OUTPUT: x.mp3 must end in .wav, .svg, .csv, .felt.csv or .bin, or be -
 tap x | 2 | OUTPUT: x must end in .*
 tap x.wav x.mp3 | 2 | OUTPUT: x.mp3 must end in .*
 tap '' | 2 | OUTPUT: .* must end in .*
-tap - | 2 | --format: OUTPUT - needs wav, svg, csv or bin
-tap --format mp3 - | 2 | --format: must be wav, svg, csv or bin, not mp3
+tap - | 2 | --format: OUTPUT - needs wav, svg, csv, felt.csv or bin
+tap --format mp3 - | 2 | --format: must be wav, svg, csv, felt.csv or bin, not mp3
 tap --format csv x.wav | 2 | --format: does nothing without OUTPUT -
 tap --format csv - - | 2 | -: takes one thing only
 tap x.wav ./x.wav | 2 | ./x.wav: is named twice
 tap --audible x.csv | 2 | --audible: does nothing without a .wav file
-tap --response=0 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 0
-tap --response 1001 x.svg | 2 | --response: must be a whole number from 1 to 1000, not 1001
+tap --response=0 x.svg | 2 | --response: must be a number from 1 to 1000, or motor, not 0
+tap --response 1001 x.svg | 2 | --response: must be a number from 1 to 1000, or motor, not 1001
 tap --strict=no x.wav | 2 | --strict: takes no value
 tap -- x.mp3 | 2 | OUTPUT: x.mp3 must end in .*
-tap --response x.wav | 2 | --response: does nothing without an .svg file
-tap --response-hz 100 x.svg | 2 | --response-hz: does nothing without --response
+tap --response x.wav | 2 | --response: does nothing without an .svg or .felt.csv file
+tap --response 1e2 x.svg | 2 | --response: must be a number from 1 to 1000, or motor, not 1e2
+tap --response-hz 100 x.wav x.csv | 2 | --response-hz: does nothing without an .svg or .felt.csv file
+tap --rated 0 x.svg | 2 | --rated: must be a number from 0.001 to 1000, not 0
+tap --rated nan | 2 | --rated: must be a number from 0.001 to 1000, not nan
+pattern p.json --save q.json --rated 2 | 2 | --rated: does nothing without an .svg or .felt.csv file
 tap --response --response-hz 2001 x.svg | 2 | --response-hz: must be a whole number from 0 to 2000, not 2001
 tap --from 5 x.wav | 2 | --from: does nothing without an .svg file
 tap --to 5 | 2 | --to: does nothing without an .svg file
@@ -155,7 +159,7 @@ compare - - | 2 | -: is named twice
 tap loop.wav | 1 | cannot write loop.wav: Too many levels of symbolic links
 tap x.csv full.wav | 1 | cannot write full.wav: No space left on device
 sheet --intensity 100 --levels 60 --strict x.svg | 2 | --strict: a warning is a fault
-pattern p.json --print-request --response | 2 | --response: does nothing without an .svg file
+pattern p.json --print-request --response | 2 | --response: does nothing without an .svg or .felt.csv file
 pattern p.json --save '' | 2 | --save: must be a file, or -, not an empty word
 pattern p.json --save --strict | 2 | --save: must be a file, or -, not --strict
 pattern p.json --save /dev/stdout --print-request | 2 | -: takes one thing only
@@ -264,12 +268,14 @@ class ToolTest(unittest.TestCase):
         self.assertEqual([line[:43] for line in result.stderr.splitlines()],
                          [b"lrasynth: warning: 1: Tap: motor 1040, leve", b"lrasynth: warning: 2: Tap: motor 1040, leve",
                           b"lrasynth: --strict: a warning is a fault"])
-        self.output_of("pattern", ROOT / "tools/demo/heartbeat.json", "--strict", "y.svg")
+        result = self.run_tool("pattern", ROOT / "tools/demo/heartbeat.json", "--strict", "y.svg")
+        self.assertEqual((result.returncode, re.findall(rb"(?m)^lrasynth: (\w+): .* feel like (.*?) dB", result.stderr)),
+                         (0, [(b"note", b"19.8 and 18.0")]))
 
     def test_without_output_the_numbers_are_told(self):
         told = self.output_of("pattern", "-", pattern=[transient(5, level=20, intensity=90), continuous(40, 200)]).decode()
-        self.assertRegex(told, r"event 1 at 5 ms: tap, level 20, intensity 90 %, driven at 22 %, estimated rise 6.3 ms, ring-")
-        self.assertRegex(told, r"event 2 at 40 ms: vibration of 200 ms, intensity 80 %, points at 170 Hz\n")
+        self.assertRegex(told, r"event 1 at 5 ms: tap, level 20, intensity 90 %, driven at 22 %, estimated rise 6.5 ms, ring-.* estimated: 13.5 dB SL, 68 %\n")
+        self.assertRegex(told, r"event 2 at 40 ms: vibration of 200 ms, intensity 80 %, points at 170 Hz, felt, estimated: 17.6 dB")
         self.assertRegex(told, r"length +240.0 ms\n(.*\n)*  largest jump 26 at 106 ms\n")
         self.assertNotIn("ring-down to", told)
         table = self.output_of("compare", "--motor", "832,1040,9595", "--chip", "0,1").decode()
@@ -291,7 +297,8 @@ class ToolTest(unittest.TestCase):
                 ("compare --motor 1040,9595 --boost off x.svg", "--boost", "on these motors"),
                 ("pattern - --chip 11 --loop 2 --interval 9 x.bin", "--interval", "with --chip 11"),
                 ("pattern - --chip 11 --limit 9 x.bin", "--limit", "with --chip 11"),
-                ("pattern - --chip 11 --response", "--response", "with --chip 11")):
+                ("pattern - --chip 11 --response", "--response", "with --chip 11"),
+                ("pattern - --chip 11 --rated 2", "--rated", "with --chip 11")):
             with self.subTest(call):
                 result = self.run_tool(*call.split(), pattern=[transient(0), continuous(50, 60)])
                 self.assertEqual((result.returncode, result.stderr.decode()),
@@ -411,6 +418,25 @@ class ToolTest(unittest.TestCase):
                 self.assertEqual(head, (b"RIFF", 36 + size, b"WAVEfmt ", 16, 1, 1, rate, 2 * rate, 2, 16, b"data", size))
                 frames = memoryview(file.readframes(len(codes))).cast("h")
                 self.assertEqual([frame // 256 for frame in frames], amplitudes)
+
+    def test_what_is_felt_is_told_alike_everywhere(self):
+        def levels(*options):
+            self.output_of("pattern", "-", "x.wav", "x.felt.csv", "x.svg", *options, pattern=[continuous(5, 100)])
+            rows = list(csv.DictReader((self.directory / "x.felt.csv").read_text().splitlines()))
+            self.assertEqual([float(row["ms"]) for row in rows], [5 * i for i in range(30)])
+            for row in rows:
+                self.assertAlmostEqual(float(row["percent"]), 5 * float(row["db_sl"]), delta=0.08)
+            return [float(row["db_sl"]) for row in rows]
+
+        plain = levels()
+        told = self.output_of("pattern", "-", pattern=[continuous(5, 100)]).decode()
+        self.assertEqual(re.findall(r"([\d.]+) dB SL", told), 2 * [f"{max(plain):.1f}"])
+        self.assertIn("170 Hz, Q 2.65, 1 g rated: dB above threshold", (self.directory / "x.svg").read_text())
+        for level, twice in zip(plain[1:24], levels("--rated", 2.0)[1:24]):  # twice as strong: 6.02 dB more
+            self.assertAlmostEqual(twice - level, 6.02, delta=0.02)
+        self.assertLess(max(levels("--response-hz", 100)), max(plain) - 2)
+        self.assertEqual(levels("--response", "--rated=1"), levels("--response", "motor"))
+        self.assertNotEqual(levels("--response", 3.5), plain)
 
     def test_the_committed_pictures_are_what_is_drawn(self):
         subprocess.run([ROOT / "scripts" / "make-pictures", COMMAND, self.directory], check=True, capture_output=True)

@@ -8,14 +8,18 @@
 #include <iostream>
 
 #include "design/base/text.h"
+#include "design/picture/forms.h"
 
 namespace command {
 void refuse(const std::string& words) { throw Failure(kWrongInput, words); }
 
 std::string ending_of(const std::string& path) {
-  std::string ending = std::filesystem::path(path).extension();
-  for (char& c : ending) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return ending;
+  std::string name = std::filesystem::path(path).filename();
+  for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  const std::filesystem::path file = name;
+  const std::string two = file.stem().extension().string() + file.extension().string();
+  const bool is_form = two.size() > file.extension().string().size() && design::form_named(two.substr(1)) != nullptr;
+  return is_form ? two : file.extension().string();
 }
 
 bool Arguments::has(const std::string& option) const {

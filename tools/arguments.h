@@ -79,7 +79,7 @@ std::vector<Command> commands();
 // What makes a shell complete the command's words: of bash, zsh or fish, from all that is declared.
 std::string completion_for(const std::string& shell, const CLI::App& app);
 
-// The ending of a file's name in small letters, like ".wav".
+// The ending of a file's name in small letters, like ".wav", or ".felt.csv" where both are a form's.
 std::string ending_of(const std::string& path);
 
 // Ends the command over wrong input.

@@ -45,7 +45,7 @@ void report(const Arguments& arguments, std::span<const design::Piece> pieces) {
 design::Piece tap_piece(const Arguments& arguments, const lrasynth_profile& profile, int32_t level) {
   if (!design::has_taps(profile)) refuse("--motor: " + design::tap_fault(profile));
   const bool in_pattern = arguments.in_pattern && design::has_shares(profile);
-  return design::tap_piece(profile, level, arguments.intensity, in_pattern);
+  return design::tap_piece(profile, level, arguments.intensity, in_pattern, arguments.resonator);
 }
 
 // A pattern file: its path, what titles call it, and its text, or its sound.
@@ -114,7 +114,8 @@ design::PatternFile file_of(const Arguments& arguments, const lrasynth_profile& 
 
 // What is asked for overrides what the file says.
 design::Piece pattern_piece(const Arguments& arguments, const design::Setup& asked, const PatternInput& pattern) {
-  auto [setup, file, piece] = design::piece_of(asked, file_of(arguments, asked.profile(), pattern), pattern.name);
+  auto [setup, file, piece] =
+      design::piece_of(asked, file_of(arguments, asked.profile(), pattern), pattern.name, arguments.resonator);
   if (!piece) {
     std::string lines;
     for (const std::string& line : file.faults.lines(shown_path(pattern.path))) lines += line + '\n';
@@ -137,7 +138,8 @@ const design::Form& form_of(const Arguments& arguments, const std::string& path)
   return *design::form_named(name);
 }
 
-void refuse_idle_outputs(const Arguments& arguments, bool tells) {
+// Tells: numbers are printed. Felt: what is driven hangs on what is to be felt.
+void refuse_idle_outputs(const Arguments& arguments, bool tells, bool felt) {
   const auto& paths = arguments.outputs;
   const auto none_is = [&](const char* form) {
     return std::none_of(paths.begin(), paths.end(),
@@ -145,8 +147,8 @@ void refuse_idle_outputs(const Arguments& arguments, bool tells) {
   };
   arguments.refuse_idle({"--format"}, std::count(paths.begin(), paths.end(), kStandardOutput) == 0, "without OUTPUT -");
   arguments.refuse_idle({"--audible"}, none_is("wav"), "without a .wav file");
-  arguments.refuse_idle({"--response"}, !tells && none_is("svg"), "without an .svg file");
-  arguments.refuse_idle({"--response-hz"}, !tells && !arguments.has("--response"), "without --response");
+  arguments.refuse_idle({"--response", "--response-hz", "--rated"},
+                        !felt && !tells && none_is("svg") && none_is("felt.csv"), "without an .svg or .felt.csv file");
   arguments.refuse_idle({"--from", "--to", "--title"}, none_is("svg"), "without an .svg file");
 }
 
@@ -179,11 +181,17 @@ File file_of(const Arguments& arguments, const design::Piece& piece, const std::
   return {path, write, is_audible ? audible_size_of(piece.waveform) : size_of(piece.waveform)};
 }
 
+bool is_felt(const design::Piece& piece) {
+  if (piece.score == nullptr) return false;
+  const auto& events = piece.score->events();
+  return std::any_of(events.begin(), events.end(), [](const design::Event& event) { return event.is_felt(); });
+}
+
 // Warns, then prints a summary where nothing is to be written, or writes every OUTPUT in the form that its ending says,
 // and the other files with them.
 void finish(const Arguments& arguments, design::Piece piece, std::vector<File> files = {}) {
   if (!arguments.title.empty()) piece.waveform.title = arguments.title;
-  refuse_idle_outputs(arguments, files.empty() && arguments.outputs.empty());
+  refuse_idle_outputs(arguments, files.empty() && arguments.outputs.empty(), is_felt(piece));
   report(arguments, {&piece, 1});
   for (const std::string& path : arguments.outputs) files.push_back(file_of(arguments, piece, path));
   if (files.empty()) files.push_back(text_file(kStandardOutput, summary_of(piece, arguments.resonator)));
@@ -212,8 +220,8 @@ void run_pattern(const Arguments& arguments) {
   const lrasynth_profile& profile = piece.score->profile();
   arguments.note_profiles({profile});
   arguments.refuse_idle({"--interval"}, piece.score->playback().loops == 1, "without --loop 2 or more");
-  arguments.note_idle({"--interval", "--limit", "--response", "--response-hz"}, design::is_event_stream(profile),
-                      with_chip_of(profile));
+  arguments.note_idle({"--interval", "--limit", "--response", "--response-hz", "--rated"},
+                      design::is_event_stream(profile), with_chip_of(profile));
   std::vector<File> files;
   if (arguments.has("--save")) files.push_back(saved_file(arguments, piece, shown_path(pattern.path)));
   if (arguments.print_request) files.push_back(text_file(kStandardOutput, design::c_array(piece.score->request())));
@@ -224,7 +232,8 @@ void run_tone(const Arguments& arguments) {
   const lrasynth_profile profile = arguments.profiles().front();
   const std::string fault = design::tone_fault(profile, arguments.frequency_hz, arguments.half_periods);
   if (!fault.empty()) refuse("--" + fault);
-  finish(arguments, design::tone_piece(profile, arguments.frequency_hz, arguments.half_periods, arguments.amplitude));
+  finish(arguments, design::tone_piece(profile, arguments.frequency_hz, arguments.half_periods, arguments.amplitude,
+                                       arguments.resonator));
 }
 
 void run_sheet(const Arguments& arguments) {
@@ -282,17 +291,19 @@ void run_compare(const Arguments& arguments) {
   arguments.refuse_idle({"--from", "--to", "--title"}, picture.empty(), "without an .svg file");
   const std::vector<design::Piece> pieces = pieces_of(arguments, profiles, files);
   std::vector<design::Motion> motions;
+  std::vector<design::Felt> felts;
   design::Span whole = {0, 0};
   report(arguments, pieces);
   for (const design::Piece& piece : pieces) {
     motions.emplace_back(piece.waveform, arguments.resonator);
+    felts.emplace_back(piece.waveform, arguments.resonator);
     whole.to = std::max(whole.to, felt_span(piece.waveform, &motions.back()).to);
   }
-  if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, motions))});
+  if (picture.empty()) return write_files({text_file(kStandardOutput, table_of(pieces, motions, felts))});
   const std::string title = arguments.title.empty() ? "Comparison" : arguments.title;
   const design::Span shown = design::part_of(whole, arguments.from_ms, arguments.to_ms);
   if (!(shown.length() > 0)) refuse_span(whole);
-  const std::string drawn = comparison_of(title, pieces, motions, shown);
+  const std::string drawn = comparison_of(title, pieces, motions, felts, shown);
   write_files({text_file(picture, drawn, design::counted(static_cast<int64_t>(pieces.size()), "waveform"))}, files);
 }
 

@@ -32,9 +32,9 @@ std::vector<std::string> typed_words(int argc, const char* const* argv) {
     const std::string next = i + 1 < argc ? argv[i + 1] : "";
     char* end = nullptr;
     std::strtod(next.c_str(), &end);
-    const bool is_number = !next.empty() && *end == '\0';
+    const bool is_quality = next == kMotorsOwn || (!next.empty() && *end == '\0');
     words.emplace_back(argv[i]);
-    if (words.back() == "--response" && !is_number) words.back() += "=20";
+    if (words.back() == "--response" && !is_quality) words.back() += "=" + kMotorsOwn;
   }
   return words;
 }

@@ -44,6 +44,28 @@ CLI::Validator number_in(int32_t least, int32_t most) {
   return CLI::Validator(check, text("%d..%d", least, most));
 }
 
+// With a fraction, perhaps.
+std::optional<double> decimal(const std::string& word) {
+  const size_t dot = word.find('.');
+  const std::string whole = word.substr(0, dot);
+  const std::string part = dot == std::string::npos ? "0" : word.substr(dot + 1);
+  const bool is_plain = !part.empty() && part.find_first_not_of("0123456789") == std::string::npos;
+  if (!is_plain || word.size() > 20 || !design::whole_number(whole)) return std::nullopt;
+  return std::stod(word);
+}
+
+// A word may stand for 0.
+CLI::Validator decimal_in(double least, double most, const std::string& word_of_zero = "") {
+  const auto check = [=](std::string& word) -> std::string {
+    if (!word_of_zero.empty() && word == word_of_zero) return word = "0", "";
+    const std::optional<double> number = decimal(word);
+    if (number && *number >= least && *number <= most) return "";
+    return text("must be a number from %g to %g, ", least, most) +
+           (word_of_zero.empty() ? "" : "or " + word_of_zero + ", ") + "not " + design::echo(word);
+  };
+  return CLI::Validator(check, text("%g..%g", least, most));
+}
+
 CLI::Validator one_of(const Words& words) {
   const auto check = [words](const std::string& word) -> std::string {
     if (std::find(words.begin(), words.end(), word) != words.end()) return "";
@@ -183,10 +205,14 @@ void Options::picture_view() {
 
 void Options::view() {
   add("--response", arguments_.resonator.quality,
-      "Draw an estimate of the motor's displacement behind the samples; Q: quality factor, 1 to 1000",
-      number_in(1, 1000).description("[Q]"));
-  add("--response-hz", arguments_.resonator.hz, "Resonance of that estimate in Hz, up to 2000; 0: the motor's",
+      "Draw an estimate of the motor's displacement behind the samples; Q: quality factor of all that is estimated, 1 "
+      "to 1000, or motor: the one that its gains imply",
+      decimal_in(1, 1000, kMotorsOwn).description("[Q]"))
+      ->default_str(kMotorsOwn);
+  add("--response-hz", arguments_.resonator.hz, "Resonance of what is estimated in Hz, up to 2000; 0: the motor's",
       number_in(0, 2000));
+  add("--rated", arguments_.resonator.rated_g,
+      "Acceleration in g of a lasting full-scale tone at the resonance, for what is felt", decimal_in(0.001, 1000));
   add("--from", arguments_.from_ms, "Draw from this time in ms", time());
   add("--to", arguments_.to_ms, "Draw up to this time in ms; 0: to the end", time());
   picture_view();

@@ -10,6 +10,9 @@
 
 namespace command {
 
+// What the value of --response says where it is left out.
+inline const std::string kMotorsOwn = "motor";
+
 // Declares options of one command, which store into its arguments.
 class Options {
  public:

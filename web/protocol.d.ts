@@ -95,6 +95,8 @@ interface Vibrating extends Fate {
 }
 
 export type TapFacts = Tap & Fate & {
+  /** Its intensity is to be felt. */
+  felt?: boolean;
   /** The intensity that the motor gets. */
   strength?: number;
   hz?: undefined;
@@ -106,6 +108,8 @@ export interface VibrationFacts extends Vibration, Vibrating {}
 export interface CurveFacts extends Vibrating {
   type: 'curve';
   start: number;
+  /** The intensities of its points are to be felt. */
+  felt?: boolean;
   points: readonly (CurvePoint | { time: number; intensity: number; hz: number })[];
 }
 

@@ -203,10 +203,14 @@ std::string fate_of(const design::Score& score, size_t i) {
     return text(R"(,"strength":%d)", design::driven_intensity(profile, tap->level, tap->intensity)) + when;
   }
   const auto hz = [](const design::Asked& point) { return text("%.10g", point.hz); };
+  const auto asked_hz = [&](const design::CurvePoint& point) {
+    return text("%d", design::hertz_at(profile, point.offset));
+  };
+  const design::Curve* const curve = event.curve();
   const bool is_record = event.vibration() != nullptr && event.vibration()->is_record;
   const auto sweep = [&](const design::Stretch& stretch) { return json_of(stretch, event.start_ms, is_record); };
-  return R"(,"hz":)" + list(line_of(profile, event), hz) + R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) +
-         when;
+  return R"(,"hz":)" + (curve != nullptr ? list(curve->points, asked_hz) : list(line_of(profile, event), hz)) +
+         R"(,"sweeps":)" + list(stretches_of(profile, event), sweep) + when;
 }
 
 std::string json_of(const design::Faults& faults, const std::string& file) {
@@ -332,13 +336,14 @@ std::string collected(bool measure, Write write) {
   return all;
 }
 
-// Without a quality the response is left out of the picture.
+// With a quality below 0 the response is left out of the picture, and what is felt is estimated with the motor's own.
 std::optional<std::string> form_of(Held& held, std::string_view name, const design::Resonator& resonator,
                                    design::Span shown) {
-  const design::Piece& piece = held.piece();
+  design::Piece piece = held.piece();
   const design::Form* const form = design::form_named(name);
   if (form == nullptr || !suits(*form, piece)) return std::nullopt;
-  const bool has_response = resonator.quality != 0;
+  const bool has_response = resonator.quality >= 0;
+  if (has_response) feel(piece, resonator);
   const design::View view = {.motion = has_response && name == "svg" ? &held.motion(resonator) : nullptr,
                              .resonator = has_response ? resonator : design::Resonator(),
                              .from_ms = shown.from,
@@ -347,7 +352,7 @@ std::optional<std::string> form_of(Held& held, std::string_view name, const desi
   return collected(form->in_blocks, [&](const design::Sink& sink) { form->write(piece, view, sink); });
 }
 
-bool is_resonator(double quality, double hz) { return is_in(quality, 1, 1000) && is_in(hz, 0, 2000); }
+bool is_resonator(double quality, double hz) { return (quality == 0 || is_in(quality, 1, 1000)) && is_in(hz, 0, 2000); }
 bool is_time(double ms) { return is_in(ms, 0, 2.0 * design::kLongestMs); }
 
 }  // namespace
@@ -476,7 +481,7 @@ const double* studio_response(int piece, double quality, double hz, double from_
 
 int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {
   Held* const held = studio().shelf.at(piece);
-  const bool is_sound = (quality == 0 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
+  const bool is_sound = (quality == -1 || is_resonator(quality, hz)) && is_time(from_ms) && is_time(to_ms);
   if (!is_sound || held == nullptr) return refuse();
   auto made = form_of(*held, {form, length}, {.hz = hz, .quality = quality}, {from_ms, to_ms});
   if (!made) return refuse();

@@ -61,17 +61,18 @@ STUDIO_EXPORT(studio_read) const uint8_t* studio_read(int piece, double first, d
 // column has one sample at least; those beside the piece have 127 and -128.
 STUDIO_EXPORT(studio_extremes) const int8_t* studio_extremes(int piece, double first, double count, int columns);
 
-// The estimated response of the motor, with a quality of 1..1000 and a resonance of 0 (the motor's own) to 2000 Hz.
-// Text: an Estimate. Returns lowest and highest displacement in each of so many (0..65536) equal parts of
+// The estimated response of the motor, with a quality of 1..1000 and a resonance of up to 2000 Hz; 0 is the motor's
+// own. Text: an Estimate. Returns lowest and highest displacement in each of so many (0..65536) equal parts of
 // from_ms..to_ms, in units in which 1 is the swing that a full-scale tone at the resonance reaches; columns without a
 // sample have 1 and -1. Null without columns.
 STUDIO_EXPORT(studio_response)
 const double* studio_response(int piece, double quality, double hz, double from_ms, double to_ms, int columns);
 
 // Makes the text one of these forms, and returns its length: "json" (canonical), "flat" (the same as records) and
-// "c" (the request) of patterns;
-// "bin", "csv", "summary" of anything; "wav" and "svg" not of event streams. A quality of 0 leaves the response out of
-// the picture, which shows from_ms..to_ms; a to_ms of 0 is its end.
+// "c" (the request) of patterns; "bin", "csv", "summary" of anything; "wav", "felt.csv" and "svg" not of event streams.
+// What is estimated is so with that resonator; with a quality of -1 it is the motor's own, and the response is left out
+// of the picture. What is to be felt is driven for the motor's own in any case. The picture shows from_ms..to_ms; a
+// to_ms of 0 is its end.
 STUDIO_EXPORT(studio_form)
 int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms);
 

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 
+#include "design/advice/feel.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
 #include "design/formats/formats.h"
+#include "design/waveform/drive.h"
 
 namespace design {
 namespace {
@@ -34,6 +36,26 @@ Piece pattern_piece(std::shared_ptr<const Score> score, const std::string& name)
           .score = score,
           .jumps = std::move(jumps),
           .warnings = std::move(warnings)};
+}
+
+template <class Item>
+void append(std::vector<Item>& items, std::vector<Item> others) {
+  items.insert(items.end(), std::make_move_iterator(others.begin()), std::make_move_iterator(others.end()));
+}
+
+// Of the first pass, in which all events stand.
+Felt felt_of_pass(const Piece& piece, const Resonator& resonator) {
+  constexpr double kBeyondMs = 60;  // as far as a pass is looked at, with the second half of the last frame
+  Waveform first = piece.waveform;
+  first.length = std::min(first.length, first.sample_at(piece.score->pass_ms() + kBeyondMs));
+  return {first, resonator};
+}
+
+void set_felt(Piece& piece, std::vector<Warning> warnings) {
+  std::erase_if(piece.warnings, [](const Warning& warning) { return warning.is_felt; });
+  append(piece.warnings, std::move(warnings));
+  const auto earlier = [](const Warning& a, const Warning& b) { return a.at_ms < b.at_ms; };
+  std::stable_sort(piece.warnings.begin(), piece.warnings.end(), earlier);
 }
 
 // Why a pattern cannot be served; empty: it can.
@@ -65,12 +87,20 @@ void note_chip(const lrasynth_profile& profile, bool is_asked, PatternFile& file
 
 }  // namespace
 
-Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern) {
+void feel(Piece& piece, const Resonator& resonator) {
+  if (piece.waveform.is_stream) return;
+  if (piece.score != nullptr) return set_felt(piece, felt_warnings_of(*piece.score, felt_of_pass(piece, resonator)));
+  if (!is_silent(piece.waveform)) set_felt(piece, felt_warnings_of(Felt(piece.waveform, resonator)));
+}
+
+Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern,
+                const Resonator& resonator) {
   const int32_t driven = in_pattern ? driven_intensity(profile, level, intensity) : intensity;
   Piece piece = {.waveform = tap_waveform(profile, level, driven),
                  .warnings = warnings_of_tap(profile, level, intensity, in_pattern)};
   piece.waveform.title = text("Tap: %s, level %d, intensity %d %%", name_of(profile).c_str(), level, intensity) +
                          (in_pattern ? text(" (%d %% in a pattern)", driven) : "");
+  feel(piece, resonator);
   return piece;
 }
 
@@ -84,19 +114,22 @@ std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, in
   return fault.empty() ? "" : "half-periods: " + fault;
 }
 
-Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude) {
+Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude,
+                 const Resonator& resonator) {
   Piece piece = {.waveform = tone_waveform(profile, frequency_hz, half_periods, amplitude)};
   piece.waveform.title =
       text("Tone: %d Hz, ", frequency_hz) + counted(half_periods, "half-period") + text(", amplitude %d", amplitude);
   piece.warnings = warnings_of_tone(piece.waveform, amplitude);
+  feel(piece, resonator);
   return piece;
 }
 
-PatternReading read_piece(const Setup& asked, std::string_view text, const std::string& name) {
-  return piece_of(asked, read_file(text, Tuning(asked.profile())), name);
+PatternReading read_piece(const Setup& asked, std::string_view text, const std::string& name,
+                          const Resonator& resonator) {
+  return piece_of(asked, read_file(text, Tuning(asked.profile())), name, resonator);
 }
 
-PatternReading piece_of(const Setup& asked, PatternFile read, const std::string& name) {
+PatternReading piece_of(const Setup& asked, PatternFile read, const std::string& name, const Resonator& resonator) {
   PatternReading reading = {merged(asked, read.setup), std::move(read), std::nullopt};
   PatternFile& file = reading.file;
   Faults& faults = file.faults;
@@ -105,6 +138,7 @@ PatternReading piece_of(const Setup& asked, PatternFile read, const std::string&
   if (!has_boost(profile)) heeded.boost.reset();
   for (std::string& line : overrides(asked, heeded)) file.notes.push_back(std::move(line));
   const Playback playback = reading.setup.playback();
+  const std::vector<Unreached> unreached = drive(file.events, profile, resonator);
   fit(file.events, profile);
   add_faults(file.events, profile, playback, faults);
   if (faults.count > 0) return reading;
@@ -120,6 +154,11 @@ PatternReading piece_of(const Setup& asked, PatternFile read, const std::string&
   } else {
     reading.piece = pattern_piece(std::move(score), name);
     reading.piece->source = file.source;
+    append(reading.piece->warnings, warnings_of(unreached, resonator));
+    if (is_event_stream(profile)) return reading;
+    const Felt felt = felt_of_pass(*reading.piece, resonator);
+    set_felt(*reading.piece, felt_warnings_of(*reading.piece->score, felt));
+    append(file.notes, felt_notes_of(*reading.piece->score, felt));
   }
   return reading;
 }

@@ -11,6 +11,7 @@
 #include "design/advice/warnings.h"
 #include "design/base/motor.h"
 #include "design/pattern/file.h"
+#include "design/waveform/response.h"
 #include "design/waveform/waveform.h"
 
 namespace design {
@@ -23,10 +24,17 @@ struct Piece {
   std::vector<Warning> warnings = {};
 };
 
-// A tap of its own, perhaps as weak as inside a pattern. The motor has taps.
-Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern);
+// The warnings of all also tell what is hardly felt, estimated with a resonator.
 
-Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude);
+// With another one, in place of those that tell that.
+void feel(Piece& piece, const Resonator& resonator);
+
+// A tap of its own, perhaps as weak as inside a pattern. The motor has taps.
+Piece tap_piece(const lrasynth_profile& profile, int32_t level, int32_t intensity, bool in_pattern,
+                const Resonator& resonator = {});
+
+Piece tone_piece(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods, int32_t amplitude,
+                 const Resonator& resonator = {});
 
 // What is wrong with a tone, like "frequency: must be ..."; empty: nothing.
 std::string tone_fault(const lrasynth_profile& profile, int32_t frequency_hz, int32_t half_periods);
@@ -39,9 +47,10 @@ struct PatternReading {
 };
 
 // What is asked for overrides what the file says, which its notes tell.
-PatternReading piece_of(const Setup& asked, PatternFile file, const std::string& name);
+PatternReading piece_of(const Setup& asked, PatternFile file, const std::string& name, const Resonator& resonator = {});
 
 // Of a text of ours, or of a format from elsewhere.
-PatternReading read_piece(const Setup& asked, std::string_view text, const std::string& name);
+PatternReading read_piece(const Setup& asked, std::string_view text, const std::string& name,
+                          const Resonator& resonator = {});
 
 }  // namespace design

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
+#include "design/advice/feel.h"
 #include "design/base/motor.h"
 #include "design/base/text.h"
 #include "design/waveform/samples.h"
@@ -26,12 +28,20 @@ std::string of_points(const Vibration& vibration, Value value) {
 // A line for each event of a pattern.
 class EventLines {
  public:
-  EventLines(const Score& score, const Resonator& resonator)
-      : profile_(score.profile()), is_stream_(is_event_stream(profile_)), resonator_(resonator) {}
+  // Without what is felt for an event stream.
+  EventLines(const Score& score, const Felt* felt, const Resonator& resonator)
+      : score_(score),
+        felt_(felt),
+        profile_(score.profile()),
+        is_stream_(is_event_stream(profile_)),
+        resonator_(resonator) {}
 
-  std::string of(const Event& event) {
+  std::string of(size_t i) {
+    const Event& event = score_.events()[i];
+    const std::optional<double> level = felt_ == nullptr ? std::nullopt : level_of(score_, *felt_, i);
     return "  " + event.name.words() + text(" at %d ms: ", event.start_ms) +
-           std::visit([this](const auto& kind) { return description_of(kind); }, event.kind) + "\n";
+           std::visit([this](const auto& kind) { return description_of(kind); }, event.kind) +
+           (level ? ", felt, estimated: " + level_words(*level) : "") + "\n";
   }
 
  private:
@@ -54,20 +64,21 @@ class EventLines {
       const auto [least, most] = std::minmax_element(values.begin(), values.end());
       return *least == *most ? text("%d", *least) : text("%d to %d", *least, *most);
     };
-    const std::string line = text("curve of %d ms, ", curve.duration_ms()) +
-                             counted(static_cast<int64_t>(curve.points.size()), "point") + ", intensity " +
-                             range(intensities) + " %, " + range(hertz) + " Hz";
+    const std::string line =
+        text("curve of %d ms, ", curve.duration_ms()) + counted(static_cast<int64_t>(curve.points.size()), "point") +
+        (curve.is_felt ? ", to be felt at " : ", intensity ") + range(intensities) + " %, " + range(hertz) + " Hz";
     if (is_stream_) return line + text(", sent as one event of %d %%", curve.sent_strength());
     return line + ", in " + counted(static_cast<int64_t>(curve.parts.size()), "record");
   }
 
   std::string description_of(const Tap& tap) {
     const bool is_asked = tap.driven == Tap::kAsAsked;
-    const std::string asked =
-        text("tap, level %d, %s %d %%", tap.level, is_asked ? "intensity" : "asked to be driven at", tap.strongest());
+    const char* const how = tap.is_felt() ? "to be felt at" : is_asked ? "intensity" : "asked to be driven at";
+    const std::string asked = text("tap, level %d, %s %d %%", tap.level, how, tap.asked());
     if (is_stream_) return asked + (is_asked ? "" : text(", sent as %d", tap.sent_strength()));
     const int32_t driven = driven_intensity(profile_, tap.level, tap.intensity);
-    return asked + (driven == tap.strongest() ? "" : text(", driven at %d %%", driven)) + response(tap.level, driven);
+    return asked + (driven == tap.asked() && !tap.is_felt() ? "" : text(", driven at %d %%", driven)) +
+           response(tap.level, driven);
   }
 
   // By itself. A pattern has many taps, but few different ones.
@@ -81,6 +92,8 @@ class EventLines {
     return known->second;
   }
 
+  const Score& score_;
+  const Felt* felt_;
   lrasynth_profile profile_;
   bool is_stream_;
   Resonator resonator_;
@@ -89,7 +102,7 @@ class EventLines {
 
 }  // namespace
 
-std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
+std::vector<Number> numbers_of(const Piece& piece, const Response& response, const Felt& felt) {
   const Strength strength = strength_of(piece.waveform);
   std::vector<Number> numbers = {
       {"length", text("%.1f ms", piece.waveform.length_ms())},
@@ -98,6 +111,8 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
   };
   for (const auto& [name, value] : numbers_of(response, piece.score == nullptr))
     numbers.emplace_back("estimated " + name, value);
+  numbers.emplace_back("estimated strongest felt", level_words(felt.strongest()));
+  numbers.emplace_back("estimated felt length", text("%.0f ms", felt.felt_ms()));
   numbers.emplace_back("warnings", grouped(static_cast<int64_t>(piece.warnings.size())));
   return numbers;
 }
@@ -105,12 +120,14 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response) {
 std::string summary_of(const Piece& piece, const Resonator& resonator) {
   const Waveform& waveform = piece.waveform;
   std::string lines = waveform.title + "\n";
+  std::optional<Felt> felt;
+  if (!waveform.is_stream) felt.emplace(waveform, resonator);
   if (piece.score != nullptr) {
-    EventLines line(*piece.score, resonator);
-    for (const Event& event : piece.score->events()) lines += line.of(event);
+    EventLines line(*piece.score, felt ? &*felt : nullptr, resonator);
+    for (size_t i = 0; i < piece.score->events().size(); ++i) lines += line.of(i);
   }
-  if (piece.waveform.is_stream) return lines + "  " + size_of(piece.waveform) + "\n";
-  for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response())) {
+  if (!felt) return lines + "  " + size_of(piece.waveform) + "\n";
+  for (const auto& [name, value] : numbers_of(piece, Motion(waveform, resonator).response(), *felt)) {
     lines += text("  %-28s %s\n", name.c_str(), value.c_str());
   }
   const Jump jump = largest_of(piece.jumps);
@@ -118,14 +135,15 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
   return lines + text("  largest jump %d at ", jump.height) + ms_text(waveform.ms_of(jump.sample)) + " ms\n";
 }
 
-std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions) {
+std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions,
+                     const std::vector<Felt>& felts) {
   std::string names;
   std::string head = text("%-28s", "");
   std::vector<std::string> rows;
   for (size_t i = 0; i < pieces.size(); ++i) {
     names += text("%zu: ", i + 1) + pieces[i].waveform.title + "\n";
     head += text("%16zu", i + 1);
-    const auto numbers = numbers_of(pieces[i], motions[i].response());
+    const auto numbers = numbers_of(pieces[i], motions[i].response(), felts[i]);
     rows.resize(numbers.size());
     for (size_t row = 0; row < rows.size(); ++row) {
       if (i == 0) rows[row] = text("%-28s", numbers[row].first.c_str());

@@ -328,7 +328,7 @@ class Inspection {
     size_t last = 3;
     if (auto* const curve = std::get_if<Curve>(&event.kind)) {
       last = curve->points.size() - 1;
-      curve->points[last].intensity = 0;
+      curve->played().back().intensity = 0;
     } else {
       std::get<Vibration>(event.kind).points[last].intensity = 0;
     }

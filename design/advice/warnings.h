@@ -15,6 +15,7 @@ struct Warning {
   double at_ms = 0;       // in the first pass
   std::string what;       // with the remedy, where there is one
   std::string kind = {};  // of which many may be told as one; empty: what it says
+  bool is_felt = false;   // rests on an estimate, with a resonator
 };
 
 // "event 2 at 40 ms: ..."

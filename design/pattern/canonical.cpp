@@ -16,8 +16,8 @@ using Kind = JsonValue::Kind;
 
 // The fields of a file and of all kinds of events in the order in which they are written.
 constexpr const char* kFileFields[] = {"version", "name",  "note",     "motor", "chip", "boost",
-                                       "tempo",   "loops", "interval", "limit", "flat"};
-constexpr const char* kEventFields[] = {"type",      "start",  "duration", "repeat", "every", "gain",   "time",
+                                       "tempo",   "loops", "interval", "limit", "flat", "felt"};
+constexpr const char* kEventFields[] = {"type",      "start",  "duration", "repeat", "every", "gain",   "felt", "time",
                                         "intensity", "driven", "offset",   "hz",     "level", "points", "note"};
 
 class Writer {
@@ -179,7 +179,9 @@ std::string flat_json(const std::vector<Event>& events, const lrasynth_profile& 
     separator = ",\n  {";
   };
   for (const Event& event : events) {
-    if (event.curve() == nullptr) add_event(event);
+    Event driven = event;
+    if (auto* const tap = std::get_if<Tap>(&driven.kind)) tap->felt = Tap::kAsAsked;
+    if (event.curve() == nullptr) add_event(driven);
     for (const auto& [since_ms, vibration] : event.curve() == nullptr ? std::vector<CurvePart>() : event.parts()) {
       add_event({.start_ms = event.start_ms + since_ms, .kind = vibration});
     }

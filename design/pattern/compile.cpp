@@ -91,8 +91,9 @@ struct Offsets {
 class Cutter {
  public:
   Cutter(const lrasynth_profile& profile, const Tuning& tuning, int32_t start_ms,
-         std::span<const lrasynth_point> points)
+         std::span<const lrasynth_point> points, bool fine)
       : tuning_(tuning),
+        is_fine_(fine),
         quarters_(24000.0 / profile.sample_rate),
         start_ms_(start_ms),
         end_ms_(points.back().ms - points.front().ms) {
@@ -253,7 +254,10 @@ class Cutter {
 
   static double near_hz(double hz) { return std::max(kNearHz, kNearShare * std::fabs(hz)); }
 
-  static double near_amplitude(double amplitude) { return std::min(kNearAmplitude, 1 + amplitude / 4); }
+  // Of fine ones about a decibel.
+  double near_amplitude(double amplitude) const {
+    return std::min(kNearAmplitude, is_fine_ ? 0.5 + amplitude / 10 : 1 + amplitude / 4);
+  }
 
   // A segment between two times, of a span, for frequencies to be chosen.
   struct Trial {
@@ -316,7 +320,7 @@ class Cutter {
         const double share = (ms - from_ms) / (to_ms - from_ms);
         const double off_hz = from_hz + sweeps * share - line.hz;
         const double off_amplitude = begins + rises * sine(turn * share) - line.amplitude;
-        worst = std::max(worst, std::fabs(off_amplitude) / near_amplitude(line.amplitude));
+        worst = std::max(worst, std::fabs(off_amplitude) / cutter.near_amplitude(line.amplitude));
         if (line.amplitude >= kSilent) worst = std::max(worst, std::fabs(off_hz) / near_hz(line.hz));
       };
       for (size_t stretch = goal.first; stretch <= goal.last; ++stretch) {
@@ -360,6 +364,7 @@ class Cutter {
   };
 
   const Tuning& tuning_;
+  bool is_fine_;
   double quarters_;
   int32_t start_ms_;
   int32_t end_ms_;
@@ -369,20 +374,21 @@ class Cutter {
 
 }  // namespace
 
-std::vector<CurvePart> CurveCompiler::parts(int32_t start_ms, const std::vector<lrasynth_point>& points) {
+std::vector<CurvePart> CurveCompiler::parts(int32_t start_ms, const std::vector<lrasynth_point>& points, bool fine) {
   constexpr int32_t kAnyStart = -2 * kLongestMs;
   std::vector<std::array<int32_t, 3>> key;
   for (const lrasynth_point& point : points) {
     key.push_back({point.ms - points.front().ms, point.intensity, point.offset});
   }
-  auto known = known_.find(key);
+  auto known = known_.find({fine, key});
   if (known == known_.end()) {
-    known = known_.emplace(std::move(key), Cutter(profile_, tuning_, kAnyStart, points).run()).first;
+    known =
+        known_.emplace(std::pair(fine, std::move(key)), Cutter(profile_, tuning_, kAnyStart, points, fine).run()).first;
   }
   const auto is_forbidden = [&](const CurvePart& part) { return reads_as_type(start_ms + part.since_ms); };
   const std::vector<CurvePart>& parts = known->second;
   if (std::none_of(parts.begin(), parts.end(), is_forbidden)) return parts;
-  return Cutter(profile_, tuning_, start_ms, points).run();
+  return Cutter(profile_, tuning_, start_ms, points, fine).run();
 }
 
 }  // namespace design

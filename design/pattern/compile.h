@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "design/base/motor.h"
@@ -28,14 +29,14 @@ class CurveCompiler {
   // on every build.
   //
   // Times do not decrease, and the last point lies behind the first, at which the curve starts. The start is needed
-  // since no integer of a record may read as the type of an event.
-  std::vector<CurvePart> parts(int32_t start_ms, const std::vector<lrasynth_point>& points);
+  // since no integer of a record may read as the type of an event. Fine: amplitudes stay as near as a finger can tell.
+  std::vector<CurvePart> parts(int32_t start_ms, const std::vector<lrasynth_point>& points, bool fine = false);
 
  private:
   lrasynth_profile profile_;
   Tuning tuning_;
   // Those of any start, since patterns repeat their curves.
-  std::map<std::vector<std::array<int32_t, 3>>, std::vector<CurvePart>> known_;
+  std::map<std::pair<bool, std::vector<std::array<int32_t, 3>>>, std::vector<CurvePart>> known_;
 };
 
 }  // namespace design

@@ -34,6 +34,7 @@ std::string points_json(const Points& points, Write write) {
 }  // namespace
 
 std::string Tap::fields_json() const {
+  if (is_felt()) return text(R"("felt":true,"intensity":%d,"level":%d)", felt, level);
   const bool is_asked = driven == kAsAsked;
   return text(R"("%s":%d,"level":%d)", is_asked ? "intensity" : "driven", strongest(), level);
 }
@@ -53,7 +54,7 @@ void Tap::fit(CurveCompiler& compiler, int32_t) {
 }
 
 void Tap::scale(double gain, double full_gain) {
-  int32_t& strength = driven == kAsAsked ? intensity : driven;
+  int32_t& strength = is_felt() ? felt : driven == kAsAsked ? intensity : driven;
   strength = scaled(strength, gain, full_gain);
 }
 
@@ -86,21 +87,24 @@ std::vector<Record> Vibration::records(int32_t start_ms) const {
 }
 
 std::string Curve::fields_json() const {
-  return points_json(points, [](const CurvePoint& point) {
-    if (point.asked_hz == 0) return text("[%d,%d,%d]", point.ms, point.intensity, point.offset);
-    return text(R"({"time":%d,"intensity":%d,"hz":%d})", point.ms, point.intensity, point.asked_hz);
-  });
+  return std::string(is_felt ? R"("felt":true,)" : "") + points_json(points, [](const CurvePoint& point) {
+           if (point.asked_hz == 0) return text("[%d,%d,%d]", point.ms, point.intensity, point.offset);
+           return text(R"({"time":%d,"intensity":%d,"hz":%d})", point.ms, point.intensity, point.asked_hz);
+         });
 }
 
 // A chip that plays events by itself is told of one, of the largest intensity.
 void Curve::fit(CurveCompiler& compiler, int32_t start_ms) {
   std::vector<lrasynth_point> drawn;
-  for (CurvePoint& point : points) {
+  if (is_felt && driven.empty()) driven = points;
+  for (CurvePoint& point : played()) {
     if (point.asked_hz > 0) point.offset = compiler.tuning().nearest(point.asked_hz);
     drawn.push_back({point.ms, point.intensity, point.offset});
   }
   if (!is_event_stream(compiler.profile())) {
-    parts = compiler.parts(start_ms, drawn);
+    constexpr double kDenseMs = 10;  // from point to point: where a level is too short to be felt by itself
+    const bool is_dense = duration_ms() < kDenseMs * static_cast<double>(drawn.size());
+    parts = compiler.parts(start_ms, drawn, is_felt && !is_dense);
     return;
   }
   const lrasynth_point first = {0, strongest(), drawn[0].offset};
@@ -112,7 +116,8 @@ void Curve::scale(double gain, double full_gain) {
   for (CurvePoint& point : points) point.intensity = scaled(point.intensity, gain, full_gain);
 }
 
-int32_t Curve::strongest() const { return strongest_of(points); }
+int32_t Curve::strongest() const { return strongest_of(played()); }
+int32_t Curve::asked() const { return strongest_of(points); }
 
 std::vector<Record> Curve::records(int32_t start_ms) const {
   std::vector<Record> records;

@@ -35,6 +35,7 @@ struct Tap {
   int32_t intensity = 0;  // percent
   int32_t level = 0;
   int32_t driven = kAsAsked;  // percent that the motor is to get, whatever share of the intensity it takes
+  int32_t felt = kAsAsked;    // percent that is to be felt, for which the motor is driven
 
   static constexpr int32_t kAsAsked = -1;
   static constexpr const char* kType = "transient";
@@ -45,6 +46,9 @@ struct Tap {
   // By a gain of so much, to the nearest percent.
   void scale(double gain, double full_gain);
   int32_t strongest() const { return driven == kAsAsked ? intensity : driven; }
+  bool is_felt() const { return felt != kAsAsked; }
+  // As its file says it, as what is felt or otherwise.
+  int32_t asked() const { return is_felt() ? felt : strongest(); }
   std::vector<Record> records(int32_t start_ms) const;
   double length_ms(const lrasynth_profile& profile) const;
   // What an event stream says of it.
@@ -70,6 +74,7 @@ struct Vibration {
   void fit(CurveCompiler&, int32_t) {}
   void scale(double gain, double full_gain);
   int32_t strongest() const;
+  int32_t asked() const { return strongest(); }
   std::vector<Record> records(int32_t start_ms) const;
   double length_ms(const lrasynth_profile&) const { return duration_ms; }
   int32_t sent_ms() const { return duration_ms; }
@@ -92,18 +97,24 @@ struct CurvePart {
 // A line through two points or more, which plays as drawn.
 struct Curve {
   std::vector<CurvePoint> points = {};
-  std::vector<CurvePart> parts = {};  // what plays it, once it is fitted to chip and motor
+  bool is_felt = false;                 // the intensities of its points are to be felt
+  std::vector<CurvePoint> driven = {};  // for which the motor is driven like this
+  std::vector<CurvePart> parts = {};    // what plays it, once it is fitted to chip and motor
 
   static constexpr const char* kType = "curve";
   static constexpr const char* kName = "a curve";
 
   int32_t point_ms(size_t point) const { return points[point].ms - points[0].ms; }
+  // What the motor is driven by.
+  std::vector<CurvePoint>& played() { return is_felt ? driven : points; }
+  const std::vector<CurvePoint>& played() const { return is_felt ? driven : points; }
   int32_t duration_ms() const { return points.back().ms - points.front().ms; }
 
   std::string fields_json() const;
   void fit(CurveCompiler& compiler, int32_t start_ms);
   void scale(double gain, double full_gain);
   int32_t strongest() const;
+  int32_t asked() const;
   std::vector<Record> records(int32_t start_ms) const;
   double length_ms(const lrasynth_profile&) const { return duration_ms(); }
   int32_t sent_ms() const { return duration_ms(); }
@@ -132,6 +143,7 @@ struct Event {
   // The vibrations that it consists of, in ascending start; none of a tap.
   std::vector<CurvePart> parts() const;
   double end_ms(const lrasynth_profile& profile) const;
+  bool is_felt() const { return tap() != nullptr ? tap()->is_felt() : curve() != nullptr && curve()->is_felt; }
   int32_t sent_ms() const;
   int32_t sent_strength() const;
 };

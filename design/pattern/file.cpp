@@ -22,6 +22,7 @@ using Report = std::function<void(Place place, std::string what)>;
 
 constexpr Field<Tap> kIntensity = {"intensity", &Tap::intensity, 0, 100};
 constexpr Field<Tap> kDriven = {"driven", &Tap::driven, 0, 100};
+constexpr Field<Tap> kFelt = {"intensity", &Tap::felt, 0, 100};
 constexpr Field<Tap> kLevel = {"level", &Tap::level, 0, 100};
 constexpr int32_t kFarMs = 10 * kLongestMs;
 constexpr Field<Vibration> kRecordDuration = {"duration", &Vibration::duration_ms, 1, kLongestMs};
@@ -35,6 +36,7 @@ constexpr Field<Entry> kRepeat = {"repeat", &Entry::repeat, 1, static_cast<int32
 constexpr Field<Entry> kGain = {"gain", &Entry::gain, 0, 1000};
 
 constexpr const char* kGroupType = "group";
+constexpr const char* kFeltName = "felt";
 
 // Members of the same name, and those that nobody knows.
 void report_names(const JsonValue& object, const Words& known, const char* of_what, const Report& report) {
@@ -61,6 +63,11 @@ std::string string_of(const std::string& name, const JsonValue& value, const Rep
   return value.string;
 }
 
+bool truth_in(const std::string& name, const JsonValue& value, const Report& report) {
+  if (value.kind != JsonKind::kBoolean) report(value.place, name + ": must be true or false, not " + named(value));
+  return value.written == "true";
+}
+
 double time_in(const std::string& name, const JsonValue& value, double tempo, const Report& report,
                int32_t least_ms = 0) {
   Time time = time_of(value, tempo, least_ms);
@@ -77,8 +84,9 @@ class EntryReader {
     void (EntryReader::*read)();
   };
 
-  EntryReader(const JsonValue& json, const EventName& name, size_t depth, double tempo, Faults& faults)
-      : json_(json), name_(name), depth_(depth), tempo_(tempo), faults_(faults) {
+  // Felt: what it stands in has intensities that are to be felt.
+  EntryReader(const JsonValue& json, const EventName& name, size_t depth, double tempo, bool felt, Faults& faults)
+      : json_(json), name_(name), depth_(depth), tempo_(tempo), is_felt_(felt), faults_(faults) {
     entry_.json = &json;
   }
 
@@ -116,6 +124,7 @@ class EntryReader {
     for (const Kind& kind : kKinds) {
       if (kind.type != type) continue;
       if (const JsonValue* const start = member("start")) entry_.start_ms = time("start", *start);
+      if (const JsonValue* const felt = optional_member(kFeltName)) is_felt_ = truth_in(kFeltName, *felt, report_);
       (this->*kind.read)();
       if (const JsonValue* const note = optional_member("note")) string_of("note", *note, report_);
       report_names(json_, known_, kind.name, report_);
@@ -145,13 +154,24 @@ class EntryReader {
       fault(json_.member(kDriven.name)->place, "driven: stands in place of the intensity, not beside it");
       known_.emplace_back(kIntensity.name);
     }
-    read_field(tap, is_driven ? kDriven : kIntensity);
+    if (is_driven && json_.member(kFeltName) != nullptr && is_felt_) {
+      fault(json_.member(kFeltName)->place, "felt: says nothing of what is driven");
+    }
+    read_field(tap, is_driven ? kDriven : is_felt_ ? kFelt : kIntensity);
     known_.emplace_back(kDriven.name);
     read_field(tap, kLevel);
     entry_.kind = tap;
   }
 
+  // Its envelope is the record's own.
+  void refuse_felt() {
+    if (!is_felt_) return;
+    const JsonValue* const felt = json_.member(kFeltName);
+    fault(felt == nullptr ? json_.place : felt->place, "felt: is nothing that a record can be; take a curve");
+  }
+
   void read_vibration() {
+    refuse_felt();
     const JsonValue* const duration = member("duration");
     const double duration_ms = duration == nullptr ? 0 : time("duration", *duration, 1);
     Vibration vibration;
@@ -169,6 +189,7 @@ class EntryReader {
   }
 
   void read_record() {
+    refuse_felt();
     Vibration record = {.is_record = true};
     read_field(record, kRecordDuration);
     read_four(record, [&](size_t i, const JsonValue& json, const std::string& name) {
@@ -221,7 +242,7 @@ class EntryReader {
   }
 
   void read_curve() {
-    Curve curve;
+    Curve curve = {.is_felt = is_felt_};
     if (const JsonValue* const points = member("points")) {
       if (points->kind != JsonKind::kList || points->items.size() < 2) {
         fault(points->place, "points: must be a list of two or more");
@@ -272,7 +293,7 @@ class EntryReader {
     int32_t number = 0;
     for (const JsonValue& json : events->items) {
       const EventName name = {name_.entry, name_.inside + text(".%d", ++number)};
-      entry_.entries.push_back(EntryReader(json, name, depth_ + 1, tempo_, faults_).read(number));
+      entry_.entries.push_back(EntryReader(json, name, depth_ + 1, tempo_, is_felt_, faults_).read(number));
     }
   }
 
@@ -280,6 +301,7 @@ class EntryReader {
   EventName name_;
   size_t depth_;
   double tempo_;
+  bool is_felt_;
   Faults& faults_;
   Entry entry_;
   Words known_ = {"type"};
@@ -310,7 +332,7 @@ class FileReader {
     int32_t number = 0;
     for (const JsonValue& json : events->items) {
       const size_t faults_before = file_.faults.count;
-      Entry entry = EntryReader(json, {number + 1}, 0, tempo_, file_.faults).read(number + 1);
+      Entry entry = EntryReader(json, {number + 1}, 0, tempo_, is_felt_, file_.faults).read(number + 1);
       ++number;
       if (file_.faults.count == faults_before) entries.push_back(std::move(entry));
     }
@@ -344,6 +366,7 @@ class FileReader {
     file_.setup.interval_ms = time("interval");
     file_.setup.limit_ms = time("limit");
     is_flat_ = truth("flat").value_or(false);
+    is_felt_ = truth(kFeltName).value_or(false);
   }
 
   const JsonValue* member(const char* name) {
@@ -353,11 +376,7 @@ class FileReader {
 
   std::optional<bool> truth(const char* name) {
     const JsonValue* const value = member(name);
-    if (value == nullptr) return std::nullopt;
-    if (value->kind != JsonKind::kBoolean) {
-      report_(value->place, text("%s: must be true or false, not ", name) + named(*value));
-    }
-    return value->written == "true";
+    return value == nullptr ? std::nullopt : std::optional(truth_in(name, *value, report_));
   }
 
   void read_version() {
@@ -394,6 +413,7 @@ class FileReader {
   Words known_ = {"events"};
   double tempo_ = 0;  // beats a minute; 0: none
   bool is_flat_ = false;
+  bool is_felt_ = false;
   Report report_ = [this](Place place, std::string what) { file_.faults.add({{}, place, std::move(what)}); };
 };
 

@@ -101,6 +101,9 @@ constexpr const char* kPatternHelp = R"(FILE:
   A group plays its events, whose times count from its own, repeat times, every so often, at gain percent; groups stand
   in groups, 8 deep at most.
 
+  With "felt": true at a tap, a curve, a group or the file, intensities are percent of what is felt, estimated for each
+  motor: 0 is rest, 100 is 20 dB above the threshold of touch.
+
   Times are milliseconds, or (not in records) "250ms", "1.5s", and with a tempo (beats a minute) "2b", "1/3b": starts
   and point times 0..600000 ms, durations from 1 ms on. They are rounded from the pattern's start, so that beats do not
   drift; 4096 and 4097 stand for events and are taken for nothing else. Of point times only the differences count; those

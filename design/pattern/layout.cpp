@@ -117,9 +117,8 @@ class Layout {
   void weigh(Kind& kind, const Frame& frame) {
     if (frame.gain == frame.full_gain) return;
     kind.scale(frame.gain, frame.full_gain);
-    if (kind.strongest() <= 100) return;
-    fault(entry_->json->place,
-          text("with the gain of its groups its intensity is %d, more than 100", kind.strongest()));
+    if (kind.asked() <= 100) return;
+    fault(entry_->json->place, text("with the gain of its groups its intensity is %d, more than 100", kind.asked()));
   }
 
   void check_type(Place place, const std::string& field, int32_t value) {

@@ -13,6 +13,9 @@ namespace {
 
 void as_wav(const Piece& piece, const View&, const Sink& sink) { write_wav(piece.waveform, sink); }
 void as_csv(const Piece& piece, const View&, const Sink& sink) { write_csv(piece.waveform, sink); }
+void as_felt(const Piece& piece, const View& view, const Sink& sink) {
+  write_felt_csv(Felt(piece.waveform, view.resonator), sink);
+}
 void as_codes(const Piece& piece, const View&, const Sink& sink) { write_codes(piece.waveform, sink); }
 void as_json(const Piece& piece, const View&, const Sink& sink) { sink(canonical_json(*piece.source)); }
 void as_flat(const Piece& piece, const View&, const Sink& sink) {
@@ -22,7 +25,8 @@ void as_c(const Piece& piece, const View&, const Sink& sink) { sink(c_array(piec
 void as_summary(const Piece& piece, const View& view, const Sink& sink) { sink(summary_of(piece, view.resonator)); }
 
 void as_picture(const Piece& piece, const View& view, const Sink& sink) {
-  if (const auto shown = shown_span(piece, view)) sink(plot_of(piece, view.motion, *shown));
+  if (const auto shown = shown_span(piece, view))
+    sink(plot_of(piece, view.motion, Felt(piece.waveform, view.resonator), *shown));
 }
 
 // clang-format off
@@ -31,6 +35,8 @@ constexpr Form kForms[] = {
      false, false, true, true, as_wav},
     {"svg", "a plot", true, false, true, false, as_picture},
     {"csv", "number, time in ms, sample code and amplitude of every sample", true, true, true, true, as_csv},
+    {"felt.csv", "what is felt, estimated: time in ms, dB above threshold and percent, a row each 5 ms", true, false, true,
+     false, as_felt},
     {"bin", "the sample codes", false, true, true, true, as_codes},
     {"json", "", true, true, false, false, as_json},
     {"flat", "", true, true, false, false, as_flat},

@@ -15,7 +15,7 @@ namespace design {
 // What a form shows beside the samples.
 struct View {
   const Motion* motion = nullptr;  // drawn where it is given
-  Resonator resonator = {};        // of numbers
+  Resonator resonator = {};        // of numbers and of what is felt
   double from_ms = 0;              // of pictures
   double to_ms = 0;                // 0: the end
 };

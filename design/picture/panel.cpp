@@ -147,4 +147,25 @@ void draw_response(Svg& picture, const Panel& panel, const Motion& motion, doubl
   picture.path(outline, "response");
 }
 
+Axis felt_axis(double strongest) {
+  constexpr double kStep = 10;
+  const double top = std::max(kFullyFelt, std::ceil(strongest / kStep) * kStep);
+  return {0, top, top > 4 * kStep ? 2 * kStep : kStep};
+}
+
+void draw_felt(Svg& picture, const Panel& panel, const Felt& felt) {
+  const double step_ms = std::max(kFrameStepMs, panel.span().length() / panel.box.width);
+  const double last_ms = kFrameStepMs * static_cast<double>(felt.levels().size() - 1);
+  std::vector<Point> outline = {panel.at(panel.x.from, 0)};
+  for (double ms = panel.x.from; ms < panel.x.to + step_ms; ms += step_ms) {
+    const double at_ms = std::min({ms, panel.x.to, last_ms});
+    const double level =
+        step_ms > kFrameStepMs ? felt.strongest({at_ms - step_ms / 2, at_ms + step_ms / 2}) : felt.level_at(at_ms);
+    outline.push_back(panel.at(at_ms, level));
+  }
+  outline.push_back({outline.back().x, panel.box.bottom()});
+  picture.path(outline, "felt");
+  picture.line(panel.at(panel.x.from, kHardlyFelt), panel.at(panel.x.to, kHardlyFelt), "aim");
+}
+
 }  // namespace design

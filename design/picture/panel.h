@@ -5,6 +5,7 @@
 #include <string>
 
 #include "design/picture/svg.h"
+#include "design/waveform/felt.h"
 #include "design/waveform/response.h"
 #include "design/waveform/waveform.h"
 
@@ -47,5 +48,11 @@ void draw_waveform(Svg& picture, const Panel& panel, const Waveform& waveform);
 // The estimated displacement, `full` of which reaches the top: a soft band, to be drawn before the waveform. It runs
 // from rest to the displacement, or, where single swings cannot be seen, from the lowest to the highest.
 void draw_response(Svg& picture, const Panel& panel, const Motion& motion, double full);
+
+// With room for that level, and for 100 % in any case.
+Axis felt_axis(double strongest);
+
+// Levels over time; where there are several to a pixel the strongest of them.
+void draw_felt(Svg& picture, const Panel& panel, const Felt& felt);
 
 }  // namespace design

@@ -47,10 +47,11 @@ class Plot {
         shown_(shown),
         time_(time_axis(shown, kWidth)) {}
 
-  std::string draw(const Motion* motion) {
+  std::string draw(const Motion* motion, const Felt& felt) {
     picture_.title({kLeft, 32}, kWidth, waveform_.title);
     std::vector<std::string> foot;
     draw_samples(motion, foot);
+    draw_what_is_felt(felt);
     if (score_ != nullptr) {
       draw_frequency();
       draw_events();
@@ -96,6 +97,16 @@ class Plot {
       const auto x = marks.place(panel.x_at(warning.at_ms), "!");
       if (x) picture_.label({*x, panel.box.y + 13}, kMiddle, "warning", "!");
     }
+  }
+
+  void draw_what_is_felt(const Felt& felt) {
+    const Panel panel = add_panel("felt, dB SL", 40, 70, felt_axis(felt.strongest()));
+    draw_grid(picture_, panel);
+    label_y(picture_, panel);
+    draw_felt(picture_, panel, felt);
+    write_legend(panel, text("what is felt, estimated at %s: dB above threshold; %.0f are 100 %%; dotted: %.0f, below "
+                             "which it may not be felt",
+                             words_of(felt.resonator()).c_str(), kFullyFelt, kHardlyFelt));
   }
 
   std::string numbers_line(const Response& response) const {
@@ -367,6 +378,8 @@ class Plot {
 
 }  // namespace
 
-std::string plot_of(const Piece& piece, const Motion* motion, Span shown) { return Plot(piece, shown).draw(motion); }
+std::string plot_of(const Piece& piece, const Motion* motion, const Felt& felt, Span shown) {
+  return Plot(piece, shown).draw(motion, felt);
+}
 
 }  // namespace design

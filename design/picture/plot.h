@@ -5,11 +5,12 @@
 #include <string>
 
 #include "design/advice/piece.h"
+#include "design/waveform/felt.h"
 #include "design/waveform/response.h"
 
 namespace design {
 
-// Not of an event stream. With the motion under the waveform, where that is given.
-std::string plot_of(const Piece& piece, const Motion* motion, Span shown);
+// Not of an event stream. What is felt of it stands below, and the motion under the waveform, where that is given.
+std::string plot_of(const Piece& piece, const Motion* motion, const Felt& felt, Span shown);
 
 }  // namespace design

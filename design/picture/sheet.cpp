@@ -111,13 +111,18 @@ std::string sheet_of(const Sheet& sheet) {
 }
 
 std::string comparison_of(const std::string& title, const std::vector<Piece>& pieces,
-                          const std::vector<Motion>& motions, Span shown) {
-  constexpr double kStride = 146;
+                          const std::vector<Motion>& motions, const std::vector<Felt>& felts, Span shown) {
+  constexpr double kStride = 206;
+  constexpr double kFeltBelow = 14;
   Panel panel = {.box = {.x = kLeft, .y = kTop, .width = 640, .height = 106},
                  .x = time_axis(shown, 640),
                  .y = kSmallAmplitudeAxis};
   double full = 0;
   for (const Motion& motion : motions) full = std::max(full, motion.response().peak);
+  double strongest = 0;
+  for (const Felt& felt : felts) strongest = std::max(strongest, felt.strongest());
+  Panel felt_panel = {.box = panel.box, .x = panel.x, .y = felt_axis(strongest)};
+  felt_panel.box.height = 46;
   Svg picture;
   picture.title({kLeft, 24}, 880, title);
   picture.label(
@@ -125,6 +130,10 @@ std::string comparison_of(const std::string& title, const std::vector<Piece>& pi
       text("soft band: the displacement, estimated; full height is %.1f %% of what a lasting full-scale tone at "
            "the resonance gives",
            100 * full));
+  picture.label({kLeft, 55}, kStart, "small",
+                text("below: what is felt, estimated as the numbers say: dB above threshold; %.0f are 100 %%; dotted: "
+                     "%.0f, below which it may not be felt",
+                     kFullyFelt, kHardlyFelt));
   label_amplitude(picture);
   for (size_t i = 0; i < pieces.size(); ++i) {
     draw_grid(picture, panel);
@@ -132,8 +141,13 @@ std::string comparison_of(const std::string& title, const std::vector<Piece>& pi
     draw_response(picture, panel, motions[i], full);
     draw_waveform(picture, panel, pieces[i].waveform);
     picture.label({panel.box.x, panel.box.y - 7}, kStart, "strong", pieces[i].waveform.title);
+    felt_panel.box.y = panel.box.bottom() + kFeltBelow;
+    draw_grid(picture, felt_panel);
+    label_y(picture, felt_panel);
+    picture.label({kLeft - 34, felt_panel.box.y + 4}, kEnd, "", "felt");
+    draw_felt(picture, felt_panel, felts[i]);
     double y = panel.box.y + 6;
-    for (const auto& [name, value] : numbers_of(pieces[i], motions[i].response())) {
+    for (const auto& [name, value] : numbers_of(pieces[i], motions[i].response(), felts[i])) {
       picture.label({panel.box.right() + 14, y}, kStart, "", name);
       picture.label({panel.box.right() + 300, y}, kEnd, "strong", value);
       y += 14;
@@ -141,8 +155,8 @@ std::string comparison_of(const std::string& title, const std::vector<Piece>& pi
     panel.box.y += kStride;
   }
   panel.box.y -= kStride;
-  label_x(picture, panel, time_words(panel.x));
-  return picture.finished(panel.box.right() + 320, panel.box.bottom() + kFoot, title);
+  label_x(picture, felt_panel, time_words(felt_panel.x));
+  return picture.finished(panel.box.right() + 320, felt_panel.box.bottom() + kFoot, title);
 }
 
 }  // namespace design

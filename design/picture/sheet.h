@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "design/advice/piece.h"
+#include "design/waveform/felt.h"
 #include "design/waveform/response.h"
 
 namespace design {
@@ -23,8 +24,8 @@ struct Sheet {
 std::string title_of(const Sheet& sheet);
 std::string sheet_of(const Sheet& sheet);
 
-// Waveforms on one axis of time, each with its motion and the numbers beside them.
+// Waveforms on one axis of time, each with its motion and what is felt, and the numbers beside them.
 std::string comparison_of(const std::string& title, const std::vector<Piece>& pieces,
-                          const std::vector<Motion>& motions, Span shown);
+                          const std::vector<Motion>& motions, const std::vector<Felt>& felts, Span shown);
 
 }  // namespace design

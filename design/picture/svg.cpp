@@ -24,6 +24,7 @@ constexpr const char* kStyle = R"(<style>
   .dense { fill: none; stroke: #7f9fbd; stroke-width: 0.9; stroke-linejoin: round }
   .response { fill: #e0a63c; fill-opacity: 0.3; stroke: #b98319; stroke-width: 0.4; stroke-linejoin: round }
   .aim { fill: none; stroke: #555; stroke-width: 1.2; stroke-dasharray: 2 3 }
+  .felt { fill: #5b9a6b; fill-opacity: 0.35; stroke: #33713f; stroke-width: 0.9; stroke-linejoin: round }
   .vibration { fill: #c9d6e3 }
   .transient { fill: #111 }
   .outline { fill: none; stroke: #123f6b; stroke-width: 0.8; stroke-linejoin: round }

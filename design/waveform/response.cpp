@@ -12,6 +12,62 @@
 
 namespace design {
 
+namespace {
+
+// Gain and frequency, as parts of the resonance, at all offsets.
+struct GainCurve {
+  std::array<double, 101> gain;
+  std::array<double, 101> ratio;
+
+  // The variance of gain times acceleration, in dB, with that quality.
+  double unevenness(double quality) const {
+    double sum = 0;
+    double squares = 0;
+    for (size_t i = 0; i < gain.size(); ++i) {
+      const double db = 20 * std::log10(gain[i] * tone_g({1, quality}, ratio[i]));
+      sum += db;
+      squares += db * db;
+    }
+    const auto count = static_cast<double>(gain.size());
+    return squares / count - (sum / count) * (sum / count);
+  }
+};
+
+}  // namespace
+
+double tone_g(const Resonator& resolved, double hz) {
+  const double r = hz / resolved.hz;
+  return resolved.rated_g * r * r / (resolved.quality * std::hypot(1 - r * r, r / resolved.quality));
+}
+
+// The unevenness has one valley.
+double quality_of(const lrasynth_profile& profile) {
+  GainCurve curve = {};
+  for (int32_t offset = -50; offset <= 50; ++offset) {
+    const auto i = static_cast<size_t>(offset + 50);
+    curve.gain[i] = gain_at(profile, offset);
+    curve.ratio[i] = hertz_at(profile, offset) / resonance_of(profile);
+  }
+  int32_t low = 60;  // hundredths
+  int32_t high = 10'000;
+  while (low < high) {
+    const int32_t middle = low + (high - low) / 2;
+    const bool falls = curve.unevenness((middle + 1) / 100.0) < curve.unevenness(middle / 100.0);
+    (falls ? low : high) = falls ? middle + 1 : middle;
+  }
+  return low / 100.0;
+}
+
+Resonator resolved(Resonator resonator, const lrasynth_profile& profile) {
+  if (resonator.hz == 0) resonator.hz = resonance_of(profile);
+  if (resonator.quality == 0) resonator.quality = quality_of(profile);
+  return resonator;
+}
+
+std::string words_of(const Resonator& resolved) {
+  return text("%.4g Hz, Q %.4g, %.4g g rated", resolved.hz, resolved.quality, resolved.rated_g);
+}
+
 // With d = 1 / (2 Q), the damped oscillation turns by w sqrt(1 - d^2) a second and decays by w d.
 Oscillation::Oscillation(const Resonator& resonator, double sample_rate) {
   const double d = 1.0 / (2.0 * resonator.quality);
@@ -19,13 +75,14 @@ Oscillation::Oscillation(const Resonator& resonator, double sample_rate) {
   const double damped = undamped * std::sqrt(1.0 - d * d);
   damping_ = d / std::sqrt(1.0 - d * d);
   stiffness_ = 1.0 + damping_ * damping_;
+  drag_ = 2.0 * d * std::sqrt(1.0 - d * d);
   decay_ = std::exp(-undamped * d);
   cos_ = std::cos(damped);
   sin_ = std::sin(damped);
 }
 
 std::vector<Number> numbers_of(const Response& response, bool is_burst) {
-  std::vector<Number> numbers = {{"at", text("%.4g Hz, Q %.4g", response.resonator.hz, response.resonator.quality)}};
+  std::vector<Number> numbers = {{"at", words_of(response.resonator)}};
   if (is_burst) {
     numbers.emplace_back("rise to 90 %", text("%.1f ms", response.rise_ms));
     numbers.emplace_back("ring-down to 10 %", text("%.1f ms", response.ring_down_ms));
@@ -35,11 +92,10 @@ std::vector<Number> numbers_of(const Response& response, bool is_burst) {
   return numbers;
 }
 
-Motion::Motion(Waveform waveform, Resonator resonator)
-    : waveform_(std::move(waveform)), unit_(1.0 / (kFullScale * resonator.quality)) {
-  if (resonator.hz == 0) resonator.hz = resonance_of(waveform_.profile);
-  response_.resonator = resonator;
-  Oscillation motor(resonator, waveform_.profile.sample_rate);
+Motion::Motion(Waveform waveform, const Resonator& resonator) : waveform_(std::move(waveform)) {
+  response_.resonator = resolved(resonator, waveform_.profile);
+  unit_ = 1.0 / (kFullScale * response_.resonator.quality);
+  Oscillation motor(response_.resonator, waveform_.profile.sample_rate);
   double squares = 0;
   for_blocks(waveform_, [&](int64_t, std::span<const uint8_t> codes) {
     for (const uint8_t code : codes) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// An estimate of how the motor moves: the displacement of a second-order resonator that a waveform drives.
+// An estimate of how the motor moves: displacement and acceleration of a second-order resonator that a waveform drives.
 #pragma once
 
 #include <algorithm>
@@ -15,9 +15,24 @@ namespace design {
 
 // x'' + w / Q x' + w^2 x = w^2 u: a drive u that stays displaces it by u, one at its resonance swings it up to Q u.
 struct Resonator {
-  double hz = 0;        // 0: the motor's own
-  double quality = 20;  // above 1/2
+  double hz = 0;       // 0: the motor's own
+  double quality = 0;  // above 1/2; 0: the motor's own
+  double rated_g =
+      1;  // amplitude of the acceleration in g that a full-scale tone at the resonance reaches when it lasts
 };
+
+// The quality that a motor's gain curve implies: the one with which gain times response is flattest over all offsets.
+// In hundredths, so that people can type what is told.
+double quality_of(const lrasynth_profile& profile);
+
+// With the motor's own in place of what is 0.
+Resonator resolved(Resonator resonator, const lrasynth_profile& profile);
+
+// "170 Hz, Q 2.7, 1 g rated"
+std::string words_of(const Resonator& resolved);
+
+// The amplitude of the acceleration in g under a full-scale tone of that frequency that lasts.
+double tone_g(const Resonator& resolved, double hz);
 
 // The resonator over time, with a drive that is held from sample to sample. Exact at the samples: no step is
 // integrated, the state is carried on by the matrix exponential of the equation.
@@ -33,6 +48,10 @@ class Oscillation {
     return displacement_;
   }
 
+  // x'' / w^2 at the end of a step under that drive: of a tone at the resonance the acceleration has the amplitude of
+  // the displacement.
+  double acceleration(double drive) const { return drive - displacement_ - drag_ * velocity_; }
+
   // The square of the amplitude with which it would swing on without a drive.
   double energy() const {
     const double turned = damping_ * displacement_ + velocity_;
@@ -44,6 +63,7 @@ class Oscillation {
   double velocity_ = 0;  // per radian of the damped oscillation
   double damping_;       // of the decay per radian of it
   double stiffness_;     // 1 + damping^2
+  double drag_;          // of the velocity
   double decay_;         // per sample
   double cos_;           // of the radians per sample
   double sin_;
@@ -75,7 +95,7 @@ class Motion {
     void add(Extremes other) { *this = {std::min(low, other.low), std::max(high, other.high)}; }
   };
 
-  Motion(Waveform waveform, Resonator resonator);
+  Motion(Waveform waveform, const Resonator& resonator);
 
   const Response& response() const { return response_; }
   // Of that many equal parts of the time.

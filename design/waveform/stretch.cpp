@@ -50,16 +50,15 @@ std::vector<Stretch> stretches_of(const lrasynth_profile& profile, const Event& 
 
 std::vector<Asked> line_of(const lrasynth_profile& profile, const Event& event) {
   std::vector<Asked> line;
-  const auto add = [&](const auto& of_points) {
-    for (size_t i = 0; i < of_points.points.size(); ++i) {
-      const auto& point = of_points.points[i];
-      line.push_back({static_cast<double>(of_points.point_ms(i)), static_cast<double>(point.intensity),
+  const auto add = [&](const auto& points) {
+    for (const auto& point : points) {
+      line.push_back({static_cast<double>(point.ms - points[0].ms), static_cast<double>(point.intensity),
                       static_cast<double>(hertz_at(profile, point.offset)),
                       gain_at(profile, point.offset) * 128 * point.intensity / 100});
     }
   };
-  if (event.curve() != nullptr) add(*event.curve());
-  if (event.vibration() != nullptr && !event.vibration()->is_record) add(*event.vibration());
+  if (event.curve() != nullptr) add(event.curve()->played());
+  if (event.vibration() != nullptr && !event.vibration()->is_record) add(event.vibration()->points);
   return line;
 }
 

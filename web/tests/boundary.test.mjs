@@ -32,7 +32,7 @@ const took = (number) => {
 const pattern = (json, name, ...profile) =>
   took(withTexts([json, name], (...at) => wasm.studio_pattern(...at, ...profile)));
 const tap = (...words) => took(wasm.studio_tap(...words));
-function form(name, quality = 0, hz = 0, from = 0, to = 0) {
+function form(name, quality = -1, hz = 0, from = 0, to = 0) {
   const length = withTexts([name], (...at) => wasm.studio_form(piece, ...at, quality, hz, from, to));
   return length < 0 ? null : result();
 }
@@ -56,15 +56,17 @@ lrasynth('pattern', 'song.json', '--save', 'flat.json', '--flat');
 files['flat.json'] = readFileSync(join(scratch, 'flat.json'), 'utf8');
 
 const forms = [
-  ['bin', [0], ['--format', 'bin', '-']],
-  ['csv', [0], ['--format', 'csv', '-']],
-  ['wav', [0], ['--format', 'wav', '-']],
-  ['svg', [0], ['--format', 'svg', '-']],
+  ['bin', [], ['--format', 'bin', '-']],
+  ['csv', [], ['--format', 'csv', '-']],
+  ['wav', [], ['--format', 'wav', '-']],
+  ['svg', [], ['--format', 'svg', '-']],
+  ['svg', [0], ['--format', 'svg', '--response', '-']],
+  ['felt.csv', [4, 130], ['--format', 'felt.csv', '--response=4', '--response-hz=130', '-']],
   ['svg', [35, 150, 20, 90], ['--format', 'svg', '--response=35', '--response-hz=150', '--from=20', '--to=90', '-']],
-  ['json', [0], ['--save', '-']],
-  ['flat', [0], ['--save', '-', '--flat']],
-  ['c', [0], ['--print-request']],
-  ['summary', [0], []],
+  ['json', [], ['--save', '-']],
+  ['flat', [], ['--save', '-', '--flat']],
+  ['c', [], ['--print-request']],
+  ['summary', [], []],
 ];
 const without = (line) => line.replace(/event [\d.]+(, pass [\d.]+)? at [\d.]+ ms: /, '');
 
@@ -82,6 +84,7 @@ function compare(...words) {
   const isShort = said.some((line) => line.includes('; the others likewise'));
   assert.deepEqual(isShort ? firsts.filter((line) => !once.includes(line)) : firsts, isShort ? [] : once, `${words}`);
   for (const [name, view, options] of forms) {
+    if (view.length > 1 && words.includes('felt.json')) continue; // what is felt is driven for the motor's own
     const made = form(name, ...view) ?? Buffer.alloc(0);
     assert.ok(lrasynth(...words, ...options).stdout.equals(made), `${words}: ${name}`);
   }

@@ -105,7 +105,7 @@ export function response({ number }, { quality, hz }, span, count) {
 /** The bytes of a file. @param {Piece} piece @param {string} name @param {State['response']} resonator */
 export function form({ number }, name, { shown, quality, hz }) {
   const made = withText(name, (text, length) =>
-    wasm.studio_form(number, text, length, shown ? quality : 0, hz, 0, 0));
+    wasm.studio_form(number, text, length, shown ? quality : -1, hz, 0, 0));
   return made < 0 ? null : resultBytes();
 }
 

@@ -44,7 +44,7 @@ let state = {
   cursor: 0,
   view: null,
   tap: { level: 50, intensity: 80, inPattern: false },
-  response: { shown: true, quality: 20, hz: 0 },
+  response: { shown: true, quality: 0, hz: 0 },
   messages: [],
 };
 
