@@ -10,6 +10,7 @@
 
 #include "design/advice/piece.h"
 #include "design/base/text.h"
+#include "design/waveform/felt.h"
 #include "design/waveform/stretch.h"
 
 using namespace design;
@@ -454,6 +455,29 @@ TEST(Formats, ComeBackAsTheyWent) {
     }
   }
   EXPECT_GT(compared, 30'000);
+}
+
+// On its own motor what asks to be felt as it was plays as it did, wherever that is felt clearly.
+TEST(Formats, AskToBeFeltAsTheyWere) {
+  Dice dice;
+  int compared = 0;
+  for (int pass = 0; pass < 40; ++pass) {
+    const std::string json = random_pattern(dice);
+    const Piece was = *read_piece({.motor = LRASYNTH_MOTOR_1040}, json, "f").piece;
+    Losses losses;
+    const auto is = read_piece({.motor = LRASYNTH_MOTOR_1040}, felt_json(*was.score, *was.source, {}, losses), "f");
+    ASSERT_TRUE(is.piece) << json;
+    const Felt before(was.waveform, {});
+    const Felt after(is.piece->waveform, {});
+    for (size_t i = 0; i < was.score->events().size(); ++i) {
+      EXPECT_TRUE(is.piece->score->events()[i].is_felt());
+      const double level = before.strongest(was.score->span_of(i));
+      if (level < kHardlyFelt || level > kFullyFelt) continue;
+      EXPECT_NEAR(after.strongest(was.score->span_of(i)), level, kToldApart) << i << json;
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 30);
 }
 
 }  // namespace

@@ -140,6 +140,8 @@ convert p.json --format hjif - | 2 | --format: must be json, .* not hjif
 convert p.json --format xml x.xml | 2 | --format: does nothing without OUTPUT -
 convert p.json ./p.json | 2 | ./p.json: is named twice
 convert p.json --chip 11 x.ahap | 2 | --chip: 11 plays events, not a waveform
+convert p.json --felt x.ahap | 2 | --felt: does nothing without a .json file
+convert p.json --rated 2 x.json | 2 | --rated: does nothing without --felt
 convert p.json --floor -30 x.ahap | 2 | --floor: does nothing without sound
 convert p.json --from 5 x.ahap | 2 | --from: does nothing without sound
 convert x.hmpg x.json | 2 | x.hmpg: is neither UTF-8 text nor sound that is known; of MPEG haptics JSON is read, .*

@@ -34,6 +34,7 @@ struct Arguments {
   bool curves_alone = false;
   std::string save_path;
   bool flat = false;
+  bool felt = false;
   bool print_request = false;
   design::Resonator resonator;
   int32_t from_ms = 0;

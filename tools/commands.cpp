@@ -329,7 +329,13 @@ void run_convert(const Arguments& arguments) {
     refuse(text("--chip: %d plays events, not a waveform", score.profile().chip_type));
   }
   design::Losses losses;
-  std::string content = format.write(score, *piece.source, losses);
+  const bool is_ours = &format == design::formats().data();
+  arguments.refuse_idle({"--felt"}, !is_ours, "without a .json file");
+  const auto& events = score.events();
+  const bool is_felt = std::any_of(events.begin(), events.end(), [](auto& event) { return event.is_felt(); });
+  arguments.refuse_idle({"--response", "--response-hz", "--rated"}, !arguments.felt && !is_felt, "without --felt");
+  std::string content = arguments.felt ? felt_json(score, *piece.source, arguments.resonator, losses)
+                                       : format.write(score, *piece.source, losses);
   note_losses(arguments, output, losses.lines());
   const std::string size = design::counted(static_cast<int64_t>(content.size()), "byte");
   write_files({text_file(output, std::move(content), size)}, arguments.files);
@@ -362,6 +368,7 @@ void declare_pattern(Options& options) {
 void declare_convert(Options& options) {
   options.pattern_file();
   options.converted_file();
+  options.felt();
   options.motor();
   options.chip();
   options.boost();

@@ -203,16 +203,25 @@ void Options::picture_view() {
   flag("--strict", arguments_.strict, "Take warnings for faults");
 }
 
-void Options::view() {
-  add("--response", arguments_.resonator.quality,
-      "Draw an estimate of the motor's displacement behind the samples; Q: quality factor of all that is estimated, 1 "
-      "to 1000, or motor: the one that its gains imply",
-      decimal_in(1, 1000, kMotorsOwn).description("[Q]"))
+void Options::estimate(const char* response) {
+  add("--response", arguments_.resonator.quality, response, decimal_in(1, 1000, kMotorsOwn).description("[Q]"))
       ->default_str(kMotorsOwn);
   add("--response-hz", arguments_.resonator.hz, "Resonance of what is estimated in Hz, up to 2000; 0: the motor's",
       number_in(0, 2000));
   add("--rated", arguments_.resonator.rated_g,
       "Acceleration in g of a lasting full-scale tone at the resonance, for what is felt", decimal_in(0.001, 1000));
+}
+
+void Options::felt() {
+  flag("--felt", arguments_.felt,
+       "Have .json say what is estimated to be felt of each event, so that other motors are driven for the same");
+  estimate("Q: quality factor of that estimate, 1 to 1000, or motor: the one that its gains imply");
+}
+
+void Options::view() {
+  estimate(
+      "Draw an estimate of the motor's displacement behind the samples; Q: quality factor of all that is estimated, 1 "
+      "to 1000, or motor: the one that its gains imply");
   add("--from", arguments_.from_ms, "Draw from this time in ms", time());
   add("--to", arguments_.to_ms, "Draw up to this time in ms; 0: to the end", time());
   picture_view();

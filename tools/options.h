@@ -30,11 +30,13 @@ class Options {
   void passes();
   void saving();
   void view();
+  void estimate(const char* response);
   void picture_view();
   void output();
   void pattern_file();
   void pattern_files();
   void converted_file();
+  void felt();
   void sound();
   void sound_part();
   void picture_file();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The table of formats, and how a pattern of ours is drawn for them.
+// The table of formats.
 #include "design/formats/formats.h"
 
 #include <algorithm>
@@ -11,127 +11,10 @@
 #include "design/formats/haptic.h"
 #include "design/formats/hjif.h"
 #include "design/formats/on_off.h"
-#include "design/waveform/stretch.h"
+#include "design/formats/painter.h"
 
 namespace design {
 namespace {
-
-// How a pattern is drawn.
-
-DrawnCurve part_of(const DrawnCurve& curve, Span span, const Tuning& tuning) {
-  DrawnCurve part;
-  for (size_t i = 0; i < curve.size(); ++i) {
-    const bool is_new = i > 0 && curve[i - 1].ms < curve[i].ms;
-    for (const double edge : {span.from, span.to}) {
-      if (is_new && edge > curve[i - 1].ms && edge < curve[i].ms)
-        part.push_back(between(curve[i - 1], curve[i], edge, &tuning));
-    }
-    if (curve[i].ms >= span.from && curve[i].ms <= span.to) part.push_back(curve[i]);
-  }
-  return part;
-}
-
-DrawnCurve curve_of(const Curve& curve, int32_t start_ms) {
-  DrawnCurve drawn;
-  for (size_t i = 0; i < curve.points.size(); ++i) {
-    const CurvePoint& point = curve.points[i];
-    drawn.push_back({1.0 * start_ms + curve.point_ms(i), 1.0 * point.intensity, 1.0 * point.offset});
-  }
-  return drawn;
-}
-
-// Of what a record plays, which is not what its points say.
-DrawnCurve curve_of_record(const Score& score, const Event& event, const Tuning& tuning) {
-  constexpr double kStepMs = 5;
-  DrawnCurve drawn;
-  for (const Stretch& stretch : stretches_of(score.profile(), event)) {
-    const auto add = [&](double ms) {
-      const int32_t offset = tuning.nearest(std::fabs(stretch.hz_at(ms)));
-      const double intensity = 100 * std::fabs(stretch.amplitude_at(ms)) / tuning.full(offset);
-      drawn.push_back({event.start_ms + ms, std::min(100.0, intensity), 1.0 * offset});
-    };
-    for (double ms = stretch.span.from; ms < stretch.span.to; ms += kStepMs) add(ms);
-    add(stretch.span.to);
-  }
-  return drawn.empty() ? drawn : simplified(drawn);
-}
-
-class Painter {
- public:
-  Painter(const Score& score, const Tuning& tuning, Losses& losses) : score_(score), losses_(losses), tuning_(tuning) {
-    once_.tuning = &tuning;
-  }
-
-  Drawing paint() {
-    for (size_t i = 0; i < score_.events().size(); ++i) {
-      const Event& event = score_.events()[i];
-      event.tap() != nullptr ? add_tap(event) : add_curve(i, event);
-    }
-    const auto starts_before = [](const DrawnCurve& a, const DrawnCurve& b) { return a.front().ms < b.front().ms; };
-    std::stable_sort(once_.curves.begin(), once_.curves.end(), starts_before);
-    return repeated();
-  }
-
- private:
-  void add_tap(const Event& event) {
-    const Tap& tap = *event.tap();
-    const bool is_asked = tap.driven == Tap::kAsAsked;
-    const int32_t driven = is_asked ? driven_intensity(score_.profile(), tap.level, tap.intensity) : tap.driven;
-    if (driven == 0) return losses_.add("tap", "left out, being silent");
-    once_.taps.push_back({1.0 * event.start_ms, std::min(100.0, 1.0 * driven), 1.0 * tap.level});
-  }
-
-  void add_curve(size_t i, const Event& event) {
-    const bool is_curve = event.curve() != nullptr;
-    const DrawnCurve whole =
-        is_curve ? curve_of(*event.curve(), event.start_ms) : curve_of_record(score_, event, tuning_);
-    if (!is_curve) losses_.add("record", "turned into curves");
-    if (is_curve) note_hertz(*event.curve());
-    const std::vector<Span>& parts = score_.heard_in_layer(i);
-    const Span all = score_.span_of(i);
-    const bool is_cut = parts.size() != 1 || parts[0].from != all.from || parts[0].to != all.to;
-    if (is_cut) losses_.add("vibration", "cut where another plays over it");
-    for (const Span& span : parts) {
-      DrawnCurve part = is_cut ? part_of(whole, span, tuning_) : whole;
-      if (part.size() > 1 && part.front().ms < part.back().ms) once_.curves.push_back(std::move(part));
-    }
-  }
-
-  void note_hertz(const Curve& curve) {
-    const auto is_moved = [&](const CurvePoint& point) {
-      return point.asked_hz > 0 && std::fabs(tuning_.hertz(point.offset) - point.asked_hz) > near_hz(point.asked_hz);
-    };
-    losses_.add("point", "given the nearest hertz that the motor plays",
-                std::count_if(curve.points.begin(), curve.points.end(), is_moved));
-  }
-
-  Drawing repeated() {
-    const int32_t loops = score_.playback().loops;
-    if (loops == 1) return std::move(once_);
-    if (static_cast<size_t>(loops) * score_.events().size() > kMostEvents) {
-      losses_.say(text("it plays once, not %d times", loops));
-      return std::move(once_);
-    }
-    Drawing all = {.tuning = &tuning_};
-    for (int32_t pass = 0; pass < loops; ++pass) {
-      const double start_ms = score_.pass_start_ms(pass);
-      for (DrawnTap tap : once_.taps) {
-        tap.ms += start_ms;
-        all.taps.push_back(tap);
-      }
-      for (DrawnCurve curve : once_.curves) {
-        for (DrawnPoint& point : curve) point.ms += start_ms;
-        all.curves.push_back(std::move(curve));
-      }
-    }
-    return all;
-  }
-
-  const Score& score_;
-  Losses& losses_;
-  const Tuning& tuning_;
-  Drawing once_;
-};
 
 // The rows of the table.
 
@@ -148,12 +31,12 @@ void untuned(const JsonValue& root, const Tuning&, Drawing& drawing) {
 }
 
 template <std::string (*write)(const Drawing&, Losses&)>
-std::string painted(const Score& score, const Source& source, Losses& losses) {
+std::string written(const Score& score, const Source& source, Losses& losses) {
   if (has_words(*source.json.root)) losses.say("its names and notes are left out");
   const Tuning tuning(score.profile());
-  std::string written = write(Painter(score, tuning, losses).paint(), losses);
-  if (written.size() > kLargestFile) losses.say(text("it is larger than can be read here, %zu bytes", kLargestFile));
-  return written;
+  std::string content = write(painted(score, tuning, losses), losses);
+  if (content.size() > kLargestFile) losses.say(text("it is larger than can be read here, %zu bytes", kLargestFile));
+  return content;
 }
 
 std::string handed_on(const Score& score, const Source& source, Losses& losses) {
@@ -166,15 +49,15 @@ constexpr Format kFormats[] = {
     {"json", ".json", "patterns as the other commands take them",
      nullptr, nullptr, nullptr, nullptr, handed_on},
     {"ahap", ".ahap", "AHAP, Apple Haptic and Audio Pattern",
-     is_ahap, untuned<read_ahap>, nullptr, nullptr, painted<write_ahap>},
+     is_ahap, untuned<read_ahap>, nullptr, nullptr, written<write_ahap>},
     {"haptic", ".haptic", "haptic data model 1.0: envelopes and emphases",
-     is_haptic, untuned<read_haptic>, nullptr, nullptr, painted<write_haptic>},
+     is_haptic, untuned<read_haptic>, nullptr, nullptr, written<write_haptic>},
     {"hjif", ".hjif", "MPEG haptics (HJIF), which is only read, and in JSON alone",
      is_hjif, read_hjif, nullptr, nullptr, nullptr},
     {"xml", ".xml", "Android vibration effects",
-     nullptr, nullptr, is_android, read_android, painted<write_android>},
+     nullptr, nullptr, is_android, read_android, written<write_android>},
     {"vibrate", ".vibrate.json", "times on and off for navigator.vibrate, which are only written",
-     nullptr, nullptr, nullptr, nullptr, painted<write_on_off>},
+     nullptr, nullptr, nullptr, nullptr, written<write_on_off>},
 };
 // clang-format on
 
@@ -269,6 +152,34 @@ std::string formats_help() {
   std::string lines = "FORMS, of which FILE has what it says, and OUTPUT what its name ends in:\n";
   for (const Format& format : kFormats) lines += text("  %-14s %s\n", format.ending, format.help);
   return lines;
+}
+
+std::string felt_json(const Score& score, const Source& source, const Resonator& resonator, Losses& losses) {
+  if (has_words(*source.json.root)) losses.say("its names and notes are left out");
+  const lrasynth_profile& profile = score.profile();
+  const Tuning tuning(profile);
+  std::vector<Event> events = score.events();
+  for (Event& event : events) {
+    if (event.vibration() == nullptr) continue;
+    losses.add("record", "turned into curves");
+    Curve curve;
+    for (const DrawnPoint& point : curve_of_record(profile, event, tuning)) {
+      curve.points.push_back({static_cast<int32_t>(point.ms) - event.start_ms, static_cast<int32_t>(point.intensity),
+                              static_cast<int32_t>(point.offset)});
+    }
+    event.kind = curve;
+  }
+  losses.add("strength", "kept to 100 %, of which more is felt", ask_as_felt(events, profile, resonator));
+  std::string json = "{\"version\":1,";
+  if (score.playback().loops > 1) json += text("\"loops\":%d,", score.playback().loops);
+  if (score.playback().interval_ms > 0) json += text("\"interval\":%d,", score.playback().interval_ms);
+  if (score.playback().limit_ms >= 0) json += text("\"limit\":%d,", score.playback().limit_ms);
+  json += "\"events\": [";
+  for (const Event& event : events) {
+    json += (&event == events.data() ? "\n  {" : ",\n  {") + text("\"type\":\"%s\",", event.type()) +
+            event.fields_json() + "}";
+  }
+  return json + "\n]}\n";
 }
 
 PatternFile read_file(std::string_view text, const Tuning& tuning) {

@@ -11,6 +11,7 @@
 #include "design/formats/drawing.h"
 #include "design/formats/xml.h"
 #include "design/pattern/file.h"
+#include "design/waveform/drive.h"
 #include "design/waveform/waveform.h"
 
 namespace design {
@@ -45,6 +46,10 @@ std::vector<std::string> written_formats(const char* Format::*word);
 
 // A line for each.
 std::string formats_help();
+
+// A pattern of ours whose strengths say what is felt of it on the score's motor, so that any other is driven for the
+// same. Its groups are laid out.
+std::string felt_json(const Score& score, const Source& source, const Resonator& resonator, Losses& losses);
 
 // A file of ours, or of any format that is read: what that means as a pattern of ours. Places of faults are those in
 // the text; events of other formats have none. The tuning's motor says which levels of taps are meant by hertz.

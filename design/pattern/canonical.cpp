@@ -27,6 +27,7 @@ class Writer {
       : root_(root), profile_(profile), tempo_(tempo_of(root)) {
     const JsonValue* const flat = root.member("flat");
     is_flat_ = flat != nullptr && flat->written == "true";
+    is_felt_ = is_felt(root);
   }
 
   std::string write() {
@@ -46,7 +47,9 @@ class Writer {
     const auto start_ms = [&](const JsonValue* event) { return time_of(*event->member("start"), tempo_).ms; };
     const auto is_earlier = [&](auto* a, auto* b) { return start_ms(a) < start_ms(b); };
     if (!is_flat_) std::stable_sort(sorted.begin(), sorted.end(), is_earlier);
+    const bool around = is_felt_;
     for (const JsonValue* const event : sorted) {
+      is_felt_ = is_felt(*event);
       lines_ += std::string(2 * depth, ' ') + "{";
       add_fields(*event, kEventFields);
       if (const JsonValue* const inner = event->member("events")) {
@@ -55,7 +58,14 @@ class Writer {
         lines_ += std::string(2 * depth, ' ') + "]";
       }
       lines_ += event == sorted.back() ? "}\n" : "},\n";
+      is_felt_ = around;
     }
+  }
+
+  // Of a file, a group or an event, which else is as what is around it.
+  bool is_felt(const JsonValue& object) const {
+    const JsonValue* const felt = object.member("felt");
+    return felt == nullptr ? is_felt_ : felt->written == "true";
   }
 
   template <class Names>
@@ -77,7 +87,7 @@ class Writer {
   bool add_handed_on(const JsonValue& event, std::string_view name, const JsonValue& value) {
     const JsonValue* const type = event.member("type");
     if (type == nullptr) return false;
-    if (type->string == Tap::kType && name == "intensity") {
+    if (type->string == Tap::kType && name == "intensity" && !is_felt_) {
       const int32_t level = whole_number(event.member("level")->written).value_or(0);
       const int32_t intensity = whole_number(value.written).value_or(0);
       lines_ += text("\"driven\":%d", driven_intensity(*profile_, level, intensity));
@@ -136,6 +146,7 @@ class Writer {
   const lrasynth_profile* profile_;
   double tempo_;
   bool is_flat_ = false;
+  bool is_felt_ = false;
   std::string lines_;
 };
 

@@ -34,9 +34,75 @@ class Driver {
     if (auto* const curve = std::get_if<Curve>(&event.kind); curve != nullptr && curve->is_felt) drive(*curve);
   }
 
+  void ask_as_felt(Event& event) {
+    if (auto* const tap = std::get_if<Tap>(&event.kind); tap != nullptr && !tap->is_felt()) ask_as_felt(*tap);
+    if (auto* const curve = std::get_if<Curve>(&event.kind); curve != nullptr && !curve->is_felt) ask_as_felt(*curve);
+  }
+
   std::vector<Unreached> unreached;
+  int64_t kept = 0;  // to 100 %
 
  private:
+  // What is felt of a strength, in whole percent.
+  int32_t percent_of(double level) {
+    const auto percent = static_cast<int32_t>(std::lround(percent_felt(level)));
+    kept += percent > 100 ? 1 : 0;
+    return std::min(100, percent);
+  }
+
+  void ask_as_felt(Tap& tap) {
+    const bool is_asked = tap.driven == Tap::kAsAsked;
+    const int32_t driven = is_asked ? driven_intensity(profile_, tap.level, tap.intensity) : tap.driven;
+    tap.felt = percent_of(driven == 0 ? 0 : tap_level(tap.level, std::min(100, driven)));
+    tap.driven = Tap::kAsAsked;
+  }
+
+  // On the line that plays.
+  struct Played {
+    double ms;
+    double amplitude;
+    double hz;
+
+    Played towards(const Played& to, double share) const {
+      return {ms + share * (to.ms - ms), amplitude + share * (to.amplitude - amplitude), hz + share * (to.hz - hz)};
+    }
+  };
+
+  void ask_as_felt(Curve& curve) {
+    std::vector<CurvePoint> felt;
+    Played before = {};
+    for (const CurvePoint& point : curve.points) {
+      const Played place = {1.0 * point.ms, tuning_.full(point.offset) * point.intensity / 100,
+                            tuning_.hertz(point.offset)};
+      if (&point != curve.points.data()) lead_felt(before, place, kDeepest, felt);
+      felt.push_back(point);
+      felt.back().intensity = percent_of(level_at(place.amplitude, place.hz));
+      before = place;
+    }
+    curve.points = std::move(felt);
+    curve.is_felt = true;
+  }
+
+  void lead_felt(const Played& from, const Played& to, int depth, std::vector<CurvePoint>& line) {
+    if (depth == 0 || to.ms - from.ms < 2 * kLeastMs || is_near(from, to)) return;
+    const Played middle = from.towards(to, std::floor((to.ms - from.ms) / 2) / (to.ms - from.ms));
+    lead_felt(from, middle, depth - 1, line);
+    const int32_t percent = percent_of(level_at(middle.amplitude, middle.hz));
+    line.push_back({static_cast<int32_t>(middle.ms), percent, tuning_.nearest(middle.hz)});
+    lead_felt(middle, to, depth - 1, line);
+  }
+
+  bool is_near(const Played& from, const Played& to) const {
+    const double begin = level_at(from.amplitude, from.hz);
+    const double end = level_at(to.amplitude, to.hz);
+    for (int step = 1; step < kSteps; ++step) {
+      const double share = static_cast<double>(step) / kSteps;
+      const Played place = from.towards(to, share);
+      if (std::fabs(level_at(place.amplitude, place.hz) - (begin + share * (end - begin))) > kNear) return false;
+    }
+    return true;
+  }
+
   void miss(double at_ms, size_t point, int32_t asked, double level) {
     if (level >= level_of(asked) - kMissed) return;
     unreached.push_back({event_->name, event_->start_ms + at_ms, point, asked, percent_felt(level)});
@@ -114,7 +180,6 @@ class Driver {
 
   // The points between two, in halves of halves, until lines of amplitudes are near.
   void lead(const Place& from, const Place& to, int depth, std::vector<CurvePoint>& line) const {
-    constexpr double kLeastMs = 20;  // from point to point
     if (depth == 0 || to.ms - from.ms < 2 * kLeastMs || is_near(from, to)) return;
     const Place middle = from.towards(to, std::floor((to.ms - from.ms) / 2) / (to.ms - from.ms));
     lead(from, middle, depth - 1, line);
@@ -123,8 +188,6 @@ class Driver {
   }
 
   bool is_near(const Place& from, const Place& to) const {
-    constexpr int kSteps = 8;
-    constexpr double kNear = 1;  // dB
     const double begin = amplitude_at(from);
     const double end = amplitude_at(to);
     for (int step = 1; step < kSteps; ++step) {
@@ -136,6 +199,9 @@ class Driver {
   }
 
   static constexpr int kDeepest = 6;
+  static constexpr double kLeastMs = 20;  // from point to point
+  static constexpr int kSteps = 8;        // in which a line is looked at
+  static constexpr double kNear = 1;      // dB
 
   lrasynth_profile profile_;
   Tuning tuning_;
@@ -150,6 +216,12 @@ std::vector<Unreached> drive(std::vector<Event>& events, const lrasynth_profile&
   Driver driver(profile, resonator);
   for (Event& event : events) driver.drive(event);
   return std::move(driver.unreached);
+}
+
+int64_t ask_as_felt(std::vector<Event>& events, const lrasynth_profile& profile, const Resonator& resonator) {
+  Driver driver(profile, resonator);
+  for (Event& event : events) driver.ask_as_felt(event);
+  return driver.kept;
 }
 
 }  // namespace design

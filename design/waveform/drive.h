@@ -2,6 +2,7 @@
 // Events that say how strongly they are to be felt become events that say how strongly they are driven.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "design/pattern/event.h"
@@ -23,5 +24,10 @@ struct Unreached {
 // A tap gets the strength with which it is felt as asked where it plays alone. A curve's points get those of tones that
 // last, and between them stand others, where a line of amplitudes would leave the line of levels by more than 1 dB.
 std::vector<Unreached> drive(std::vector<Event>& events, const lrasynth_profile& profile, const Resonator& resonator);
+
+// The other way: taps and curves ask to be felt as they are now, on a motor that they are fitted to. Points stand
+// between those of a curve where a line of levels would leave the one of amplitudes by more than 1 dB. Returns how many
+// strengths are kept to 100 %.
+int64_t ask_as_felt(std::vector<Event>& events, const lrasynth_profile& profile, const Resonator& resonator);
 
 }  // namespace design
