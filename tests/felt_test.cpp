@@ -248,7 +248,7 @@ TEST(Felt, TheNearestWordOnItCounts) {
     for (size_t i = 0; i < faults.size(); ++i) EXPECT_THAT(faults[i], HasSubstr(row.faults[i])) << row.json;
     std::vector<bool> felt;
     for (const Event& event : reading.file.events) felt.push_back(event.is_felt());
-    if (faults.empty()) EXPECT_EQ(felt, row.felt) << row.json;
+    EXPECT_TRUE(!faults.empty() || felt == row.felt) << row.json;
   }
 }
 
