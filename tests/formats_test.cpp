@@ -119,6 +119,12 @@ TEST(Formats, MeanWhatAhapSays) {
            tap_event("0", parameter("X", "1") + ",{'ParameterID':'DecayTime','ParameterValue':0.5}"),
        "T 0 100 50", "2 audio events are left out; 1 unknown element is left out; 1 decay is left out"},
       {long_event("0", "0.2", parameter("Intensity", "0")), "", ""},
+      {long_event("0", "0.2") + "," + tap_event("0.1", parameter("Intensity", "0")), "C 0: 0 100 0, 200 100 0"},
+      {long_event("0", "0.2", parameter("Sharpness", "0")) + "," +
+           control("Sharpness", "0", {{0, 0}, {0.1, 0.5}, {0.2, 1}}),
+       "C 0: 0 100 -50, 100 100 0, 200 100 50"},
+      {long_event("0", "0.2") + "," + long_event("0.1", "0.2", half),
+       "C 0: 0 100 0, 200 100 0; C 100: 0 50 0, 200 50 0", "1 curve is played over by another"},
       {tap_event("0") + "," + tap_event("4.096") + "," + long_event("4.097", "0.1"),
        "T 0 100 50; T 4098 100 50; C 4098: 0 100 0, 100 100 0"},
   };
@@ -153,6 +159,7 @@ TEST(Formats, MeanWhatHapticSays) {
       // Points on the way are left out.
       {haptic(amplitudes({{0, 0}, {0.1, 0.107}, {0.2, 0.193}, {0.3, 0.3}, {0.4, 0.1}})),
        "C 0: 0 0 0, 300 30 0, 400 10 0"},
+      {haptic(amplitudes({{0, 0}, {0.1, 0.118}, {0.2, 0.2}})), "C 0: 0 0 0, 100 12 0, 200 20 0"},
       {haptic(amplitudes({{0, 1}, {0.4, 1}}), amplitudes({{0.1, 0.2}, {0.2, 1}, {0.2, 0.4}}, "frequency")),
        "C 0: 0 100 -30, 100 100 -30, 199 100 50, 200 100 -10, 400 100 -10"},
       {haptic("{'time':0,'amplitude':0,'emphasis':{'amplitude':1,'frequency':1}}"), "T 0 100 100"},
@@ -352,10 +359,46 @@ TEST(Formats, RefuseWithThePlace) {
   });
   expect_wrong({{"<html/>", "f:1:1: html: is no element that vibrates"},
                 {" <vibration-effect>", "f:1:2: is not XML: <vibration-effect> has no end"},
-                {"[]", "f:1:1: must be an object with events, a list"}});
+                {"[]", "f:1:1: must be an object with events, a list"},
+                {"\xEF\xBB\xBF<a/>", "f:1:2: a: is no element that vibrates"}});
 }
 
 // What goes out comes back.
+
+TEST(Formats, SayWhatPlays) {
+  std::string many;
+  std::string as_many;
+  for (int i = 0; i < 40; ++i) {
+    many += text("%s[%d,%d,0]", i == 0 ? "" : ",", 30 * i, i % 2 == 0 ? 20 : 60);
+    as_many += text("%s %d %d 0", i == 0 ? "" : ",", 30 * i, i % 2 == 0 ? 20 : 60);
+  }
+  const std::string tap = "{'type':'transient','start':0,'driven':50,'level':30}";
+  const auto in_file = [](const std::string& events) { return "{'events':[" + events + "]}"; };
+  const std::vector<Meant> rows = {
+      {"{'loops':3,'interval':100,'events':[" + tap + "]}", "T 0 50 30; T 118 50 30; T 236 50 30"},
+      {in_file("{'type':'curve','start':0,'points':[" + many + "]}"), "C 0:" + as_many},
+      // A quarter of a sine, of which the line stays within 1.
+      {in_file("{'type':'continuous','start':0,'duration':100,'points':[[0,0,0],[90,80,0],[90,80,0],[100,80,0]]}"),
+       "C 0: 0 0 0, 30 40 0, 50 61 0, 65 73 0, 85 80 0, 100 80 0", "1 record is turned into curves"},
+      {in_file("{'type':'curve','felt':true,'start':0,'points':[[0,60,0],[100,60,0]]}"), "C 0: 0 40 0, 100 40 0"},
+      {in_file("{'type':'curve','start':0,'points':[[0,60,0],[300,60,0]]},{'type':'curve','start':100,'points':[[0,20,"
+               "0],[100,20,0]]}"),
+       "C 0: 0 60 0, 100 60 0; C 100: 0 20 0, 100 20 0; C 200: 0 60 0, 100 60 0",
+       "1 vibration is cut where another plays over it"},
+      {"{'name':'x','events':[{'type':'transient','start':9,'intensity':0,'level':5}," + tap +
+           ",{'type':'curve','start':50,'points':[{'time':0,'intensity':50,'hz':185},[40,50,0]]}]}",
+       "T 0 50 30; C 50: 0 50 0, 40 50 0",
+       "its names and notes are left out; 1 tap is left out, being silent; 1 point is given the nearest hertz that the "
+       "motor plays"},
+  };
+  for (const Meant& row : rows) {
+    const Piece piece = *read_piece({}, json_text(row.file), "f").piece;
+    Losses losses;
+    const std::string written = format_named("ahap")->write(*piece.score, *piece.source, losses);
+    EXPECT_EQ(brief(read_file(written, tuning_of()).events), row.events) << row.file;
+    EXPECT_EQ(joined(losses.lines()), row.losses) << row.file;
+  }
+}
 
 class Dice {
  public:

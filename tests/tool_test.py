@@ -232,6 +232,12 @@ class ToolTest(unittest.TestCase):
                                cwd=self.directory, timeout=60)
         self.assertEqual((piped.returncode, piped.stderr), (0, b""))
         self.assertRegex(piped.stdout, rb"\nlength( +2\d\d\.\d ms){4}\n")
+        with wave.open(str(self.directory / "a.wav")) as mono, wave.open(str(self.directory / "b.wav"), "w") as stereo:
+            stereo.setparams((2, 2, mono.getframerate(), 0, "NONE", ""))
+            left = mono.readframes(mono.getnframes())
+            stereo.writeframes(b"".join(2 * left[i:i + 2] for i in range(0, len(left), 2)))
+        heard = [self.output_of("convert", name, "--format", "json", "-", pattern="") for name in ("a.wav", "b.wav")]
+        self.assertEqual(heard[0], heard[1])
         taps = json.loads(self.output_of("convert", "a.wav", "--from", 150, "--format", "json", "-", pattern=""))["events"]
         self.assertEqual([(tap["type"], round(tap["start"], -1)) for tap in taps], [("transient", 50)])
 
@@ -245,6 +251,11 @@ class ToolTest(unittest.TestCase):
             {"type": "group", "start": 0, "repeat": 2, "every": "1b", "events": [
                 {"type": "transient", "start": 0, "driven": 20, "level": 30}]},
             {"type": "curve", "start": "1/2b", "points": [[0, 10, 0], {"time": 200, "intensity": 90, "hz": 170}]}]})
+        felt = {"felt": True, "events": [transient(0), {**transient(9), "felt": False}, {
+            "type": "group", "start": 20, "felt": False, "events": [transient(0)]}]}
+        kept = json.loads(self.output_of("convert", "-", "--format", "json", "-", pattern=json.dumps(felt)))["events"]
+        self.assertEqual([[key in event for key in ("intensity", "driven")] for event in (*kept[:2], kept[2]["events"][0])],
+                         [[True, False], [False, True], [False, True]])
         self.assertIn(b"strength and frequency are lost", self.run_tool("convert", "p.json", "x.VIBRATE.json", pattern="").stderr)
         self.assertEqual(json.loads((self.directory / "x.VIBRATE.json").read_text())[:2], [20, 230])
 
