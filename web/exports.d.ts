@@ -21,6 +21,7 @@ export interface Exports {
   studio_read(piece: number, first: number, count: number): Address;
   studio_extremes(piece: number, first: number, count: number, columns: number): Address;
   studio_response(piece: number, quality: number, hz: number, from_ms: number, to_ms: number, columns: number): Address;
+  studio_felt(piece: number, quality: number, hz: number, from_ms: number, to_ms: number, columns: number): Address;
   studio_form(piece: number, form: Address, length: number, quality: number, hz: number, from_ms: number, to_ms: number): number;
   studio_convert(piece: number, format: Address, length: number): number;
 }

@@ -7,6 +7,7 @@ await startBrowser();
 const page = await openPage({ viewport: { width: 1360, height: 880 }, colorScheme: 'light' });
 await openDemo(page, 'sunrise');
 await choose(page, 2);
+await page.click('#close');
 await page.focus('#intensity-lane');
 await page.keyboard.press('3');
 await page.evaluate(() => /** @type {HTMLElement} */ (document.activeElement).blur());

@@ -14,6 +14,8 @@ export interface About {
   formats: Format[];
   /** How sound is usually listened to. */
   sound: { floor_db: number; gain_db: number; taps: boolean; curves: boolean };
+  /** Levels above threshold: below the first an effect is of no use, the second counts as 100 %. */
+  felt: { hardly_db: number; fully_db: number };
 }
 
 /** Of files that patterns come in, or go out in. */
@@ -85,6 +87,10 @@ interface Fate {
   inside: string;
   end_ms?: number;
   heard?: [from: number, to: number][];
+  /** Where it is heard: how strongly it is felt, estimated at the motor's own and 1 g rated, in dB above threshold. */
+  felt_db?: number;
+  /** "12.3 dB SL, 62 %" */
+  felt_words?: string;
 }
 
 interface Vibrating extends Fate {
@@ -133,6 +139,18 @@ export interface Sweep {
 
 export interface Estimate {
   peak: number;
+  /** Values with their units. */
+  numbers: [name: string, value: string][];
+}
+
+export interface Feeling {
+  /** In dB above threshold. */
+  strongest: number;
+  percent: number;
+  /** How long anything is felt. */
+  felt_ms: number;
+  /** The resonator: "170 Hz, Q 2.7, 1 g rated". */
+  with: string;
   /** Values with their units. */
   numbers: [name: string, value: string][];
 }

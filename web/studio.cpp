@@ -73,17 +73,29 @@ class Held {
     return rendered_.codes(first, static_cast<size_t>(count));
   }
 
-  const design::Motion& motion(const design::Resonator& resonator) {
-    const bool is_known = motion_ && asked_.hz == resonator.hz && asked_.quality == resonator.quality;
-    asked_ = resonator;
-    return is_known ? *motion_ : motion_.emplace(piece_.waveform, resonator);
-  }
+  const design::Motion& motion(const design::Resonator& resonator) { return motion_.with(resonator, piece_.waveform); }
+  const design::Felt& felt(const design::Resonator& resonator) { return felt_.with(resonator, piece_.waveform); }
 
  private:
+  // What is estimated of a waveform, until it is asked for with another resonator.
+  template <class Estimate>
+  class Estimated {
+   public:
+    const Estimate& with(const design::Resonator& resonator, const design::Waveform& waveform) {
+      const bool is_known = estimate_ && asked_.hz == resonator.hz && asked_.quality == resonator.quality;
+      asked_ = resonator;
+      return is_known ? *estimate_ : estimate_.emplace(waveform, resonator);
+    }
+
+   private:
+    design::Resonator asked_ = {};
+    std::optional<Estimate> estimate_;
+  };
+
   design::Piece piece_;
   Rendered rendered_;
-  design::Resonator asked_ = {};
-  std::optional<design::Motion> motion_;
+  Estimated<design::Motion> motion_;
+  Estimated<design::Felt> felt_;
 };
 
 class Shelf {
@@ -255,6 +267,10 @@ std::string json_of(const design::PatternFile& file) {
          R"(,"losses":)" + list(file.losses, quoted) + R"(,"comments":)" + truth(has_comments);
 }
 
+std::string level_json(double level) {
+  return text(R"(,"felt_db":%.10g,"felt_words":)", level) + quoted(design::level_words(level));
+}
+
 std::string json_of(const design::Piece& piece) {
   const design::Waveform& waveform = piece.waveform;
   const bool is_stream = piece.waveform.is_stream;
@@ -265,7 +281,9 @@ std::string json_of(const design::Piece& piece) {
       text(R"(,"length":%lld,"rate":%d,"length_ms":%.10g,"pass_ms":%.10g,"stream":%s,"events":[)",
            static_cast<long long>(waveform.length), waveform.profile.sample_rate, length_ms, pass_ms, truth(is_stream));
   for (size_t i = 0; piece.score != nullptr && i < piece.score->events().size(); ++i) {
-    json += (i == 0 ? "{" : ",{") + fields_of(piece.score->events()[i]) + fate_of(*piece.score, i) + '}';
+    json += (i == 0 ? "{" : ",{") + fields_of(piece.score->events()[i]) + fate_of(*piece.score, i);
+    if (i < piece.levels.size() && piece.levels[i]) json += level_json(*piece.levels[i]);
+    json += '}';
   }
   return json + R"(],"warnings":)" + list(piece.warnings) + R"(,"sections":)" +
          list(is_stream ? std::vector<design::Section>() : waveform.sections) + '}';
@@ -355,6 +373,14 @@ std::optional<std::string> form_of(Held& held, std::string_view name, const desi
 bool is_resonator(double quality, double hz) { return (quality == 0 || is_in(quality, 1, 1000)) && is_in(hz, 0, 2000); }
 bool is_time(double ms) { return is_in(ms, 0, 2.0 * design::kLongestMs); }
 
+// The piece whose estimates are asked for soundly, null where that is none.
+Held* estimable(int piece, const design::Resonator& resonator, design::Span shown, int columns) {
+  const bool is_sound = is_resonator(resonator.quality, resonator.hz) && is_in(shown.from, -kFar, kFar) &&
+                        is_in(shown.to, -kFar, kFar) && is_in(columns, 0, kMostColumns);
+  Held* const held = studio().shelf.at(piece);
+  return is_sound && held != nullptr && !held->piece().waveform.is_stream ? held : nullptr;
+}
+
 }  // namespace
 
 void* studio_alloc(size_t size) { return std::malloc(size); }
@@ -368,7 +394,8 @@ void studio_about() {
                        LRASYNTH_VERSION_MINOR, LRASYNTH_VERSION_PATCH, design::kLongestMs) +
                   quoted(design::kPatternHelp) + R"(,"chips":)" + list(design::chips(), facts_of_chip) +
                   R"(,"motors":)" + list(design::motors(), facts_of) + R"(,"formats":)" +
-                  list(design::formats(), facts_of_format) + R"(,"sound":)" + usual_sound() + '}';
+                  list(design::formats(), facts_of_format) + R"(,"sound":)" + usual_sound() +
+                  text(R"(,"felt":{"hardly_db":%.10g,"fully_db":%.10g}})", design::kHardlyFelt, design::kFullyFelt);
 }
 
 int studio_pattern(const char* json, size_t length, const char* name, size_t name_length, int motor, int chip,
@@ -459,14 +486,13 @@ const int8_t* studio_extremes(int piece, double first, double count, int columns
 }
 
 const double* studio_response(int piece, double quality, double hz, double from_ms, double to_ms, int columns) {
-  Held* const held = studio().shelf.at(piece);
-  const bool is_sound = is_resonator(quality, hz) && is_in(from_ms, -kFar, kFar) && is_in(to_ms, -kFar, kFar) &&
-                        is_in(columns, 0, kMostColumns);
-  if (!is_sound || held == nullptr || held->piece().waveform.is_stream) {
+  const design::Resonator resonator = {.hz = hz, .quality = quality};
+  Held* const held = estimable(piece, resonator, {from_ms, to_ms}, columns);
+  if (held == nullptr) {
     refuse();
     return nullptr;
   }
-  const design::Motion& motion = held->motion({.hz = hz, .quality = quality});
+  const design::Motion& motion = held->motion(resonator);
   const design::Response& response = motion.response();
   studio().text = text(R"({"peak":%.10g,"numbers":)", response.peak) +
                   list(numbers_of(response, held->piece().score == nullptr)) + '}';
@@ -477,6 +503,22 @@ const double* studio_response(int piece, double quality, double hz, double from_
     pairs.push_back(high);
   }
   return columns == 0 ? nullptr : pairs.data();
+}
+
+const double* studio_felt(int piece, double quality, double hz, double from_ms, double to_ms, int columns) {
+  const design::Resonator resonator = {.hz = hz, .quality = quality};
+  Held* const held = estimable(piece, resonator, {from_ms, to_ms}, columns);
+  if (held == nullptr) {
+    refuse();
+    return nullptr;
+  }
+  const design::Felt& felt = held->felt(resonator);
+  const double strongest = felt.strongest();
+  studio().text = text(R"({"strongest":%.10g,"percent":%.10g,"felt_ms":%.10g,"with":)", strongest,
+                       design::percent_felt(strongest), felt.felt_ms()) +
+                  quoted(words_of(felt.resonator())) + R"(,"numbers":)" + list(numbers_of(felt)) + '}';
+  studio().columns = felt.columns({from_ms, to_ms}, static_cast<size_t>(columns));
+  return columns == 0 ? nullptr : studio().columns.data();
 }
 
 int studio_form(int piece, const char* form, size_t length, double quality, double hz, double from_ms, double to_ms) {

@@ -68,6 +68,12 @@ STUDIO_EXPORT(studio_extremes) const int8_t* studio_extremes(int piece, double f
 STUDIO_EXPORT(studio_response)
 const double* studio_response(int piece, double quality, double hz, double from_ms, double to_ms, int columns);
 
+// The estimated level that a finger feels, at 1 g rated, with a resonator as above. Text: a Feeling. Returns the
+// strongest level in each of so many (0..65536) equal parts of from_ms..to_ms, in decibels above threshold, 0 where
+// nothing is felt. Null without columns.
+STUDIO_EXPORT(studio_felt)
+const double* studio_felt(int piece, double quality, double hz, double from_ms, double to_ms, int columns);
+
 // Makes the text one of these forms, and returns its length: "json" (canonical), "flat" (the same as records) and
 // "c" (the request) of patterns; "bin", "csv", "summary" of anything; "wav", "felt.csv" and "svg" not of event streams.
 // What is estimated is so with that resonator; with a quality of -1 it is the motor's own, and the response is left out

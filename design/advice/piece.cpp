@@ -58,6 +58,12 @@ void set_felt(Piece& piece, std::vector<Warning> warnings) {
   std::stable_sort(piece.warnings.begin(), piece.warnings.end(), earlier);
 }
 
+void feel_pass(Piece& piece, const Felt& felt) {
+  piece.levels.clear();
+  for (size_t i = 0; i < piece.score->events().size(); ++i) piece.levels.push_back(level_of(*piece.score, felt, i));
+  set_felt(piece, felt_warnings_of(*piece.score, felt));
+}
+
 // Why a pattern cannot be served; empty: it can.
 std::string fault_of_length(const Score& score) {
   constexpr int64_t kMostBytes = 1 << 26;
@@ -89,7 +95,7 @@ void note_chip(const lrasynth_profile& profile, bool is_asked, PatternFile& file
 
 void feel(Piece& piece, const Resonator& resonator) {
   if (piece.waveform.is_stream) return;
-  if (piece.score != nullptr) return set_felt(piece, felt_warnings_of(*piece.score, felt_of_pass(piece, resonator)));
+  if (piece.score != nullptr) return feel_pass(piece, felt_of_pass(piece, resonator));
   if (!is_silent(piece.waveform)) set_felt(piece, felt_warnings_of(Felt(piece.waveform, resonator)));
 }
 
@@ -157,7 +163,7 @@ PatternReading piece_of(const Setup& asked, PatternFile read, const std::string&
     append(reading.piece->warnings, warnings_of(unreached, resonator));
     if (is_event_stream(profile)) return reading;
     const Felt felt = felt_of_pass(*reading.piece, resonator);
-    set_felt(*reading.piece, felt_warnings_of(*reading.piece->score, felt));
+    feel_pass(*reading.piece, felt);
     append(file.notes, felt_notes_of(*reading.piece->score, felt));
   }
   return reading;

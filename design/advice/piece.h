@@ -22,11 +22,12 @@ struct Piece {
   std::shared_ptr<const Source> source = nullptr;
   std::vector<Jump> jumps = {};  // of a pattern that has samples
   std::vector<Warning> warnings = {};
+  std::vector<std::optional<double>> levels = {};  // of a pattern's events, where they are heard, as they are felt
 };
 
-// The warnings of all also tell what is hardly felt, estimated with a resonator.
+// The levels of all, and what of their warnings tells what is hardly felt, are estimated with a resonator.
 
-// With another one, in place of those that tell that.
+// With another one, in place of those.
 void feel(Piece& piece, const Resonator& resonator);
 
 // A tap of its own, perhaps as weak as inside a pattern. The motor has taps.

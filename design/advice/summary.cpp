@@ -109,10 +109,9 @@ std::vector<Number> numbers_of(const Piece& piece, const Response& response, con
       {"peak", text("%d of 128", strength.peak)},  // the byte's range
       {"effective", text("%.1f of 128", strength.effective)},
   };
-  for (const auto& [name, value] : numbers_of(response, piece.score == nullptr))
-    numbers.emplace_back("estimated " + name, value);
-  numbers.emplace_back("estimated strongest felt", level_words(felt.strongest()));
-  numbers.emplace_back("estimated felt length", text("%.0f ms", felt.felt_ms()));
+  for (const auto& estimated : {numbers_of(response, piece.score == nullptr), numbers_of(felt)}) {
+    for (const auto& [name, value] : estimated) numbers.emplace_back("estimated " + name, value);
+  }
   numbers.emplace_back("warnings", grouped(static_cast<int64_t>(piece.warnings.size())));
   return numbers;
 }

@@ -154,9 +154,25 @@ double Felt::level_at(double ms) const {
   return share == 0 ? levels_[before] : levels_[before] + share * (levels_[before + 1] - levels_[before]);
 }
 
+std::vector<double> Felt::columns(Span shown, size_t count) const {
+  const double last_ms = kFrameStepMs * static_cast<double>(levels_.size() - 1);
+  const double wide = shown.length() / static_cast<double>(count);
+  std::vector<double> columns(count);
+  for (size_t i = 0; i < count; ++i) {
+    const double from = shown.from + static_cast<double>(i) * wide;
+    const Span part = {std::max(0.0, from), std::min(last_ms, from + wide)};
+    if (part.from <= part.to) columns[i] = std::max({strongest(part), level_at(part.from), level_at(part.to)});
+  }
+  return columns;
+}
+
 double Felt::felt_ms() const {
   const auto is_felt = [](double level) { return level > 0; };
   return kFrameStepMs * static_cast<double>(std::count_if(levels_.begin(), levels_.end(), is_felt));
+}
+
+std::vector<Number> numbers_of(const Felt& felt) {
+  return {{"strongest felt", level_words(felt.strongest())}, {"felt length", text("%.0f ms", felt.felt_ms())}};
 }
 
 void write_felt_csv(const Felt& felt, const Sink& sink) {

@@ -83,6 +83,8 @@ class Felt {
   double strongest(Span span) const;
   // Straight from one to the next.
   double level_at(double ms) const;
+  // The strongest of each of that many equal parts of the time; 0 where there is no level.
+  std::vector<double> columns(Span shown, size_t count) const;
   // How long it is above threshold, all in all.
   double felt_ms() const;
 
@@ -93,6 +95,9 @@ class Felt {
   std::vector<double> levels_;
   std::vector<double> strongest_;  // of each group
 };
+
+// What is told of all of it.
+std::vector<Number> numbers_of(const Felt& felt);
 
 // A row for each level: "ms,db_sl,percent".
 void write_felt_csv(const Felt& felt, const Sink& sink);

@@ -185,13 +185,15 @@ test('the types are those of studio.h, and the texts those of the types', () => 
   take('Facts');
   wasm.studio_response(piece, 20, 0, 0, 9, 1);
   take('Estimate');
+  wasm.studio_felt(piece, 0, 0, 0, 9, 1);
+  take('Feeling');
   pattern(files['rain.json'], 'some', 1040, 0, 1, 1, 0);
   convert('vibrate');
   take('Converted');
   wasm.studio_listen(8000, -40, 0, 1, 1);
   heard([1], 1040, 0, 1);
   take('Heard');
-  const imported = `import type { About, Converted, Estimate, Facts, Heard } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
+  const imported = `import type { About, Converted, Estimate, Facts, Feeling, Heard } from ${JSON.stringify(join(web, 'protocol.js'))};\n`;
   writeFileSync(join(scratch, 'texts.ts'), imported + texts.join('\n'));
   const config = { extends: join(web, 'tsconfig.json'), include: ['texts.ts'] };
   writeFileSync(join(scratch, 'tsconfig.json'), JSON.stringify(config));
@@ -219,6 +221,40 @@ test('windows are cuts of the whole', () => {
   }
 });
 
+test('what is felt is what the command says, in any columns', () => {
+  for (const [name, quality, hz] of [['rain.json', 0, 0], ['song.json', 20, 150]]) {
+    pattern(files[name], name, 1040, 0, 1, 2, 100);
+    const said = facts().events.flatMap(({ felt_words: words }) => words ?? []);
+    const told = [...form('summary').toString().matchAll(/, felt, estimated: (.*)/g)].map(([, words]) => words);
+    assert.ok(said.length > 0);
+    assert.deepEqual(said, told);
+    const summary = form('summary', quality, hz).toString();
+    const options = ['--motor=1040', '--chip=0', '--boost=on', '--loop=2', '--interval=100'];
+    const resonator = quality === 0 ? [] : [`--response=${quality}`, `--response-hz=${hz}`];
+    const rows = lrasynth('pattern', name, ...options, ...resonator, '--format=felt.csv', '-').stdout.toString();
+    const levels = rows.trim().split('\n').slice(1).map((row) => Number(row.split(',')[1]));
+    const last = 5 * (levels.length - 1);
+    const at = (ms) => {
+      const i = Math.min(Math.floor(ms / 5), levels.length - 2);
+      return levels[i] + (ms / 5 - i) * (levels[i + 1] - levels[i]);
+    };
+    for (const [from, to, count] of [[-2.5, last + 2.5, levels.length], [40, 90, 130], [-300, last + 300, 9]]) {
+      const address = wasm.studio_felt(piece, quality, hz, from, to, count);
+      const columns = new Float64Array(wasm.memory.buffer.slice(address, address + 8 * count));
+      columns.forEach((column, i) => {
+        const edge = (i) => from + ((to - from) * i) / count;
+        const [left, right] = [Math.max(0, edge(i)), Math.min(last, edge(i + 1))];
+        const inside = levels.filter((_, j) => left <= 5 * j && 5 * j <= right);
+        const wanted = left > right ? 0 : Math.max(at(left), at(right), ...inside);
+        assert.ok(Math.abs(column - wanted) < 0.01, `${name}, ${i} of ${count}: ${column}, not ${wanted}`);
+      });
+    }
+    const { strongest, percent, numbers } = facts();
+    assert.ok(Math.abs(strongest - Math.max(...levels)) < 0.01 && Math.abs(percent - 5 * strongest) < 1e-6);
+    for (const [what, value] of numbers) assert.match(summary, new RegExp(`estimated ${what} +${value}\\n`));
+  }
+});
+
 test('nonsense is refused', () => {
   const text = files['chirp.json'];
   for (const profile of [[7, 0, 1, 1, 0], [832, 2, 1, 1, 0], [832, 0, 1, 0, 0], [832, 0, 1, 65536, 0], [832, 0, 1, 2, -1]]) {
@@ -238,7 +274,7 @@ test('nonsense is refused', () => {
     assert.equal(wasm.studio_extremes(piece, 0, wild, 10), 0);
     assert.equal(wasm.studio_extremes(piece, 0, 10, wild), 0);
     for (const view of [[wild, 0, 0, 9], [20, wild, 0, 9], [20, 0, wild, 9], [20, 0, 0, wild]]) {
-      assert.equal(wasm.studio_response(piece, ...view, 10), 0);
+      assert.deepEqual([wasm.studio_response(piece, ...view, 10), wasm.studio_felt(piece, ...view, 10)], [0, 0]);
       assert.equal(form('svg', ...view), null);
     }
   }
@@ -260,7 +296,9 @@ test('pieces stay until they are released, so many at once, and other numbers ar
     piece = nobody;
     assert.equal(form('bin'), null);
     assert.deepEqual([wasm.studio_read(nobody, 0, 1), wasm.studio_extremes(nobody, 0, 1, 1)], [0, 0]);
-    assert.deepEqual([wasm.studio_response(nobody, 20, 0, 0, 9, 1), result().length], [0, 0]);
+    for (const estimate of ['studio_response', 'studio_felt']) {
+      assert.deepEqual([wasm[estimate](nobody, 20, 0, 0, 9, 1), result().length], [0, 0]);
+    }
     wasm.studio_release(nobody);
   }
   held.splice(3, 1, made);

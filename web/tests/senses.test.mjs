@@ -202,6 +202,37 @@ test('the waveform is drawn as it is, near and far, with its response, and so is
   }
 });
 
+test('the lane for what is felt shows the levels of the command', async () => {
+  const page = await openPage();
+  await openEvents(page, tap, { ...wave, start: 250 });
+  const felt = (...options) => lrasynth('pattern', 'events.json', '--motor=1040', ...options).stdout.toString();
+  const levels = felt('--format=felt.csv', '-').trim().split('\n').slice(1).map((row) => Number(row.split(',')[1]));
+  const sees = watcher(page, 'felt-lane', [0, 26], [8, 8]);
+  const even = levels.flatMap((level, i) => { // not steep there
+    const near = levels.slice(Math.max(0, i - 2), i + 3);
+    return near.length === 5 && Math.max(...near) - Math.min(...near) < 4 ? [[5 * i, level, Math.max(...near)]] : [];
+  });
+  const strong = even.filter(([, level]) => level > 6);
+  const silent = even.filter(([, , most]) => most === 0);
+  assert.ok(strong.length > 20 && silent.length > 5);
+  await sees('felt', strong.flatMap(([ms, level]) => [[ms, level - 1.5], [ms, 2]]));
+  await sees('felt', [...strong.map(([ms, level]) => [ms, level + 3]), ...silent.map(([ms]) => [ms, 2])], false);
+  const words = () => page.textContent('#felt-words');
+  const told = (what) => felt().match(new RegExp(`estimated (${what} +.*)`))[1].replace(/ {2,}/, ' ');
+  for (const what of ['strongest felt', 'felt length']) assert.ok((await words()).includes(told(what)), await words());
+  const [, first] = felt().match(/felt, estimated: (.*)/);
+  assert.ok((await page.textContent('#events > :first-child')).includes(first));
+  await choose(page, 0);
+  assert.equal(await page.textContent('#event-felt'), `felt about ${first}`);
+  await page.fill('#quality', '4');
+  assert.match(await words(), /Q 4, 1 g rated/);
+  await page.setChecked('#response', false); // the motor's own, as in files
+  assert.ok((await words()).includes(told('strongest felt')));
+  await page.selectOption('#chip', '11');
+  await sees('felt', strong.map(([ms, level]) => [ms, level / 2]), false);
+  assert.match(await words(), /not estimated/);
+});
+
 test('what plays are the samples, and it repeats where that is asked for', async () => {
   const page = await openPage();
   await page.evaluate(() => {
@@ -255,7 +286,7 @@ test('wheel and two fingers zoom where they are, and move along', async () => {
   await openEvents(page, tap, wave, cover);
   const near = (is, wanted, what) => assert.ok(Math.abs(is - wanted) < 0.02 * Math.abs(wanted) + 0.5, `${what}: ${is}`);
   const whole = await shownSpan(page);
-  for (const id of ['intensity-lane', 'frequency-lane', 'waveform']) {
+  for (const id of ['intensity-lane', 'frequency-lane', 'waveform', 'felt-lane']) {
     await page.click('#zoom-all');
     const { x, y, width } = await page.locator(`#${id}`).boundingBox();
     const at = 0.25;

@@ -392,7 +392,7 @@ test('it is small', () => {
     .filter((file) => statSync(file).isFile() && !file.endsWith('/lrasynth') && !file.endsWith('/lrasynth.wasm'));
   const raw = files.reduce((sum, file) => sum + statSync(file).size, 0);
   const packed = files.reduce((sum, file) => sum + gzipSync(readFileSync(file)).length, 0);
-  assert.ok(raw <= 720e3 && packed <= 290e3, `${raw} bytes, ${packed} packed`);
+  assert.ok(raw <= 780e3 && packed <= 310e3, `${raw} bytes, ${packed} packed`);
 });
 
 test('the npm package, without a bundler, gives what the command writes', async () => {

@@ -2,14 +2,15 @@
 // The motor's estimated response, over the waveform.
 
 import { current, show } from '../model/state.js';
-import { motorOf, patternPiece, response } from '../library/pieces.js';
+import { motorOf, response } from '../library/pieces.js';
 import { stroke } from '../page/canvas.js';
 import { element, make, onSetting, setValue } from '../page/elements.js';
+import { Estimator } from './estimated.js';
 
-/** @import {Span} from '../model/spans.js' */
 /** @import {State} from '../model/state.js' */
 /** @import {Piece, Response} from '../library/pieces.js' */
 /** @import {Places, Plot} from '../page/canvas.js' */
+/** @import {Estimated} from './estimated.js' */
 
 /** As many as the canvas is wide, or where single swings cannot be seen one for each. @param {Plot} plot */
 function columnsOf({ left, right, span }) {
@@ -19,41 +20,15 @@ function columnsOf({ left, right, span }) {
   return Math.max(1, swings * 6 < wide ? wide : Math.min(Math.round(swings), Math.round(wide / 2)));
 }
 
-/**
- * The estimate needs a waveform's every sample. So it comes a moment after the waveform, and until then the one before
- * it stands.
- * @typedef {{piece: Piece, resonator: State['response'], span: Span, columns: number, response: Response}} Estimated
- */
-
-/** @type {Estimated | null} */
-let estimate = null;
-let estimating = false;
+const estimates = new Estimator('response',
+  ({ piece, resonator, span, columns }) => response(piece, resonator, span, columns));
 
 /** @param {Piece} piece @param {Plot} plot */
-export function responseOf(piece, plot) {
-  const { response: resonator } = current();
-  const { span } = plot;
-  const columns = columnsOf(plot);
-  const fresh = estimate?.piece === piece && estimate.resonator === resonator && estimate.columns === columns &&
-    estimate.span.from === span.from && estimate.span.to === span.to;
-  if (!fresh && !estimating) {
-    estimating = true;
-    setTimeout(() => {
-      estimating = false;
-      const began = performance.now();
-      if (piece === patternPiece(current().design)) {
-        const made = response(piece, resonator, span, columns);
-        estimate = made && { piece, resonator, span, columns, response: made };
-        performance.measure('response', { start: began });
-      }
-      show({});
-    });
-  }
-  return estimate;
-}
+export const responseOf = (piece, plot) =>
+  estimates.of({ piece, resonator: current().response, span: plot.span, columns: columnsOf(plot) });
 
-/** Its peak reaches the full height. @param {Plot} plot @param {Estimated} made */
-export function drawResponse(plot, { span, response: { peak, columns } }) {
+/** Its peak reaches the full height. @param {Plot} plot @param {Estimated<Response>} estimate */
+export function drawResponse(plot, { span, made: { peak, columns } }) {
   if (!(peak > 0)) return;
   const perColumn = (span.to - span.from) / columns.length;
   for (const side of /** @type {const} */ ([0, 1])) {

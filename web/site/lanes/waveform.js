@@ -33,14 +33,14 @@ class WaveformLane {
     const playable = isPlayable(piece);
     if (playable) drawSections(plot, piece);
     drawGrid(plot, [-128, -64, 0, 64, 128], true);
-    const made = playable && response.shown ? responseOf(piece, plot) : null;
+    const estimate = playable && response.shown ? responseOf(piece, plot) : null;
     clipped(plot, () => {
       if (playable) drawSamples(plot, piece);
-      if (made !== null) drawResponse(plot, made);
+      if (estimate !== null) drawResponse(plot, estimate);
     });
     if (!playable) write(plot, whyNot(facts), (plot.left + plot.right) / 2, plot.y(20), 'center', 'middle');
     this.#read();
-    showResponse(made?.response ?? null);
+    showResponse(estimate?.made ?? null);
     element('waveform-words', HTMLElement).textContent = sizeOf(facts);
   }
 

@@ -4,7 +4,8 @@
 import { asRead } from '../model/file.js';
 import { bytesAt, resultBytes, resultText, wasm, withText } from './exports.js';
 
-/** @import {About, Converted, Estimate, EventFacts, Facts, Motor} from '../../protocol.js' */
+/** @import {Address} from '../../exports.js' */
+/** @import {About, Converted, Estimate, EventFacts, Facts, Feeling, Motor} from '../../protocol.js' */
 /** @import {PatternEvent} from '../model/events.js' */
 /** @import {Span} from '../model/spans.js' */
 /** @import {Design, Profile, State} from '../model/state.js' */
@@ -12,6 +13,8 @@ import { bytesAt, resultBytes, resultText, wasm, withText } from './exports.js';
 /**
  * @typedef {{facts: Facts, number: number}} Piece a waveform, or what is wrong with it; held until it is released
  * @typedef {Estimate & {columns: Range[]}} Response
+ * @typedef {Feeling & {columns: Float64Array}} Felt levels
+ * @typedef {{quality: number, hz: number}} Resonator 0: the motor's own
  * @typedef {[low: number, high: number]} Range
  */
 
@@ -94,12 +97,31 @@ export function extremes({ number }, first, count, columns) {
   return ranges(new Int8Array(bytesAt(address, address === 0 ? 0 : 2 * columns).buffer));
 }
 
-/** @param {Piece} piece @param {State['response']} resonator @param {Span} span @param {number} count of columns */
+/** @param {Address} address @param {number} count */
+const doublesAt = (address, count) => new Float64Array(bytesAt(address, address === 0 ? 0 : 8 * count).buffer);
+
+/** @param {Piece} piece @param {Resonator} resonator @param {Span} span @param {number} count of columns */
 export function response({ number }, { quality, hz }, span, count) {
-  const address = wasm.studio_response(number, quality, hz, span.from, span.to, count);
-  const columns = ranges(new Float64Array(bytesAt(address, address === 0 ? 0 : 16 * count).buffer));
+  const columns = ranges(doublesAt(wasm.studio_response(number, quality, hz, span.from, span.to, count), 2 * count));
   const text = resultText();
   return text === '' ? null : /** @type {Response} */ ({ ...JSON.parse(text), columns });
+}
+
+/** @param {Piece} piece @param {Resonator} resonator @param {Span} span @param {number} count of columns */
+export function felt({ number }, { quality, hz }, span, count) {
+  const columns = doublesAt(wasm.studio_felt(number, quality, hz, span.from, span.to, count), count);
+  const text = resultText();
+  return text === '' ? null : /** @type {Felt} */ ({ ...JSON.parse(text), columns });
+}
+
+/** How strongly an event is felt wherever it plays, in words; empty where it is not heard. @param {Design} design
+ * @param {number} i */
+export function feltWords(design, i) {
+  let [strongest, words] = [-1, ''];
+  for (const { felt_db = -1, felt_words = '' } of laidOut(design, i)) {
+    if (felt_db > strongest) [strongest, words] = [felt_db, `felt about ${felt_words}`];
+  }
+  return words;
 }
 
 /** The bytes of a file. @param {Piece} piece @param {string} name @param {State['response']} resonator */

@@ -3,7 +3,7 @@
 
 import { kindOf, pointsOf } from '../model/events.js';
 import { chosenEvent, current, show } from '../model/state.js';
-import { patternPiece } from '../library/pieces.js';
+import { feltWords, patternPiece } from '../library/pieces.js';
 import { element, make } from '../page/elements.js';
 import { wordItems } from '../page/words.js';
 
@@ -31,8 +31,9 @@ function wordsOf(facts) {
   return words;
 }
 
-/** @param {PatternEvent} event */
-const summaryOf = (event) => kindOf(event).summary(event);
+/** @param {PatternEvent} event @param {number} i */
+const summaryOf = (event, i) =>
+  [kindOf(event).summary(event), feltWords(current().design, i)].filter((words) => words !== '').join(', ');
 
 /** @param {PatternEvent} event @param {number} i */
 const titleOf = (event, i) => `${i + 1} ${kindOf(event).word(event)}`;
@@ -49,7 +50,7 @@ export function showEvents() {
 /** Where it is not shown already. @param {PatternEvent} event @param {number} i @param {Words[]} [words] */
 function showEvent(event, i, words) {
   const isChosen = i === current().event;
-  const key = JSON.stringify([titleOf(event, i), summaryOf(event), words, isChosen]);
+  const key = JSON.stringify([titleOf(event, i), summaryOf(event, i), words, isChosen]);
   const old = /** @type {HTMLElement | undefined} */ (list.children[i]);
   if (old?.dataset.key === key) return;
   const hadFocus = old?.contains(document.activeElement);
@@ -67,7 +68,7 @@ function statusOf(words) {
   const event = chosenEvent();
   const at = event && pointsOf(event)[point];
   const place = event === undefined ? `cursor at ${cursor} ms`
-    : `${titleOf(event, chosen)}, ${summaryOf(event)}` +
+    : `${titleOf(event, chosen)}, ${summaryOf(event, chosen)}` +
       (at ? `, point ${point + 1}: ${at[0]} ms, ${at[1]} %, offset ${at[2]}` : '');
   const faults = [...words.values()].flat().filter(({ kind }) => kind === 'fault').map(({ line }) => line);
   return [place, ...faults.slice(0, 3)].join('; ');
@@ -83,7 +84,7 @@ function scrollTo(item) {
 /** @param {PatternEvent} event @param {number} i @param {boolean} isChosen @param {Words[]} [words] */
 function itemOf(event, i, isChosen, words) {
   const button = make('button', { type: 'button', className: 'event', onclick: () => show({ event: i, point: -1 }) },
-    make('b', {}, titleOf(event, i)), ' ', summaryOf(event));
+    make('b', {}, titleOf(event, i)), ' ', summaryOf(event, i));
   button.setAttribute('aria-pressed', String(isChosen));
   return make('li', {}, button, ...(words ? [make('ul', { className: 'words' }, ...wordItems(words))] : []));
 }

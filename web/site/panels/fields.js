@@ -4,7 +4,7 @@
 import { change } from '../model/commands.js';
 import { kindOf, pointsOf, writtenOf } from '../model/events.js';
 import { chosenEvent, current, show } from '../model/state.js';
-import { laidOut, motorOf } from '../library/pieces.js';
+import { feltWords, laidOut, motorOf } from '../library/pieces.js';
 import { element, make, putValue, takeNumbers } from '../page/elements.js';
 
 const fields = element('fields', HTMLDivElement);
@@ -68,6 +68,7 @@ export function showFields() {
   const [facts] = laidOut(design, chosen);
   const isShared = event.type === 'transient' && motorOf(design.profile).shares && facts?.strength !== undefined;
   element('driven', HTMLElement).textContent = isShared ? `driven at ${facts.strength} %` : '';
+  element('event-felt', HTMLElement).textContent = feltWords(design, chosen);
   [...rows.children].forEach((row, i) => {
     row.classList.toggle('chosen', i === point);
     row.querySelector('output')?.replaceChildren(String(facts?.hz?.[i] ?? '–'));
