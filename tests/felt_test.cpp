@@ -113,6 +113,10 @@ std::string curve(int start, const std::string& points) {
   return text(R"({"type":"curve","start":%d,"points":[%s]})", start, points.c_str());
 }
 
+std::string felt_curve(const std::string& points) {
+  return R"({"type":"curve","felt":true,"start":0,"points":[)" + points + "]}";
+}
+
 std::string tap(int start, int intensity, int level = 60) {
   return text(R"({"type":"transient","start":%d,"intensity":%d,"level":%d})", start, intensity, level);
 }
@@ -139,6 +143,9 @@ TEST(Felt, AdviceTellsWhatIsHardlyFelt) {
       {curve(0, "[0,60,0],[300,78,0]"), {"event 1 at 0 ms: from point 1 to 2 it feels constant: from 60 to 78 % its"}},
       {curve(0, "[0,60,0],[300,82,0]"), {}},
       {curve(0, "[0,50,0],[150,60,0],[300,65,0]"), {"event 1 at 0 ms: from point 1 to 3 it feels constant"}},
+      {felt_curve("[0,60,0],[400,62,0]"),
+       {"event 1 at 0 ms: from point 1 to 2 it feels constant: from 60 to 62 % its"}},
+      {felt_curve("[0,60,-50],[400,60,50]"), {}},
       {curve(0, "[0,0,0],[100,70,0],[200,70,0],[300,85,0],[400,0,0]"), {"event 1 at 200 ms: from point 3 to 4 it"}},
       {curve(0, "[0,80,0],[39,90,0]"), {}},
       // Taps of one intensity are meant to be alike.

@@ -255,6 +255,13 @@ TEST(Formats, RefuseWithThePlace) {
       {in_pattern(tap_event("-1e13")), "f:2:48: Time: is too large: -1e13"},
       {in_pattern(tap_event("700")), "f: goes on until 700000 ms, longer than 600000"},
       {in_pattern(long_event("599", "2")), "f: goes on until 601000 ms, longer than 600000"},
+      {in_pattern(long_event("0", "590") +
+                  [] {
+                    std::string many;
+                    for (int i = 0; i < 10; ++i) many += "," + long_event("0", "590");
+                    return many;
+                  }()),
+       "f: has curves of more than 6000000 ms all in all"},
       {in_pattern(long_event("0", "[]")), "f:2:67: EventDuration: must be a number, not a list"},
       {in_tap("1"), "f:2:69: a parameter must be an object, not 1"},
       {in_tap("{'ParameterID':1}"), "f:2:84: ParameterID: must be a text, not 1"},
@@ -385,6 +392,12 @@ TEST(Formats, SayWhatPlays) {
                "0],[100,20,0]]}"),
        "C 0: 0 60 0, 100 60 0; C 100: 0 20 0, 100 20 0; C 200: 0 60 0, 100 60 0",
        "1 vibration is cut where another plays over it"},
+      {in_file("{'type':'curve','start':0,'points':[[0,100,-50],[1000,100,50]]},{'type':'curve','start':500,'points':[["
+               "0,50,0],[900,50,0]]}"),
+       "C 0: 0 100 -50, 500 100 1; C 500: 0 50 0, 900 50 0",
+       "1 vibration is cut where another plays over it; 1 point is put into curves and held at full strength, of which "
+       "more "
+       "plays there"},
       {"{'name':'x','events':[{'type':'transient','start':9,'intensity':0,'level':5}," + tap +
            ",{'type':'curve','start':50,'points':[{'time':0,'intensity':50,'hz':185},[40,50,0]]}]}",
        "T 0 50 30; C 50: 0 50 0, 40 50 0",

@@ -322,6 +322,8 @@ void run_convert(const Arguments& arguments) {
   const design::Format& format = format_of(arguments, output);
   const PatternInput pattern = read_patterns(arguments, arguments.files).front();
   arguments.refuse_idle({"--from", "--to"}, pattern.sound == nullptr, "without sound");
+  const design::SoundOptions& sound = arguments.sound;
+  if (sound.to_ms > 0 && sound.to_ms <= sound.from_ms) refuse("--from, --to: nothing lies between them");
   const design::Piece piece = pattern_piece(arguments, arguments.setup(), pattern);
   const design::Score& score = *piece.score;
   arguments.note_profiles({score.profile()});

@@ -76,8 +76,7 @@ class Feeling {
       return;
     }
     inspect_length(i, *level);
-    if (event.is_felt()) return;  // its ramps are as steep as they are asked to be
-    const std::vector<Asked> line = line_of(profile_, event);
+    const std::vector<Asked> line = event.is_felt() ? felt_line_of(event) : line_of(profile_, event);
     for (const Ramp& ramp : ramps_of(line)) inspect_ramp(i, line, ramp);
   }
 
@@ -119,6 +118,18 @@ class Feeling {
     return known->second;
   }
 
+  // As it is asked for, whatever drives the motor for it.
+  static std::vector<Asked> felt_line_of(const Event& event) {
+    std::vector<Asked> line;
+    if (event.curve() == nullptr) return line;
+    for (size_t i = 0; i < event.curve()->points.size(); ++i) {
+      const double percent = event.curve()->points[i].intensity;
+      line.push_back(
+          {.ms = static_cast<double>(event.curve()->point_ms(i)), .intensity = percent, .hz = 0, .amplitude = 0});
+    }
+    return line;
+  }
+
   // As tones that last are felt along the line.
   void inspect_ramp(size_t i, const std::vector<Asked>& line, Ramp ramp) {
     constexpr double kLeastMs = 40;  // in shorter time no level is felt by itself
@@ -127,7 +138,9 @@ class Feeling {
     const Asked& to = line[ramp.to];
     if (to.ms - from.ms < kLeastMs) return;
     Range range;
-    for (size_t at = ramp.from; at < ramp.to; ++at) add_levels(line[at], line[at + 1], range);
+    for (size_t at = ramp.from; at <= ramp.to && event.is_felt(); ++at)
+      range.add(kFullyFelt * line[at].intensity / 100);
+    for (size_t at = ramp.from; at < ramp.to && !event.is_felt(); ++at) add_levels(line[at], line[at + 1], range);
     if (!range.is_narrow() || range.high < kHardlyFelt) return;
     const Span span = Span{from.ms, to.ms}.moved(event.start_ms);
     const auto& heard = score_.heard(i);

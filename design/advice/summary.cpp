@@ -136,17 +136,18 @@ std::string summary_of(const Piece& piece, const Resonator& resonator) {
 
 std::string table_of(const std::vector<Piece>& pieces, const std::vector<Motion>& motions,
                      const std::vector<Felt>& felts) {
+  constexpr int kColumn = 26;  // of the longest number, "170 Hz, Q 2.65, 1 g rated"
   std::string names;
   std::string head = text("%-28s", "");
   std::vector<std::string> rows;
   for (size_t i = 0; i < pieces.size(); ++i) {
     names += text("%zu: ", i + 1) + pieces[i].waveform.title + "\n";
-    head += text("%16zu", i + 1);
+    head += text("%*zu", kColumn, i + 1);
     const auto numbers = numbers_of(pieces[i], motions[i].response(), felts[i]);
     rows.resize(numbers.size());
     for (size_t row = 0; row < rows.size(); ++row) {
       if (i == 0) rows[row] = text("%-28s", numbers[row].first.c_str());
-      rows[row] += text("%16s", numbers[row].second.c_str());
+      rows[row] += text("%*s", kColumn, numbers[row].second.c_str());
     }
   }
   std::string lines = names + head + "\n";

@@ -255,7 +255,8 @@ class AhapWriter {
     const double to_ms = drawn.back().ms;
     std::vector<double> times_ms;
     for (const ValueLine::Point& peak : peaks_in(drawn)) times_ms.push_back(peak.ms);
-    const DrawnCurve curve = with_points_beside(drawn, times_ms, drawing_.tuning);
+    DrawnCurve curve = with_points_beside(drawn, times_ms, drawing_.tuning);
+    hold(curve, losses_);
     const double most = strongest_of(curve);
     const std::vector<ValueLine::Point> peaks = peaks_in(curve);
     losses_.add("tap", "stronger than the curve there, which peaks for a millisecond",

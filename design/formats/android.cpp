@@ -393,7 +393,7 @@ int32_t whole_ms(double ms) { return static_cast<int32_t>(std::lround(std::clamp
 Point between(const Point& from, const Point& to, int32_t ms) {
   const DrawnPoint point = between(DrawnPoint{1.0 * from.ms, from.intensity, from.offset},
                                    {1.0 * to.ms, to.intensity, to.offset}, ms, from.tuning);
-  return {ms, point.intensity, point.offset, from.tuning};
+  return {ms, std::min(100.0, point.intensity), point.offset, from.tuning};
 }
 
 constexpr auto kIsWeaker = [](const Point& a, const Point& b) { return a.intensity < b.intensity; };
@@ -572,7 +572,7 @@ class Writer {
         const bool is_there = piece[next].ms == points.back().ms && piece[next].intensity == points.back().intensity;
         if (is_there) continue;
         is_left = true;
-        peak = kIsWeaker(peak, piece[next]) ? piece[next] : peak;
+        if (piece[next].ms > start_ms && kIsWeaker(peak, piece[next])) peak = piece[next];
         left_out += piece[next].ms > start_ms && piece[next].ms < end_ms ? 1 : 0;
       }
       return is_left;

@@ -16,6 +16,9 @@ namespace {
 // With which the JSON of taps and points stays smaller than the largest file.
 constexpr size_t kMostPoints = 80'000;
 
+// Of all curves together, since rendering takes as long as they last, however they overlap.
+constexpr double kMostCurvesMs = 10.0 * kLongestMs;
+
 constexpr double kNear = 1;      // of 100
 constexpr double kNearHz = 2.2;  // about a hundredth of a motor's range
 
@@ -148,6 +151,7 @@ class Writer {
     drawing_.losses.add("curve", "played over by another", covered());
     for (const DrawnTap& tap : drawing_.taps) add(tap);
     if (events_.size() > kMostEvents) fault(text("has more than %zu events", kMostEvents));
+    if (curves_ms_ > kMostCurvesMs) fault(text("has curves of more than %.0f ms all in all", kMostCurvesMs));
     if (points_ > kMostPoints) fault(text("has more than %zu points", kMostPoints));
     if (drawing_.faults.count > 0) return "";
     std::stable_sort(events_.begin(), events_.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -176,6 +180,7 @@ class Writer {
       points_ += few.size();
       events_.emplace_back(few.front().ms, curve_json(few));
       spans_.emplace_back(few.front().ms, few.back().ms);
+      curves_ms_ += few.back().ms - few.front().ms;
     }
   }
 
@@ -203,6 +208,7 @@ class Writer {
   std::vector<std::pair<int32_t, std::string>> events_;
   std::vector<std::pair<int32_t, int32_t>> spans_;  // of curves
   size_t points_ = 0;
+  double curves_ms_ = 0;
 };
 
 }  // namespace
@@ -239,7 +245,16 @@ DrawnPoint between(const DrawnPoint& from, const DrawnPoint& to, double ms, cons
   const double hz = std::lerp(tuning->hertz(offset_of(from)), tuning->hertz(offset_of(to)), share);
   const int32_t offset = tuning->nearest(hz);
   const double intensity = std::lerp(amplitude_of(from), amplitude_of(to), share) / tuning->full(offset);
-  return {ms, std::min(100.0, intensity), 1.0 * offset};
+  return {ms, intensity, 1.0 * offset};
+}
+
+void hold(DrawnCurve& curve, Losses& losses) {
+  int64_t held = 0;
+  for (DrawnPoint& point : curve) {
+    held += point.intensity > 100 + kNear ? 1 : 0;
+    point.intensity = std::min(100.0, point.intensity);
+  }
+  losses.add("point", "put into curves and held at full strength, of which more plays there", held);
 }
 
 DrawnCurve with_points_beside(const DrawnCurve& curve, const std::vector<double>& times_ms, const Tuning* tuning) {

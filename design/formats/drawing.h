@@ -54,8 +54,11 @@ class Losses {
 };
 
 // A point between two others of a curve, as it plays on a motor, where hertz and amplitude run straight; of none, where
-// offset and intensity do.
+// offset and intensity do. It may be beyond full strength, since the motor's gain may be less there.
 DrawnPoint between(const DrawnPoint& from, const DrawnPoint& to, double ms, const Tuning* tuning);
+
+// Points beyond full strength to that.
+void hold(DrawnCurve& curve, Losses& losses);
 
 constexpr double kBesideMs = 1;
 

@@ -197,7 +197,7 @@ PatternFile file_of(Drawing drawing) {
   }
   file = read_pattern(json);
   file.losses = drawing.losses.lines();
-  if (file.events.empty()) file.notes.emplace_back("there is nothing in it but rest");
+  if (file.events.empty()) file.notes.emplace_back("nothing of it becomes an event");
   // Those of a text that nobody has written.
   for (Event& event : file.events) event.place = {};
   for (Fault& fault : file.faults.listed) fault.place = {};

@@ -132,7 +132,8 @@ class HapticWriter {
     if (goes_on) losses_.add("curve", "joined to the one before");
     std::vector<double> times_ms;
     for (const DrawnTap& tap : drawing_.taps_in(drawn.front().ms, drawn.back().ms)) times_ms.push_back(tap.ms);
-    const DrawnCurve curve = with_points_beside(drawn, times_ms, drawing_.tuning);
+    DrawnCurve curve = with_points_beside(drawn, times_ms, drawing_.tuning);
+    hold(curve, losses_);
     ValueLine strength(0);
     for (const DrawnPoint& point : curve) {
       strength.to(point.ms, point.intensity / 100);

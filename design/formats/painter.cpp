@@ -70,6 +70,7 @@ class Painter {
     if (is_cut) losses_.add("vibration", "cut where another plays over it");
     for (const Span& span : parts) {
       DrawnCurve part = is_cut ? part_of(whole, span, tuning_) : whole;
+      hold(part, losses_);
       if (part.size() > 1 && part.front().ms < part.back().ms) once_.curves.push_back(std::move(part));
     }
   }
