@@ -138,9 +138,9 @@ class Feeling {
     const Asked& to = line[ramp.to];
     if (to.ms - from.ms < kLeastMs) return;
     Range range;
-    for (size_t at = ramp.from; at <= ramp.to && event.is_felt(); ++at)
-      range.add(kFullyFelt * line[at].intensity / 100);
-    for (size_t at = ramp.from; at < ramp.to && !event.is_felt(); ++at) add_levels(line[at], line[at + 1], range);
+    for (size_t at = ramp.from; at < ramp.to; ++at) {
+      event.is_felt() ? add_asked(line[at], line[at + 1], range) : add_levels(line[at], line[at + 1], range);
+    }
     if (!range.is_narrow() || range.high < kHardlyFelt) return;
     const Span span = Span{from.ms, to.ms}.moved(event.start_ms);
     const auto& heard = score_.heard(i);
@@ -150,6 +150,10 @@ class Feeling {
               ramp.from + 1, ramp.to + 1, from.intensity, to.intensity, range.high - range.low) +
              rated_words(felt_) + text("; %.1f can just be told apart", kToldApart),
          "constant");
+  }
+
+  static void add_asked(const Asked& from, const Asked& to, Range& range) {
+    for (const Asked* const point : {&from, &to}) range.add(kFullyFelt * point->intensity / 100);
   }
 
   void add_levels(const Asked& from, const Asked& to, Range& range) const {

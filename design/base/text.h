@@ -10,6 +10,9 @@
 
 namespace design {
 
+// What may stand before a text in UTF-8, and says nothing.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // What printf would print.
 [[gnu::format(printf, 1, 2)]] std::string text(const char* format, ...);
 

@@ -3,7 +3,6 @@
 #include "design/formats/formats.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "design/base/text.h"
 #include "design/formats/ahap.h"
@@ -68,7 +67,6 @@ const Format* format_where(Is is) {
 }
 
 std::string_view without_mark(std::string_view text) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
 }

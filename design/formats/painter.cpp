@@ -52,8 +52,7 @@ class Painter {
  private:
   void add_tap(const Event& event) {
     const Tap& tap = *event.tap();
-    const bool is_asked = tap.driven == Tap::kAsAsked;
-    const int32_t driven = is_asked ? driven_intensity(score_.profile(), tap.level, tap.intensity) : tap.driven;
+    const int32_t driven = tap.driven_on(score_.profile());
     if (driven == 0) return losses_.add("tap", "left out, being silent");
     once_.taps.push_back({1.0 * event.start_ms, std::min(100.0, 1.0 * driven), 1.0 * tap.level});
   }

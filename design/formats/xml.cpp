@@ -83,7 +83,7 @@ class TreeReader {
 
   bool read_all() {
     if (!check_characters()) return false;
-    take("\xEF\xBB\xBF");
+    take(kByteOrderMark);
     while (pass_remarks() && !is_at_end()) {
       if (!read_tag()) return false;
     }

@@ -58,6 +58,10 @@ void Tap::scale(double gain, double full_gain) {
   strength = scaled(strength, gain, full_gain);
 }
 
+int32_t Tap::driven_on(const lrasynth_profile& profile) const {
+  return driven == kAsAsked ? driven_intensity(profile, level, intensity) : driven;
+}
+
 std::vector<Record> Tap::records(int32_t start_ms) const {
   Record record;
   lrasynth_put_transient(record.data(), start_ms, intensity, level);

@@ -46,6 +46,8 @@ struct Tap {
   // By a gain of so much, to the nearest percent.
   void scale(double gain, double full_gain);
   int32_t strongest() const { return driven == kAsAsked ? intensity : driven; }
+  // What the motor gets, as it is asked for.
+  int32_t driven_on(const lrasynth_profile& profile) const;
   bool is_felt() const { return felt != kAsAsked; }
   // As its file says it, as what is felt or otherwise.
   int32_t asked() const { return is_felt() ? felt : strongest(); }

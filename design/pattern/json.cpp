@@ -58,7 +58,6 @@ class TreeBuilder {
     if (const size_t nul = text_.find('\0'); nul != text_.npos) return refused(nul, "it holds a NUL character");
     constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag |
                                 rapidjson::kParseValidateEncodingFlag | rapidjson::kParseCommentsFlag;
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     while (text_.starts_with(kByteOrderMark) && stream_.Tell() < kByteOrderMark.size()) stream_.Take();
     rapidjson::Reader reader;
     const rapidjson::ParseResult result = reader.Parse<kFlags>(stream_, *this);

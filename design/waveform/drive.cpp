@@ -51,8 +51,7 @@ class Driver {
   }
 
   void ask_as_felt(Tap& tap) {
-    const bool is_asked = tap.driven == Tap::kAsAsked;
-    const int32_t driven = is_asked ? driven_intensity(profile_, tap.level, tap.intensity) : tap.driven;
+    const int32_t driven = tap.driven_on(profile_);
     tap.felt = percent_of(driven == 0 ? 0 : tap_level(tap.level, std::min(100, driven)));
     tap.driven = Tap::kAsAsked;
   }
